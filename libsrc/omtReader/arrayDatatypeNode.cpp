@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+// Cardinality grammar of a fixed array:
+//   integer | integer "," integer ... | "[" integer "." ... "." integer "]"
+#include "omtReader/arrayDatatypeNode.h"
+
+#include "omtReader/textScan.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// The forms of getCardinalityType().
+enum Form : std::int32_t
+{
+    theFixedForm = 1,
+    theBoundedForm = 2,
+    theTerminatedForm = 4,
+    thePaddingForm = 5,
+    theBitForm = 7,
+    theLengthlessForm = 8,
+    theMultiDimForm = 9,
+    theCountedForm = 10
+};
+
+constexpr std::int32_t theBitsOfAnOctet = 8;
+
+}  // namespace
+
+DtArrayDatatypeNode::DtArrayDatatypeNode() = default;
+DtArrayDatatypeNode::DtArrayDatatypeNode(const DtArrayDatatypeNode& other) = default;
+DtArrayDatatypeNode& DtArrayDatatypeNode::operator=(const DtArrayDatatypeNode& other) = default;
+DtArrayDatatypeNode::~DtArrayDatatypeNode() = default;
+
+void DtArrayDatatypeNode::setCardinality(const DtString& cardinality)
+{
+    myCardinality = cardinality;
+    myDerivedValuesAreStale = true;
+}
+
+void DtArrayDatatypeNode::setEncoding(const DtString& encoding)
+{
+    myEncoding = encoding;
+    myDerivedValuesAreStale = true;
+}
+
+std::int32_t DtArrayDatatypeNode::getCardinalityType() const
+{
+    refresh();
+    return myCardinalityType;
+}
+
+std::int32_t DtArrayDatatypeNode::getCardinalityMinimum() const
+{
+    refresh();
+    return myCardinalityMinimum;
+}
+
+std::int32_t DtArrayDatatypeNode::getCardinalityMaximum() const
+{
+    refresh();
+    return myCardinalityMaximum;
+}
+
+const std::vector<std::int32_t>& DtArrayDatatypeNode::getMultiDimCardinality() const
+{
+    refresh();
+    return myMultiDimCardinality;
+}
+
+void DtArrayDatatypeNode::setDerivedValues() const
+{
+    const auto isOneOf = [this](auto... names) { return (... || (myEncoding == names)); };
+
+    myCardinalityType = theLengthlessForm;
+    myCardinalityMinimum = 0;
+    myCardinalityMaximum = -1;
+    myMultiDimCardinality.clear();
+
+    if (isOneOf("HLAbitArray", "BitArray"))
+        myCardinalityType = theBitForm;
+    else if (isOneOf("HLAnullTerminatedArray", "NullTerminatedArray", "RPRnullTerminatedArray"))
+        myCardinalityType = theTerminatedForm;
+    else if (isOneOf("HLAlengthlessVarArray", "RPRlengthlessArray"))
+        myCardinalityType = getDatatype() == "HLAASCIIchar" ? theTerminatedForm : theLengthlessForm;
+    else if (myEncoding == "HLAvariableArray")
+        myCardinalityType = theCountedForm;
+    else if (myEncoding.contains("addingTo"))
+    {
+        myCardinalityType = thePaddingForm;
+        myCardinalityMaximum = extractInteger(myEncoding) / theBitsOfAnOctet;
+    }
+    else if (myEncoding == "HLAfixedArray")
+        deriveFixed();
+    else if (const std::int32_t count = myCardinality.toInt())
+    {
+        myCardinalityType = theFixedForm;
+        myCardinalityMinimum = myCardinalityMaximum = count;
+    }
+    myDerivedValuesAreStale = false;
+}
+
+std::int32_t DtArrayDatatypeNode::extractInteger(const DtString& text) const
+{
+    const std::size_t digit = text.view().find_first_of("0123456789");
+    return digit == std::string_view::npos ? 0 : DtString(text.view().substr(digit)).toInt();
+}
+
+void DtArrayDatatypeNode::refresh() const
+{
+    if (myDerivedValuesAreStale) setDerivedValues();
+}
+
+void DtArrayDatatypeNode::deriveFixed() const
+{
+    const std::string_view text = myCardinality.view();
+    const std::size_t bracket = text.find('[');
+    if (bracket == std::string_view::npos && !myCardinality.contains(","))
+    {
+        myCardinalityType = theFixedForm;
+        myCardinalityMinimum = myCardinalityMaximum = myCardinality.toInt();
+    }
+    else if (bracket == std::string_view::npos)
+    {
+        myCardinalityType = theMultiDimForm;
+        for (const DtString& size : myCardinality.sections(','))
+            myMultiDimCardinality.push_back(omt::integerOfAnyBase(size));
+    }
+    else
+    {
+        const std::size_t dot = text.find('.');
+        const std::size_t secondDot = text.find('.', dot == text.npos ? dot : dot + 1);
+        const std::size_t end = text.find(']', secondDot);
+        if (end == std::string_view::npos) return;  // not the form [a..b]
+
+        myCardinalityType = theBoundedForm;
+        // A "[" behind the first "." leaves no text for the minimum, which is then 0.
+        const std::size_t start = std::min(bracket + 1, dot);
+        myCardinalityMinimum = omt::integerOfAnyBase(text.substr(start, dot - start));
+        myCardinalityMaximum =
+            omt::integerOfAnyBase(text.substr(secondDot + 1, end - secondDot - 1));
+    }
+}

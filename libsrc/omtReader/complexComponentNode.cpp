@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: Apache-2.0
+// Cardinality grammar, blanks allowed between the parts:
+//   "%" integer
+//   [ integer [ "-" integer | "+" ] ] [ ( "(" | "," ) word [ "=" word ] ]
+// where a word ends at a blank only and may so carry the closing ")".
+#include "omtReader/complexComponentNode.h"
+
+#include "omtReader/textScan.h"
+
+namespace
+{
+
+/// The forms of getCardinalityType().
+enum Form : std::int32_t
+{
+    theSingleForm = 0,
+    theRangeForm = 1,
+    theConditionWithValueForm = 2,
+    theOpenForm = 3,
+    theConditionForm = 5,
+    thePaddingForm = 6
+};
+
+void dropLast(DtString& text)
+{
+    text = DtString(text.view().substr(0, text.length() - 1));
+}
+
+}  // namespace
+
+DtComplexComponentNode::DtComplexComponentNode() = default;
+DtComplexComponentNode::DtComplexComponentNode(const DtComplexComponentNode& other) = default;
+DtComplexComponentNode& DtComplexComponentNode::operator=(const DtComplexComponentNode& other) =
+    default;
+DtComplexComponentNode::~DtComplexComponentNode() = default;
+
+void DtComplexComponentNode::setCardinality(const DtString& cardinality)
+{
+    myCardinality = cardinality;
+    myDerivedValuesAreStale = true;
+}
+
+std::int32_t DtComplexComponentNode::getCardinalityMinimum() const
+{
+    refresh();
+    return myCardinalityMinimum;
+}
+
+std::int32_t DtComplexComponentNode::getCardinalityMaximum() const
+{
+    refresh();
+    return myCardinalityMaximum;
+}
+
+const DtString& DtComplexComponentNode::getConditionalComponent() const
+{
+    refresh();
+    return myConditionalComponent;
+}
+
+const DtString& DtComplexComponentNode::getConditionalValue() const
+{
+    refresh();
+    return myConditionalValue;
+}
+
+std::int32_t DtComplexComponentNode::getCardinalityType() const
+{
+    refresh();
+    return myCardinalityType;
+}
+
+void DtComplexComponentNode::setDerivedValues() const
+{
+    omt::TextScan text(myCardinality);
+    myConditionalComponent = DtString();
+    myConditionalValue = DtString();
+    myCardinalityMinimum = 0;
+    myDerivedValuesAreStale = false;
+
+    text.skipBlanks();
+    if (text.takes('%'))
+    {
+        myCardinalityType = thePaddingForm;
+        myCardinalityMaximum = text.integer();
+        return;
+    }
+    if (text.isAt('('))
+    {
+        myCardinalityType = theConditionForm;
+        myCardinalityMaximum = 1;
+    }
+    else
+    {
+        myCardinalityMinimum = text.integer();
+        text.skipBlanks();
+        if (text.takes('-'))
+        {
+            myCardinalityType = theRangeForm;
+            myCardinalityMaximum = text.integer();
+        }
+        else if (text.takes('+'))
+        {
+            myCardinalityType = theOpenForm;
+            myCardinalityMaximum = -1;
+        }
+        else
+        {
+            myCardinalityType = theSingleForm;
+            myCardinalityMaximum = myCardinalityMinimum;
+        }
+        text.skipBlanks();
+    }
+    if (!text.takes('(') && !text.takes(',')) return;
+
+    myConditionalComponent = text.word();
+    text.skipBlanks();
+    if (text.takes('='))
+    {
+        myConditionalValue = text.word();
+        if (myConditionalValue.endsWith(")")) dropLast(myConditionalValue);
+        myCardinalityType = theConditionWithValueForm;
+        return;
+    }
+    // The place looked at comes from the length of the value and not of the component, so that the
+    // ")" behind a component usually stays. A slip of old that is kept: what reads the component
+    // counts on it.
+    const auto place = static_cast<std::ptrdiff_t>(myConditionalValue.length()) - 1;
+    if (myConditionalComponent.charAt(place) == ')') dropLast(myConditionalComponent);
+}
+
+void DtComplexComponentNode::refresh() const
+{
+    if (myDerivedValuesAreStale) setDerivedValues();
+}

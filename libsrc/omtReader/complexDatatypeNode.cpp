@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omtReader/complexDatatypeNode.h"
+
+#include "omtReader/nodeLookup.h"
+
+DtComplexDatatypeNode::DtComplexDatatypeNode() = default;
+DtComplexDatatypeNode::DtComplexDatatypeNode(const DtComplexDatatypeNode& other) = default;
+DtComplexDatatypeNode& DtComplexDatatypeNode::operator=(const DtComplexDatatypeNode& other) =
+    default;
+DtComplexDatatypeNode::~DtComplexDatatypeNode() = default;
+
+DtComplexComponentNode* DtComplexDatatypeNode::getComponentNode(const DtString& name) const
+{
+    return omt::firstNamed(myComponents.list(), name);
+}
+
+DtComplexDatatypeNode::ComponentList::iterator DtComplexDatatypeNode::getComponentNodeList()
+{
+    return myComponents.list().begin();
+}
+
+DtComplexDatatypeNode::ComponentList::iterator DtComplexDatatypeNode::getComponentNodeEnd()
+{
+    return myComponents.list().end();
+}

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omtReader/enumeratedDatatypeNode.h"
+
+#include "omtReader/nodeLookup.h"
+#include "omtReader/textScan.h"
+#include "util/dtMessages.h"
+
+#include <algorithm>
+#include <typeinfo>
+#include <unordered_map>
+
+std::int32_t DtEnumeratedDatatypeNode::defaultEnumerationSize = 2;
+
+/// The place of every name and number in the list, so that a datatype with very many enumerators is
+/// not searched from the front for each new one. It answers just as the search would.
+class DtEnumeratedDatatypeNode::ClashIndex
+{
+public:
+    explicit ClashIndex(const EnumerationList& enumerators)
+    {
+        for (const DtEnumerationNode* enumerator : enumerators) add(*enumerator);
+    }
+
+    void add(const DtEnumerationNode& enumerator)
+    {
+        const Entry entry = {mySize++, &enumerator};
+        myNames.emplace(enumerator.getEnum().view(), entry);
+        myNumbers.emplace(enumerator.getNumber(), entry);
+        // A class that derives from the enumerator may change its answers without telling.
+        myIsSure = myIsSure && typeid(enumerator) == typeid(DtEnumerationNode);
+    }
+
+    bool isSure() const { return myIsSure; }
+
+    const DtEnumerationNode* firstClash(const DtEnumerationNode& enumerator) const
+    {
+        const auto name = myNames.find(enumerator.getEnum().view());
+        const auto number = myNumbers.find(enumerator.getNumber());
+        if (name == myNames.end()) return number == myNumbers.end() ? nullptr : number->second.node;
+        if (number == myNumbers.end()) return name->second.node;
+        return std::min(name->second, number->second).node;
+    }
+
+private:
+    struct Entry
+    {
+        std::size_t place;
+        const DtEnumerationNode* node;
+        bool operator<(const Entry& other) const { return place < other.place; }
+    };
+
+    std::size_t mySize = 0;
+    bool myIsSure = true;
+    std::unordered_map<std::string_view, Entry> myNames;
+    std::unordered_map<std::int32_t, Entry> myNumbers;
+};
+
+namespace
+{
+
+constexpr std::size_t theSizeWorthAnIndex = 64;
+
+/// The text starts as many characters into the sentence as the number says, and the number itself
+/// is not shown. That is a known fault which is kept: programs watch for these texts. A number that
+/// lies outside the sentence is written behind the whole of it.
+void warnOfDuplicatedNumber(int number)
+{
+    constexpr std::string_view theSentence = "Duplicated enum number ";
+    if (number >= 0 && static_cast<std::size_t>(number) <= theSentence.size())
+        DtWarn << theSentence.substr(static_cast<std::size_t>(number)) << std::flush;
+    else
+        DtWarn << theSentence << number << std::flush;
+}
+
+}  // namespace
+
+DtEnumeratedDatatypeNode::DtEnumeratedDatatypeNode() = default;
+
+DtEnumeratedDatatypeNode::DtEnumeratedDatatypeNode(const DtEnumeratedDatatypeNode& other)
+    : DtOMTNode(other),
+      myDescription(other.myDescription),
+      myRepresentation(other.myRepresentation),
+      myEnumerators(other.myEnumerators)
+{
+    for (DtEnumerationNode* enumerator : myEnumerators.list()) enumerator->myOwner = this;
+}
+
+DtEnumeratedDatatypeNode& DtEnumeratedDatatypeNode::operator=(const DtEnumeratedDatatypeNode& other)
+{
+    if (this == &other) return *this;
+    DtOMTNode::operator=(other);
+    forgetClashIndex();
+    myDescription = other.myDescription;
+    myRepresentation = other.myRepresentation;
+    myEnumerators = other.myEnumerators;
+    for (DtEnumerationNode* enumerator : myEnumerators.list()) enumerator->myOwner = this;
+    return *this;
+}
+
+DtEnumeratedDatatypeNode::~DtEnumeratedDatatypeNode() = default;
+
+void DtEnumeratedDatatypeNode::addEnumerationNode(DtEnumerationNode* enumerator)
+{
+    if (!enumerator) return;
+    if (const DtEnumerationNode* const clash = firstClash(*enumerator))
+    {
+        if (clash->getEnum() == enumerator->getEnum())
+            DtWarn << "Duplicated enum name " << enumerator->getEnum() << std::flush;
+        else
+            warnOfDuplicatedNumber(enumerator->getNumber());
+        return;
+    }
+    myEnumerators.add(enumerator);
+    enumerator->myOwner = this;
+    if (myClashIndex) myClashIndex->add(*enumerator);
+}
+
+DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(const DtString& name) const
+{
+    return omt::firstWhere(myEnumerators.list(),
+                           [&](const auto& enumerator) { return enumerator.getEnum() == name; });
+}
+
+DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(int number) const
+{
+    return omt::firstWhere(myEnumerators.list(), [=](const auto& enumerator)
+                           { return enumerator.getNumber() == number; });
+}
+
+DtEnumeratedDatatypeNode::EnumerationList::const_iterator
+DtEnumeratedDatatypeNode::getEnumerationNodeList() const
+{
+    return myEnumerators.list().begin();
+}
+
+DtEnumeratedDatatypeNode::EnumerationList::const_iterator
+DtEnumeratedDatatypeNode::getEnumerationNodeEnd() const
+{
+    return myEnumerators.list().end();
+}
+
+std::int32_t DtEnumeratedDatatypeNode::getExpectedEnumerationSize() const
+{
+    if (!myRepresentation.empty())
+    {
+        const std::int32_t bits = omt::TextScan(myRepresentation).integer();
+        if (bits >= 1) return bits / 8;
+        if (myRepresentation == "HLAoctet") return 1;
+        if (myRepresentation.startsWith("HLAinteger16")) return 2;
+        if (myRepresentation.startsWith("HLAinteger32")) return 4;
+    }
+    const DtString& name = getName();
+    if (name.endsWith("8")) return 1;
+    if (name.endsWith("16")) return 2;
+    if (name.endsWith("32")) return 4;
+    if (name == "RPRboolean") return 1;
+    return defaultEnumerationSize;
+}
+
+const DtEnumerationNode* DtEnumeratedDatatypeNode::firstClash(const DtEnumerationNode& enumerator)
+{
+    if (!myClashIndex && myEnumerators.list().size() >= theSizeWorthAnIndex)
+        myClashIndex = std::make_unique<ClashIndex>(myEnumerators.list());
+    if (myClashIndex && myClashIndex->isSure()) return myClashIndex->firstClash(enumerator);
+
+    return omt::firstWhere(myEnumerators.list(),
+                           [&](const DtEnumerationNode& other) {
+                               return other.getEnum() == enumerator.getEnum() ||
+                                      other.getNumber() == enumerator.getNumber();
+                           });
+}
+
+void DtEnumeratedDatatypeNode::forgetClashIndex()
+{
+    myClashIndex.reset();
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omtReader/fixedDatatypeNode.h"
+
+#include "omtReader/nodeLookup.h"
+
+DtFixedDatatypeNode::DtFixedDatatypeNode() = default;
+DtFixedDatatypeNode::DtFixedDatatypeNode(const DtFixedDatatypeNode& other) = default;
+DtFixedDatatypeNode& DtFixedDatatypeNode::operator=(const DtFixedDatatypeNode& other) = default;
+DtFixedDatatypeNode::~DtFixedDatatypeNode() = default;
+
+DtFieldComponentNode* DtFixedDatatypeNode::getComponentNode(const DtString& name) const
+{
+    return omt::firstNamed(myFields.list(), name);
+}
+
+DtFixedDatatypeNode::ComponentList::const_iterator DtFixedDatatypeNode::getComponentNodeList() const
+{
+    return myFields.list().begin();
+}
+
+DtFixedDatatypeNode::ComponentList::const_iterator DtFixedDatatypeNode::getComponentNodeEnd() const
+{
+    return myFields.list().end();
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+// Reading numbers and words out of the short texts of a model, by the rules of a C++ text stream.
+#pragma once
+
+#include "util/dtString.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+namespace omt
+{
+
+/// A text stream over a short text. White space in front of a number or word is skipped; what
+/// cannot be read leaves 0, and from then on nothing more is found.
+class TextScan
+{
+public:
+    explicit TextScan(const DtString& text) : myStream(text.str())
+    {
+        myStream.imbue(std::locale::classic());
+    }
+
+    std::int32_t integer()
+    {
+        std::int32_t value = 0;
+        myStream >> value;
+        return value;
+    }
+
+    DtString word()
+    {
+        std::string text;
+        myStream >> text;
+        return text;
+    }
+
+    /// Whether this character comes next.
+    bool isAt(char c) { return myStream.peek() == std::char_traits<char>::to_int_type(c); }
+
+    void skipBlanks() { myStream >> std::ws; }
+
+    /// Steps over this character if it comes next.
+    bool takes(char c)
+    {
+        if (!isAt(c)) return false;
+        myStream.get();
+        return true;
+    }
+
+private:
+    std::istringstream myStream;
+};
+
+/// The integer at the start of a text by the C rule for base 0: "0x" for hexadecimal, a leading "0"
+/// for octal, else decimal. Beyond 32 bits it is the nearest limit, without a number 0.
+inline std::int32_t integerOfAnyBase(const DtString& text)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    const long value = std::strtol(text.c_str(), nullptr, 0);
+    if (value < Limits::min()) return Limits::min();
+    if (value > Limits::max()) return Limits::max();
+    return static_cast<std::int32_t>(value);
+}
+
+}  // namespace omt
