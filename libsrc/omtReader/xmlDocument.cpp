@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/xmlDocument.h"
 
-#include "util/dtFileOctets.h"
 #include "util/dtMessages.h"
 
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <limits>
 #include <new>
+#include <system_error>
 
 namespace
 {
@@ -27,18 +29,25 @@ public:
     FirstError(const FirstError&) = delete;
     FirstError& operator=(const FirstError&) = delete;
 
+    /// Only the first is passed on: the rest of a broken document tends to break in every line.
+    void report(int line, int column, std::string_view text)
+    {
+        if (myHasReported) return;
+        myHasReported = true;
+        while (!text.empty() && text.back() == '\n') text.remove_suffix(1);
+        DtWarn << myName << ':';
+        if (line > 0) DtWarn << line << ':' << column << ':';
+        DtWarn << ' ' << text << std::endl;
+    }
+
+    void reportErrno() { report(0, 0, std::generic_category().message(errno)); }
+
 private:
-    // Only the first is passed on: the rest of a broken document tends to break in every line.
     static void receive(void* context, xmlError* error)
     {
-        FirstError& self = *static_cast<FirstError*>(context);
-        if (self.myHasReported || !error || error->level < XML_ERR_ERROR) return;
-        self.myHasReported = true;
-        std::string_view text = error->message ? error->message : "not well-formed XML";
-        while (!text.empty() && text.back() == '\n') text.remove_suffix(1);
-        DtWarn << self.myName << ':';
-        if (error->line > 0) DtWarn << error->line << ':' << error->int2 << ':';
-        DtWarn << ' ' << text << std::endl;
+        if (!error || error->level < XML_ERR_ERROR) return;
+        static_cast<FirstError*>(context)->report(
+            error->line, error->int2, error->message ? error->message : "not well-formed XML");
     }
 
     const char* myName;
@@ -47,12 +56,43 @@ private:
     void* myOldContext;
 };
 
+struct CloseFile
+{
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+struct Source
+{
+    std::FILE* file;
+    FirstError& firstError;
+    bool hasFailed = false;
+};
+
+int readPiece(void* context, char* octets, int count)
+{
+    Source& source = *static_cast<Source*>(context);
+    const std::size_t got = std::fread(octets, 1, static_cast<std::size_t>(count), source.file);
+    if (!std::ferror(source.file)) return static_cast<int>(got);
+    source.firstError.reportErrno();
+    source.hasFailed = true;
+    return -1;
+}
+
 struct FreeParserContext
 {
     void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
 
 constexpr int theParserOptions = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_COMPACT;
+
+using ParserContext = std::unique_ptr<xmlParserCtxt, FreeParserContext>;
+
+ParserContext newParserContext()
+{
+    ParserContext context(xmlNewParserCtxt());
+    if (!context) throw std::bad_alloc();
+    return context;
+}
 
 }  // namespace
 
@@ -64,18 +104,24 @@ omt::XmlDocument omt::parseXml(std::string_view text, const char* name)
         return nullptr;
     }
     const FirstError firstError(name);
-    const std::unique_ptr<xmlParserCtxt, FreeParserContext> context(xmlNewParserCtxt());
-    if (!context) throw std::bad_alloc();
+    const ParserContext context = newParserContext();
     return XmlDocument(xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
                                          name, nullptr, theParserOptions));
 }
 
 omt::XmlDocument omt::parseXmlFile(const char* name)
 {
-    std::error_code reason;
-    const auto octets = readFileOctets(name, reason);
-    if (octets) return parseXml(*octets, name);
-    if (reason != std::errc::no_such_file_or_directory && reason != std::errc::not_a_directory)
-        DtWarn << name << ": " << reason.message() << std::endl;
-    return nullptr;
+    FirstError firstError(name);
+    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(name, "rbe"));
+    if (!file)
+    {
+        if (errno != ENOENT && errno != ENOTDIR) firstError.reportErrno();
+        return nullptr;
+    }
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);  // libxml2 has a buffer of its own
+    Source source{file.get(), firstError};
+    const ParserContext context = newParserContext();
+    XmlDocument document(
+        xmlCtxtReadIO(context.get(), readPiece, nullptr, &source, name, nullptr, theParserOptions));
+    return source.hasFailed ? nullptr : std::move(document);
 }

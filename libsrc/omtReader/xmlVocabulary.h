@@ -50,15 +50,19 @@ struct ContactSpelling
     DtString DtOMTTreePOC::*field;
 };
 
+inline bool isWord(const xmlChar* name, const char* word)
+{
+    const char* const text = reinterpret_cast<const char*>(name);
+    return *text == *word && std::strcmp(text, word) == 0;
+}
 /// Whether this is an element of that name. Other nodes may have names too, or none at all.
 inline bool isNamed(const xmlNode* node, const char* word)
 {
-    return node->type == XML_ELEMENT_NODE &&
-           std::strcmp(reinterpret_cast<const char*>(node->name), word) == 0;
+    return node->type == XML_ELEMENT_NODE && isWord(node->name, word);
 }
 inline bool isNamed(const xmlAttr* attribute, const char* word)
 {
-    return std::strcmp(reinterpret_cast<const char*>(attribute->name), word) == 0;
+    return isWord(attribute->name, word);
 }
 
 inline DtString nameOf(const xmlNode* node)
