@@ -3,6 +3,7 @@
 #pragma once
 
 #include "omtReader/hierarchy.h"
+#include "omtReader/placeTable.h"
 
 #include <algorithm>
 #include <iterator>
@@ -52,15 +53,17 @@ private:
 
     Class* findInList(const DtString& name)
     {
-        for (auto place = myIndexedClasses ? std::next(myLast) : Hierarchy<Class>::begin(myTree);
+        for (auto place = myClasses.empty() ? Hierarchy<Class>::begin(myTree) : std::next(myLast);
              place != Hierarchy<Class>::end(myTree); ++place)
         {
             myLast = place;
-            ++myIndexedClasses;
-            if (*place) myByFullName.emplace((*place)->getFullName().view(), *place);
+            myPlaces.add(std::hash<DtString>()((*place)->getFullName()), myClasses.size());
+            myClasses.push_back(*place);
         }
-        const auto found = myByFullName.find(name.view());
-        return found == myByFullName.end() ? nullptr : found->second;
+        const std::size_t found =
+            myPlaces.find(std::hash<DtString>()(name), [&](std::size_t place)
+                          { return myClasses[place]->getFullName() == name; });
+        return found == PlaceTable::theNone ? nullptr : myClasses[found];
     }
 
     Class* findBelow(Class* start, const char* path)
@@ -121,9 +124,9 @@ private:
     static constexpr std::size_t theSizeWorthAnIndex = 32;
 
     DtOMTTree& myTree;
-    std::size_t myIndexedClasses = 0;
+    std::vector<Class*> myClasses;  // those of the tree's list that are in the table, in order
     typename std::list<Class*>::iterator myLast;
-    std::unordered_map<std::string_view, Class*> myByFullName;
+    PlaceTable myPlaces;
     std::unordered_map<const Class*, Children> myChildren;
 };
 

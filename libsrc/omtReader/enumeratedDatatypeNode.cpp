@@ -2,6 +2,7 @@
 #include "omtReader/enumeratedDatatypeNode.h"
 
 #include "omtReader/nodeLookup.h"
+#include "omtReader/placeTable.h"
 #include "omtReader/textScan.h"
 #include "util/dtMessages.h"
 
@@ -13,9 +14,6 @@ std::int32_t DtEnumeratedDatatypeNode::defaultEnumerationSize = 2;
 
 /// The names and numbers of the list side by side, so that a datatype with very many enumerators is
 /// not searched from the front for each new one. It answers just as the search would.
-///
-/// A few are compared one by one. For more there are two open-addressed tables of places, at most
-/// half full; a place is one more than the index of an entry, and 0 is a free slot.
 class DtEnumeratedDatatypeNode::ClashIndex
 {
 public:
@@ -28,101 +26,40 @@ public:
     {
         // A class that derives from the enumerator may change its answers without telling.
         myIsSure = myIsSure && typeid(enumerator) == typeid(DtEnumerationNode);
-        myEntries.push_back(entryOf(enumerator));
-        if (myEntries.size() <= theMostWithoutTables) return;
-        if (2 * myEntries.size() > myNames.size())
-            rebuildTables();
-        else
-            enter(myEntries.size());
+        myNames.add(hashOf(enumerator), myEnumerators.size());
+        myNumbers.add(numberOf(enumerator), myEnumerators.size());
+        myEnumerators.push_back(&enumerator);
     }
 
     bool isSure() const { return myIsSure; }
 
     const DtEnumerationNode* firstClash(const DtEnumerationNode& enumerator) const
     {
-        const Entry sought = entryOf(enumerator);
-        if (myNames.empty())
-        {
-            for (const Entry& entry : myEntries)
-                if (hasNumberOf(entry, sought) || hasNameOf(entry, sought)) return entry.node;
-            return nullptr;
-        }
-        const std::uint32_t name = myNames[nameSlot(sought)];
-        const std::uint32_t number = myNumbers[numberSlot(sought)];
-        if (name == 0 && number == 0) return nullptr;
-        const bool nameIsFirst = number == 0 || (name != 0 && name < number);
-        return myEntries[(nameIsFirst ? name : number) - 1].node;
+        const std::size_t name =
+            myNames.find(hashOf(enumerator), [&](std::size_t place)
+                         { return myEnumerators[place]->getEnum() == enumerator.getEnum(); });
+        const std::size_t number =
+            myNumbers.find(numberOf(enumerator), [&](std::size_t place)
+                           { return myEnumerators[place]->getNumber() == enumerator.getNumber(); });
+        const std::size_t first = std::min(name, number);
+        return first == omt::PlaceTable::theNone ? nullptr : myEnumerators[first];
     }
 
 private:
-    struct Entry
+    static std::size_t hashOf(const DtEnumerationNode& enumerator)
     {
-        const DtEnumerationNode* node;
-        std::uint32_t nameHash;
-        std::int32_t number;
-    };
-    using Places = std::vector<std::uint32_t>;
-
-    static Entry entryOf(const DtEnumerationNode& enumerator)
-    {
-        const std::size_t hash = std::hash<std::string_view>()(enumerator.getEnum().view());
-        return {&enumerator, static_cast<std::uint32_t>(hash), enumerator.getNumber()};
+        return std::hash<std::string_view>()(enumerator.getEnum().view());
     }
 
-    static bool hasNameOf(const Entry& a, const Entry& b)
+    static std::size_t numberOf(const DtEnumerationNode& enumerator)
     {
-        return a.nameHash == b.nameHash && a.node->getEnum() == b.node->getEnum();
+        return static_cast<std::uint32_t>(enumerator.getNumber());
     }
-
-    static bool hasNumberOf(const Entry& a, const Entry& b) { return a.number == b.number; }
-
-    void rebuildTables()
-    {
-        const std::size_t size = std::max(2 * myNames.size(), 4 * theMostWithoutTables);
-        myNames.assign(size, 0);
-        myNumbers.assign(size, 0);
-        for (std::size_t place = 1; place <= myEntries.size(); ++place) enter(place);
-    }
-
-    void enter(std::size_t place)
-    {
-        const Entry& entry = myEntries[place - 1];
-        std::uint32_t& name = myNames[nameSlot(entry)];
-        if (name == 0) name = static_cast<std::uint32_t>(place);
-        std::uint32_t& number = myNumbers[numberSlot(entry)];
-        if (number == 0) number = static_cast<std::uint32_t>(place);
-    }
-
-    /// The slot with the place of an entry of the same name, or the free one for it.
-    std::size_t nameSlot(const Entry& sought) const
-    {
-        return slot(myNames, sought, sought.nameHash, hasNameOf);
-    }
-
-    std::size_t numberSlot(const Entry& sought) const
-    {
-        // Spread over the table, as a model may hold numbers that differ in high bits only.
-        const std::uint64_t spread =
-            static_cast<std::uint32_t>(sought.number) * std::uint64_t(0x9E3779B97F4A7C15);
-        return slot(myNumbers, sought, static_cast<std::uint32_t>(spread >> 32), hasNumberOf);
-    }
-
-    template <typename Test>
-    std::size_t slot(const Places& places, const Entry& sought, std::uint32_t hash,
-                     Test isSame) const
-    {
-        const std::size_t mask = places.size() - 1;  // the size is a power of two
-        std::size_t at = hash & mask;
-        while (places[at] != 0 && !isSame(myEntries[places[at] - 1], sought)) at = (at + 1) & mask;
-        return at;
-    }
-
-    static constexpr std::size_t theMostWithoutTables = 16;
 
     bool myIsSure = true;
-    std::vector<Entry> myEntries;
-    Places myNames;
-    Places myNumbers;
+    std::vector<const DtEnumerationNode*> myEnumerators;
+    omt::PlaceTable myNames;
+    omt::PlaceTable myNumbers;
 };
 
 namespace

@@ -6,7 +6,7 @@
 
 #include <memory>
 #include <typeinfo>
-#include <unordered_set>
+#include <vector>
 
 namespace omt
 {
@@ -68,12 +68,16 @@ public:
 
     bool holds(const DtString& key) const
     {
-        return myIsPlain ? myKeys.count(key) != 0 : myFind(myTree, key) != nullptr;
+        if (!myIsPlain) return myFind(myTree, key) != nullptr;
+        const auto isOfKey = [&](std::size_t place) { return myKeyOf(*myNodes[place]) == key; };
+        return myPlaces.find(std::hash<DtString>()(key), isOfKey) != PlaceTable::theNone;
     }
 
     void add(const Node* node)
     {
-        if (myIsPlain && node) myKeys.insert(myKeyOf(*node));
+        if (!myIsPlain || !node) return;
+        myPlaces.add(std::hash<DtString>()(myKeyOf(*node)), myNodes.size());
+        myNodes.push_back(node);
     }
 
 private:
@@ -81,7 +85,8 @@ private:
     KeyOf myKeyOf;
     Find myFind;
     bool myIsPlain;
-    std::unordered_set<DtString> myKeys;
+    std::vector<const Node*> myNodes;
+    PlaceTable myPlaces;
 };
 
 /// Adds a copy of every entry whose key the tree's table does not have yet.
