@@ -73,8 +73,6 @@ std::int32_t DtComplexComponentNode::getCardinalityType() const
 void DtComplexComponentNode::setDerivedValues() const
 {
     omt::TextScan text(myCardinality);
-    myConditionalComponent = DtString();
-    myConditionalValue = DtString();
     myCardinalityMinimum = 0;
     myDerivedValuesAreStale = false;
 
@@ -122,9 +120,9 @@ void DtComplexComponentNode::setDerivedValues() const
         myCardinalityType = theConditionWithValueForm;
         return;
     }
-    // The place looked at comes from the length of the value and not of the component, so that the
-    // ")" behind a component usually stays. A slip of old that is kept: what reads the component
-    // counts on it.
+    // The place looked at comes from the length of the value and not of the component, and the
+    // value is the one of an earlier text, if there was one: so the ")" behind a component usually
+    // stays. A slip of old that is kept: what reads the component counts on it.
     const auto place = static_cast<std::ptrdiff_t>(myConditionalValue.length()) - 1;
     if (myConditionalComponent.charAt(place) == ')') dropLast(myConditionalComponent);
 }

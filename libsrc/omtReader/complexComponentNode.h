@@ -33,8 +33,8 @@ public:
     virtual std::int32_t getCardinalityMinimum() const;
     /// -1 where nothing is known or nothing limits it.
     virtual std::int32_t getCardinalityMaximum() const;
-    /// The component whose value decides, and the value that it needs to have; empty without a
-    /// condition.
+    /// The component whose value decides, and the value that it needs to have; to be looked at when
+    /// the form is 2 or 5. A text without a condition leaves both as they were.
     virtual const DtString& getConditionalComponent() const;
     virtual const DtString& getConditionalValue() const;
     /// The form of the cardinality: 0 one number; 1 a range; 2 a condition with a value; 3 a

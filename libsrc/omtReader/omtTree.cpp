@@ -57,6 +57,25 @@ Class* firstOfIdentifier(const std::list<Class*>& classes, int identifier)
                            [=](Class& node) { return node.getIdentifier() == identifier; });
 }
 
+/// Lends a tree a finder for the classes of one hierarchy, for as long as that is merged.
+template <typename Class>
+class WhileMerging
+{
+public:
+    using Finder = std::unique_ptr<omt::ClassFinder<Class>>;
+
+    WhileMerging(DtOMTTree& tree, Finder& place) : myPlace(place)
+    {
+        myPlace = omt::ClassFinder<Class>::forTree(tree);
+    }
+    ~WhileMerging() { myPlace.reset(); }
+    WhileMerging(const WhileMerging&) = delete;
+    WhileMerging& operator=(const WhileMerging&) = delete;
+
+private:
+    Finder& myPlace;
+};
+
 // The tables that are merged by name.
 constexpr omt::Table<DtBasicDataRepresentationNode> theBasicDataRepresentationTable = {
     &DtOMTTree::getBasicDataRepresentationNodeList, &DtOMTTree::getBasicDataRepresentationEndNode,
@@ -558,20 +577,18 @@ void DtOMTTree::mergeObjects(DtOMTTree* source)
 {
     const DtObjectClassFedNode* const sourceRoot = source->objectClassRoot();
     if (!sourceRoot) return;
-    myObjectClassFinder = omt::ClassFinder<DtObjectClassFedNode>::forTree(*this);
-    DtObjectClassFedNode* const newRoot = mergeObjectNode(*sourceRoot);
-    myObjectClassFinder.reset();
-    if (newRoot) setObjectClassRoot(newRoot);
+    const WhileMerging<DtObjectClassFedNode> finder(*this, myObjectClassFinder);
+    if (DtObjectClassFedNode* const newRoot = mergeObjectNode(*sourceRoot))
+        setObjectClassRoot(newRoot);
 }
 
 void DtOMTTree::mergeInteractions(DtOMTTree* source)
 {
     const DtInteractionClassFedNode* const sourceRoot = source->interactionClassRoot();
     if (!sourceRoot) return;
-    myInteractionClassFinder = omt::ClassFinder<DtInteractionClassFedNode>::forTree(*this);
-    DtInteractionClassFedNode* const newRoot = mergeInteractionNode(*sourceRoot);
-    myInteractionClassFinder.reset();
-    if (newRoot) setInteractionClassRoot(newRoot);
+    const WhileMerging<DtInteractionClassFedNode> finder(*this, myInteractionClassFinder);
+    if (DtInteractionClassFedNode* const newRoot = mergeInteractionNode(*sourceRoot))
+        setInteractionClassRoot(newRoot);
 }
 
 void DtOMTTree::mergeDatatypes(DtOMTTree* source)
