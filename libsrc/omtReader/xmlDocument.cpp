@@ -6,10 +6,12 @@
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <limits>
 #include <new>
+#include <string>
 #include <system_error>
 
 namespace
@@ -35,9 +37,11 @@ public:
         if (myHasReported) return;
         myHasReported = true;
         while (!text.empty() && text.back() == '\n') text.remove_suffix(1);
+        std::string oneLine(text);  // as a line break would end the message
+        std::replace(oneLine.begin(), oneLine.end(), '\n', ' ');
         DtWarn << myName << ':';
         if (line > 0) DtWarn << line << ':' << column << ':';
-        DtWarn << ' ' << text << std::endl;
+        DtWarn << ' ' << oneLine << std::endl;
     }
 
     void reportErrno() { report(0, 0, std::generic_category().message(errno)); }

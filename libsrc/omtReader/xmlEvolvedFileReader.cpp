@@ -7,6 +7,7 @@
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
 #include "omtReader/noteNode.h"
+#include "omtReader/ownTree.h"
 #include "omtReader/updateRateNode.h"
 #include "omtReader/xmlClassTree.h"
 #include "omtReader/xmlWords.h"
@@ -164,7 +165,7 @@ DtXMLEvolvedFileReader::~DtXMLEvolvedFileReader() = default;
 
 DtOMTTree* DtXMLEvolvedFileReader::processObjectModel(xmlNode*& root)
 {
-    auto tree = std::make_unique<DtOMTTree>();
+    OwnTree tree(new DtOMTTree);
     tree->setHlaVersion(DtHla1516_2010);
     processSections(*this, childrenOf(root), theSections, tree.get());
     initializeHandles(tree.get());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/xmlFileReader.h"
 
-#include "omtReader/omtTree.h"
+#include "omtReader/ownTree.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xml1516FileReader.h"
 #include "omtReader/xmlDocument.h"
@@ -45,26 +45,13 @@ bool startsWithRoot(xmlNode* list, const char* classWord, const char* rootName)
     return name && xmlStrEqual(name, xmlText(rootName));
 }
 
-/// The tree of a module, with the nodes that it would leave undeleted: nobody else has seen them.
-void deleteTree(DtOMTTree* tree)
-{
-    if (!tree) return;
-    tree->deleteAuxiliaryTables();
-    delete tree;
-}
-
-struct DeleteTree
-{
-    void operator()(DtOMTTree* tree) const { deleteTree(tree); }
-};
-
 }  // namespace
 
 DtXMLFileReader::DtXMLFileReader() = default;
 
 DtXMLFileReader::~DtXMLFileReader()
 {
-    for (DtOMTTree* module : myModules) deleteTree(module);
+    for (DtOMTTree* module : myModules) omt::DeleteTree()(module);
 }
 
 DtOMTTree* DtXMLFileReader::readFile(const DtFilename& name, DtExerciseConn* connection)
@@ -101,7 +88,7 @@ DtOMTTree* DtXMLFileReader::readFiles(const std::vector<DtFilename>& names,
                                       DtExerciseConn* connection)
 {
     myConnection = connection;
-    std::unique_ptr<DtOMTTree, DeleteTree> result(new DtOMTTree);
+    omt::OwnTree result(new DtOMTTree);
     result->setHlaVersion(DtHla1516_2010);
     DtXMLEvolvedFileReader reader(connection);
     for (const DtFilename& name : names)

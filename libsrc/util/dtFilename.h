@@ -10,6 +10,7 @@ class OMTREADER_EXPORT DtFilename
 public:
     DtFilename() = default;
     DtFilename(const char* name) : myName(name) {}
+    DtFilename(const std::string& name) : myName(name) {}
     DtFilename(const DtString& name) : myName(name) {}
 
     const char* c_str() const { return myName.c_str(); }

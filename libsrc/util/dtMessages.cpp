@@ -40,10 +40,15 @@ void deliver(DtMessageLevel level, std::string_view message)
     if (message.empty() || level > theLevel.load(std::memory_order_relaxed)) return;
     SinkPlace& place = sinkPlace();
     const std::lock_guard lock(place.mutex);
-    if (place.sink)
-        place.sink(level, message);
-    else
-        writeToStandardError(message);
+    try
+    {
+        if (place.sink) return place.sink(level, message);
+    }
+    catch (...)
+    {
+        // An exception would close this thread's stream for good; the message goes where it can.
+    }
+    writeToStandardError(message);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ enum class DtMessageLevel
 /// Receives one whole message. The text ends with a line break only where its writer put one.
 ///
 /// Called from the thread that wrote the message, for one message at a time in the whole process;
-/// it must not write to a message stream itself.
+/// it must not write to a message stream itself. If it throws, the message goes to standard error.
 using DtMessageSink = std::function<void(DtMessageLevel level, std::string_view message)>;
 
 /// Replaces the receiver of all messages and returns the one before; an empty function stands for
