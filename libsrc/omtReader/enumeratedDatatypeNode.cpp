@@ -65,6 +65,8 @@ private:
 namespace
 {
 
+constexpr std::size_t theSizeWorthAnIndex = 32;
+
 /// The text starts as many characters into the sentence as the number says, and the number itself
 /// is not shown. That is a known fault which is kept: programs watch for these texts. A number that
 /// lies outside the sentence is written behind the whole of it.
@@ -117,7 +119,7 @@ void DtEnumeratedDatatypeNode::addEnumerationNode(DtEnumerationNode* enumerator)
     }
     myEnumerators.add(enumerator);
     enumerator->myOwner = this;
-    myClashIndex->add(*enumerator);
+    if (myClashIndex) myClashIndex->add(*enumerator);
 }
 
 DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(const DtString& name) const
@@ -164,8 +166,9 @@ std::int32_t DtEnumeratedDatatypeNode::getExpectedEnumerationSize() const
 
 const DtEnumerationNode* DtEnumeratedDatatypeNode::firstClash(const DtEnumerationNode& enumerator)
 {
-    if (!myClashIndex) myClashIndex = std::make_unique<ClashIndex>(myEnumerators.list());
-    if (myClashIndex->isSure()) return myClashIndex->firstClash(enumerator);
+    if (!myClashIndex && myEnumerators.list().size() >= theSizeWorthAnIndex)
+        myClashIndex = std::make_unique<ClashIndex>(myEnumerators.list());
+    if (myClashIndex && myClashIndex->isSure()) return myClashIndex->firstClash(enumerator);
 
     return omt::firstWhere(myEnumerators.list(),
                            [&](const DtEnumerationNode& other) {

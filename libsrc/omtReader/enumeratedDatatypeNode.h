@@ -57,5 +57,5 @@ private:
     DtString myDescription;
     DtString myRepresentation;
     DtOwnedNodes<DtEnumerationNode> myEnumerators;
-    std::unique_ptr<ClashIndex> myClashIndex;  // once enumerators are being added
+    std::unique_ptr<ClashIndex> myClashIndex;  // only while there are many
 };

@@ -87,6 +87,8 @@ struct FreeParserContext
     void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
 
+constexpr std::size_t theReadSize = std::size_t(64) << 10;  // libxml2 asks for 4 KB at a time
+
 constexpr int theParserOptions = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_COMPACT;
 
 using ParserContext = std::unique_ptr<xmlParserCtxt, FreeParserContext>;
@@ -122,7 +124,7 @@ omt::XmlDocument omt::parseXmlFile(const char* name)
         if (errno != ENOENT && errno != ENOTDIR) firstError.reportErrno();
         return nullptr;
     }
-    std::setvbuf(file.get(), nullptr, _IONBF, 0);  // libxml2 has a buffer of its own
+    std::setvbuf(file.get(), nullptr, _IOFBF, theReadSize);
     Source source{file.get(), firstError};
     const ParserContext context = newParserContext();
     XmlDocument document(

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+// The command line tool omt: which subcommand, with what result and which exit status.
+#include "messages.h"
+#include "showCommand.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <sstream>
+#include <system_error>
+
+namespace
+{
+
+enum ExitStatus
+{
+    theDone = 0,
+    theBadInput = 1,
+    theWrongUsage = 2
+};
+
+/// What holds for all subcommands, and may stand before or behind their names.
+struct GeneralChoice
+{
+    bool isVerbose = false;
+    bool isQuiet = false;
+
+    DtMessageLevel level() const
+    {
+        if (isQuiet) return DtMessageLevel::fatal;
+        return isVerbose ? DtMessageLevel::verbose : DtMessageLevel::info;
+    }
+};
+
+void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
+{
+    app.set_version_flag("--version", std::string("omt ") + OMT_VERSION);
+    CLI::Option* const verbose =
+        app.add_flag("-v,--verbose", choice.isVerbose,
+                     "Say what is being done (before or behind the subcommand)");
+    app.add_flag("-q,--quiet", choice.isQuiet, "Show errors only, no warnings")->excludes(verbose);
+    app.fallthrough();
+    app.footer(
+        "Results go to standard output, messages to standard error. The exit status is 0 when all\n"
+        "went well, 1 for bad input, 2 for wrong usage.\n"
+        "\n"
+        "Example:\n"
+        "  omt show HarbourBase.xml HarbourTraffic.xml --mim");
+}
+
+ExitStatus writeResult(const std::string& text)
+{
+    const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    if (isWritten && std::fflush(stdout) == 0) return theDone;
+    if (errno != EPIPE)  // whoever closed the pipe has seen enough
+        writeMessage("standard output: " + std::generic_category().message(errno));
+    return theBadInput;
+}
+
+/// Help and the version are results; anything else that ends parsing is wrong usage.
+ExitStatus endParsing(const CLI::App& app, const CLI::ParseError& error)
+{
+    std::ostringstream result;
+    std::ostringstream ignored;
+    if (app.exit(error, result, ignored) == 0) return writeResult(result.str());
+    writeMessage(error.what() + std::string("; see omt --help"));
+    return theWrongUsage;
+}
+
+ExitStatus run(const Command& command)
+{
+    try
+    {
+        return writeResult(command.run());
+    }
+    catch (const std::exception& error)
+    {
+        writeMessage(error.what());
+        return theBadInput;
+    }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    CLI::App app("Reads HLA object models.", "omt");
+    GeneralChoice choice;
+    addGeneralArguments(app, choice);
+    const Command commands[] = {addShowCommand(app)};
+    try
+    {
+        app.parse(argumentCount, arguments);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        return endParsing(app, error);
+    }
+
+    showMessages(choice.level());
+    for (const Command& command : commands)
+        if (*command.app) return run(command);
+    writeMessage("a subcommand is needed; see omt --help");
+    return theWrongUsage;
+}
