@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+// A 1516-2010 model of any size, for measuring how work grows with it.
+#pragma once
+
+#include <string>
+
+namespace ratios
+{
+
+/// The text of a model in which everything that a model has many of is there `scale` times: object
+/// classes side by side, each with a class below it, interaction classes, datatypes of every kind
+/// and notes; and one enumeration of ten times as many enumerators.
+std::string generatedModel(int scale);
+
+}  // namespace ratios

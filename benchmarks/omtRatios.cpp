@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+// Prints "name ratio" for every ratio. All work is done in one process, once for each repetition
+// and in random order, so that what disturbs the machine disturbs both sides alike.
+#include "ratio.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+namespace
+{
+
+using ratios::Ratio;
+
+const std::string theBaseline = "/baseline";
+const std::string theCandidate = "/candidate";
+
+/// Keeps the time of every repetition and prints nothing itself.
+class Times : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs)
+            if (run.run_type == Run::RT_Iteration)
+                myTimes[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
+    }
+
+    bool hold(const std::string& name) const { return myTimes.count(name) != 0; }
+    double medianOf(const std::string& name)
+    {
+        std::vector<double>& times = myTimes.at(name);
+        std::sort(times.begin(), times.end());
+        const std::size_t middle = times.size() / 2;
+        return times.size() % 2 ? times[middle] : (times[middle - 1] + times[middle]) / 2;
+    }
+
+private:
+    std::map<std::string, std::vector<double>> myTimes;
+};
+
+void registerWork(const std::string& name, ratios::Work work)
+{
+    const auto repeat = [work](benchmark::State& state)
+    {
+        for (auto _ : state) state.SetIterationTime(work());
+    };
+    benchmark::RegisterBenchmark(name.c_str(), repeat)->UseManualTime()->Iterations(1);
+}
+
+std::vector<Ratio> registerRatios()
+{
+    std::vector<Ratio> registered;
+    for (const Ratio& ratio : ratios::readAndMergeRatios())
+    {
+        if (ratio.modelFile && ratios::modelPath(ratio.modelFile).empty())
+        {
+            std::fprintf(stderr, "%s skipped\n", ratio.name);
+            continue;
+        }
+        registerWork(ratio.name + theBaseline, ratio.baseline);
+        registerWork(ratio.name + theCandidate, ratio.candidate);
+        registered.push_back(ratio);
+    }
+    return registered;
+}
+
+}  // namespace
+
+std::filesystem::path ratios::modelPath(const char* file)
+{
+    const char* const folder = std::getenv("OMT_MODELS");
+    if (!folder) return {};
+    const auto path = std::filesystem::path(folder) / file;
+    return std::filesystem::exists(path) ? path : std::filesystem::path();
+}
+
+int main(int argc, char* argv[])
+{
+    // The library's defaults for us, in front of what the user says.
+    std::string repetitions = "--benchmark_repetitions=40";
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, {repetitions.data(), interleaving.data()});
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+
+    const std::vector<Ratio> all = registerRatios();
+    Times times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    for (const Ratio& ratio : all)
+    {
+        // A filter may have left one side out.
+        if (!times.hold(ratio.name + theBaseline) || !times.hold(ratio.name + theCandidate))
+            continue;
+        std::printf(
+            "%s %.3f\n", ratio.name,
+            times.medianOf(ratio.name + theCandidate) / times.medianOf(ratio.name + theBaseline));
+    }
+    return 0;
+}

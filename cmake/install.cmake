@@ -1,0 +1,35 @@
+# SPDX-License-Identifier: Apache-2.0
+# What `cmake --install` puts where, and how other builds find it: find_package and pkg-config.
+include(CMakePackageConfigHelpers)
+
+# An include root of its own, as the folder of the support headers has the common name "util".
+set(OMTREADER_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/omtReader-${PROJECT_VERSION_MAJOR}")
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/omtReader")
+
+install(TARGETS omtReader EXPORT omtReaderTargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  INCLUDES DESTINATION "${OMTREADER_INCLUDEDIR}"
+  FILE_SET HEADERS DESTINATION "${OMTREADER_INCLUDEDIR}")
+install(EXPORT omtReaderTargets NAMESPACE omtReader:: DESTINATION "${package}")
+
+configure_package_config_file(cmake/omtReaderConfig.cmake.in omtReaderConfig.cmake
+  INSTALL_DESTINATION "${package}")
+write_basic_package_version_file(omtReaderConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/omtReaderConfig.cmake"
+  "${PROJECT_BINARY_DIR}/omtReaderConfigVersion.cmake"
+  DESTINATION "${package}")
+
+file(RELATIVE_PATH OMTREADER_PC_TO_PREFIX
+  "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+configure_file(cmake/omtReader.pc.in omtReader.pc @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/omtReader.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+if(TARGET omt)
+  file(RELATIVE_PATH toLibrary
+    "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(omt PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibrary}")
+  install(TARGETS omt RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+install(FILES LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
