@@ -37,8 +37,8 @@ inline void settleHeap()
     std::free(block);
 }
 
-/// The seconds that a call takes, from a settled heap to a settled heap: each piece of work pays for
-/// what it leaves to the allocator, and for nothing that another left.
+/// The seconds that a call takes, from a settled heap to a settled heap: each piece of work pays
+/// for what it leaves to the allocator, and for nothing that another left.
 template <typename Call>
 double secondsOf(Call call)
 {

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: Apache-2.0
+// Whole models: the published ones, the embedded MIM against the published one, and our samples.
+#include "omtReader/interactionClassFedNode.h"
+#include "omtReader/objectClassFedNode.h"
+#include "omtReader/standardMIM.h"
+#include "omtReader/xmlFileReader.h"
+#include "support.h"
+
+#include <array>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace
+{
+
+/// Entries of each kind: object classes, attributes, interaction classes, parameters; basic,
+/// simple, enumerated, array, fixed and variant datatypes.
+using Counts = std::array<std::size_t, 10>;
+
+Counts counts(DtOMTTree& t)
+{
+    std::size_t attributes = 0;
+    std::size_t parameters = 0;
+    for (auto node = t.getObjectClassNodeBegin(); node != t.getObjectClassNodeEnd(); ++node)
+        attributes += (*node)->getAttributes().size();
+    for (auto node = t.getInteractionClassNodeBegin(); node != t.getInteractionClassNodeEnd();
+         ++node)
+        parameters += (*node)->getParameters().size();
+    const auto size = [](auto begin, auto end)
+    { return static_cast<std::size_t>(std::distance(begin, end)); };
+    return {
+        size(t.getObjectClassNodeBegin(), t.getObjectClassNodeEnd()),
+        attributes,
+        size(t.getInteractionClassNodeBegin(), t.getInteractionClassNodeEnd()),
+        parameters,
+        size(t.getBasicDataRepresentationNodeList(), t.getBasicDataRepresentationEndNode()),
+        size(t.getSimpleDatatypeNodeList(), t.getSimpleDatatypeEndNode()),
+        size(t.getEnumeratedDatatypeNodeList(), t.getEnumeratedDatatypeEndNode()),
+        size(t.getArrayDatatypeNodeList(), t.getArrayDatatypeEndNode()),
+        size(t.getFixedDatatypeNodeList(), t.getFixedDatatypeEndNode()),
+        size(t.getVariantDatatypeNodeList(), t.getVariantDatatypeEndNode()),
+    };
+}
+
+constexpr Counts theMIMCounts = {4, 45, 85, 101, 13, 10, 9, 17, 4, 0};
+constexpr Counts theRPRCounts = {67, 356, 163, 378, 17, 52, 101, 76, 84, 9};
+constexpr char theMIM[] = "HLAstandardMIM.xml";
+
+struct PublishedModel
+{
+    std::vector<const char*> files;
+    Counts counts;
+    int version = 3;
+};
+
+// clang-format off
+const std::vector<PublishedModel> thePublishedModels = {
+    {{"mim/HLAstandardMIM.xml"}, theMIMCounts},
+    {{"evolved/RPR_FOM_v2.0_1516-2010.xml"}, {64, 311, 79, 277, 4, 42, 92, 59, 80, 9}},
+    {{"evolved/RPR_FOM_v2.0_1516-2010.xml", theMIM}, theRPRCounts},
+    {{"evolved/RPR-Foundation_v2.0.xml", "evolved/RPR-Enumerations_v2.0.xml",
+      "evolved/RPR-Base_v2.0.xml", "evolved/RPR-Physical_v2.0.xml",
+      "evolved/RPR-Aggregate_v2.0.xml", "evolved/RPR-Warfare_v2.0.xml",
+      "evolved/RPR-Communication_v2.0.xml", "evolved/RPR-DER_v2.0.xml",
+      "evolved/RPR-Logistics_v2.0.xml", "evolved/RPR-Minefield_v2.0.xml",
+      "evolved/RPR-SE_v2.0.xml", "evolved/RPR-SIMAN_v2.0.xml", "evolved/RPR-UA_v2.0.xml",
+      "evolved/RPR-Switches_v2.0.xml", theMIM},
+     theRPRCounts},
+    {{"evolved/RestaurantFOMmodule.xml"}, {39, 9, 15, 3, 1, 7, 3, 2, 2, 1}},
+    {{"evolved/RestaurantSOMmodule.xml"}, {40, 9, 15, 3, 1, 7, 4, 2, 2, 1}},
+    {{"evolved/RestaurantFood.xml", "evolved/RestaurantDrinks.xml", "evolved/RestaurantSoup.xml",
+      "evolved/RestaurantProcesses.xml"},
+     {39, 9, 15, 3, 1, 7, 3, 2, 2, 1}},
+    {{"x2000/RPR2-D17.xml"}, {64, 311, 79, 277, 12, 76, 101, 69, 95, 10}, 2},
+    {{"x2000/Certi-Test-02.xml"}, {6, 42, 78, 93, 14, 6, 2, 3, 0, 0}, 2},
+};
+// clang-format on
+
+TEST_F(ModelsTest, EveryEntryOfPublishedModelsIsRead)
+{
+    for (const PublishedModel& published : thePublishedModels)
+    {
+        SCOPED_TRACE(published.files.front());
+        SCOPED_TRACE(published.files.size());
+        const Messages messages;
+        std::vector<DtFilename> names;
+        for (const std::string file : published.files)
+            names.emplace_back(file == theMIM ? theMIM : model(file).c_str());
+        DtXMLFileReader reader;
+        const TreePtr tree(names.size() == 1 ? reader.readFile(names[0], nullptr)
+                                             : reader.readFiles(names, nullptr));
+        ASSERT_TRUE(tree);
+        EXPECT_EQ(counts(*tree), published.counts);
+        EXPECT_EQ(tree->hlaVersion(), published.version);
+        EXPECT_EQ(messages.list(), std::vector<std::string>());
+        EXPECT_EQ(reader.getLastError(), "");
+    }
+}
+
+/// A tree by path and value. Classes and switches go by their name, as two trees may have them in
+/// another order; a path that occurs again is marked.
+using Fields = std::map<std::string, std::string>;
+
+Fields fields(DtOMTTree& tree)
+{
+    static const std::regex theLine(R"(\.([\w\[\].]+) = (.*))");
+    static const std::regex theName(R"((object|interaction|switch)\[\d+\]\.(fullName|name))");
+    std::vector<std::pair<std::string, std::string>> list;
+    std::map<std::string, std::string> names;  // of numbered entries
+    std::istringstream text(dump(tree));
+    for (std::string line; std::getline(text, line);)
+    {
+        std::smatch match;
+        if (!std::regex_match(line, match, theLine))
+        {
+            list.back().second += '\n' + line;  // a text of more than one line
+            continue;
+        }
+        list.emplace_back(match[1], match[2]);
+        const std::string path = match[1];
+        if (std::regex_match(path, match, theName))
+            names[path.substr(0, path.find('.'))] = match[1].str() + "[" + list.back().second + "]";
+    }
+    Fields result;
+    for (const auto& [path, value] : list)
+    {
+        const std::size_t end = std::min(path.find('.'), path.size());
+        const auto name = names.find(path.substr(0, end));
+        std::string key = name == names.end() ? path : name->second + path.substr(end);
+        while (result.count(key)) key += '+';
+        result[key] = value.substr(0, value.find_last_not_of(" \n") + 1);
+    }
+    return result;
+}
+
+/// Where two trees differ, but for fields with paths like these, each of which has to occur.
+std::vector<std::string> differences(DtOMTTree& one, DtOMTTree& other,
+                                     const std::vector<const char*>& exceptions)
+{
+    std::vector<std::string> result;
+    std::vector<Fields> both = {fields(one), fields(other)};
+    for (const char* const exception : exceptions)
+    {
+        const std::regex pattern(exception);
+        std::size_t erased = 0;
+        for (Fields& side : both)
+            erased += std::erase_if(
+                side, [&](const auto& field) { return std::regex_match(field.first, pattern); });
+        if (erased == 0) result.push_back(std::string("needless: ") + exception);
+    }
+    for (const auto& [path, value] : both[0])
+        if (const auto match = both[1].find(path); match == both[1].end())
+            result.push_back("only here: " + path + " = " + value);
+        else if (match->second != value)
+            result.push_back(path + " = " + value + " / " + match->second);
+    for (const auto& [path, value] : both[1])
+        if (!both[0].count(path)) result.push_back("only there: " + path + " = " + value);
+    return result;
+}
+
+/// The MIM that the library carries, read as a file of its own.
+TreePtr embeddedMIM()
+{
+    const TemporaryFolder folder;
+    const std::string_view text(reinterpret_cast<const char*>(HLAstandardMIM_xml),
+                                static_cast<std::size_t>(HLAstandardMIM_xml_len));
+    DtXMLFileReader reader;
+    return TreePtr(reader.readFile(folder.write("mim.xml", text).c_str(), nullptr));
+}
+
+TEST_F(ModelsTest, TheEmbeddedMIMIsThePublishedOneButForFreeText)
+{
+    DtXMLFileReader reader;
+    const TreePtr embedded = embeddedMIM();
+    const TreePtr published(reader.readFile(model("mim/HLAstandardMIM.xml").c_str(), nullptr));
+    const std::vector<const char*> theFreeTexts = {
+        R"((.*\.)?(description|descriptor|semantics))",
+        "purpose",
+        R"(basic\[\d+\]\.(encoding|interpretation))",
+        R"(note\[\d+\]\.text)",
+        R"(object\[.*HLAfederate\]\.attribute\[(6|7|8|9|10|30|31)\]\.updateCondition)",
+        R"(object\[.*HLAfederation\]\.attribute\[(1|4|5|7|8|9|10|11)\]\.updateCondition)",
+    };
+    EXPECT_EQ(differences(*embedded, *published, theFreeTexts), std::vector<std::string>());
+}
+
+std::string sample(const std::string& name)
+{
+    const std::filesystem::path tests = std::filesystem::path(__FILE__).parent_path();
+    return (tests.parent_path() / "examples" / "models" / name).string();
+}
+
+TEST(SampleModelsTest, TheHarbourIsTheSameInBothDialects)
+{
+    const Messages messages;
+    DtXMLFileReader reader;
+    const TreePtr evolved(reader.readFiles(
+        {sample("HarbourBase.xml").c_str(), sample("HarbourTraffic.xml").c_str()}, nullptr));
+    const TreePtr older(reader.readFile(sample("Harbour-2000.xml").c_str(), nullptr));
+    ASSERT_TRUE(evolved && older);
+    const std::vector<const char*> theExpected = {
+        "hlaVersion",
+        // Merging takes no identification over, but says what was merged.
+        "name|versionNo|type|purpose|applicationDomain|sponsorOrgName|modificationDate|reference|"
+        "other|POC.*|references.*",
+        // Left out on purpose when a 2000 document is read.
+        R"(object.*\.attribute\[\d+\]\.(sharing|transportation|order|dimensions).*)",
+        R"(interaction.*\.parameter\[\d+\]\.(sharing|transportation|order))",
+        R"(interaction.*\.dimensions.*)",
+        R"(fixed\[\d+\]\.encoding)",
+        R"(basic\[\d+\]\.interpretation)",
+        // There is no place for these in a 2000 document.
+        R"(transportation\[\d+\]\.reliable)",
+        "updateRate.*",
+        R"(note\[\d+\]\.(label|number))",
+        R"(switch\[(conveyProducingFederate|exceptionReporting|delaySubscriptionEvaluation)\].*)",
+        R"(switch\[automaticResignAction\].*)",
+    };
+    EXPECT_EQ(differences(*evolved, *older, theExpected), std::vector<std::string>());
+    EXPECT_EQ(messages.list(), std::vector<std::string>());
+}
+
+TEST(SampleModelsTest, EveryDatatypeThatIsNamedIsThere)
+{
+    DtXMLFileReader reader;
+    const TreePtr tree(reader.readFiles(
+        {sample("HarbourBase.xml").c_str(), sample("HarbourTraffic.xml").c_str(), theMIM},
+        nullptr));
+    ASSERT_TRUE(tree);
+    static const std::regex theName(
+        R"((basic|simple|enumerated|array|fixed|variant)\[\d+\]\.name)");
+    static const std::regex theUse(R"(.*([dD]atatype|representation))");
+    std::set<std::string> names = {"", "NA"};
+    std::map<std::string, std::string> uses;
+    for (const auto& [path, value] : fields(*tree))
+    {
+        if (std::regex_match(path, theName)) names.insert(value);
+        if (std::regex_match(path, theUse)) uses[value] = path;
+    }
+    for (const auto& [name, path] : uses) EXPECT_TRUE(names.count(name)) << path << ' ' << name;
+    EXPECT_GT(uses.size(), 30u);
+    EXPECT_EQ(counts(*embeddedMIM()), theMIMCounts);
+}
+
+}  // namespace

@@ -1,0 +1,398 @@
+// SPDX-License-Identifier: Apache-2.0
+// Runs omt as a user does: what it prints, what it complains about, how it ends.
+#include "support.h"
+
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace
+{
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string theExamples = OMT_EXAMPLES "/";
+
+// Two object classes below the root, one interaction class, every kind of datatype.
+constexpr const char* theSmallModel =
+    R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010">
+<modelIdentification><name>Small %s</name><type>FOM</type><version>0.1</version>
+<poc><pocType>Author</pocType><pocName>A. Body</pocName></poc></modelIdentification>
+<objects><objectClass><name>HLAobjectRoot</name>
+ <objectClass><name>Car</name><sharing>Publish</sharing>
+  <attribute><name>Speed</name><dataType>Knots</dataType><order>Receive</order></attribute>
+  <attribute><name>Colour</name><dataType>Paint</dataType></attribute>
+  <objectClass><name>Van</name><attribute><name>Load</name><dataType>Box</dataType></attribute>
+  </objectClass></objectClass>
+ <objectClass><name>Road</name></objectClass></objectClass></objects>
+<interactions><interactionClass><name>HLAinteractionRoot</name>
+ <interactionClass><name>Road</name><parameter><name>At</name><dataType>Box</dataType></parameter>
+ </interactionClass></interactionClass></interactions>
+<dataTypes>
+ <basicDataRepresentations><basicData><name>B4</name><size>32</size></basicData>
+  </basicDataRepresentations>
+ <simpleDataTypes><simpleData><name>Knots</name><representation>B4</representation></simpleData>
+  <simpleData><name>Twice</name><representation>B4</representation></simpleData></simpleDataTypes>
+ <enumeratedDataTypes><enumeratedData><name>Paint</name><representation>B4</representation>
+  <enumerator><name>Red</name><value>1</value></enumerator>
+  <enumerator><name>Blue</name><value>2</value></enumerator></enumeratedData></enumeratedDataTypes>
+ <arrayDataTypes><arrayData><name>Twice</name><dataType>Knots</dataType><cardinality>2</cardinality>
+  </arrayData></arrayDataTypes>
+ <fixedRecordDataTypes><fixedRecordData><name>Box</name>
+  <field><name>Width</name><dataType>Knots</dataType></field></fixedRecordData>
+  </fixedRecordDataTypes>
+ <variantRecordDataTypes><variantRecordData><name>Either</name><discriminant>Which</discriminant>
+  <dataType>Knots</dataType>
+  <alternative><enumerator>2, 3</enumerator><name>Boxed</name><dataType>Box</dataType></alternative>
+  <alternative><enumerator>4</enumerator><name>Other</name><dataType>Far</dataType></alternative>
+  </variantRecordData></variantRecordDataTypes>
+</dataTypes>
+<notes><note><label>n1</label><semantics>One
+   note.</semantics></note></notes></objectModel>)";
+
+constexpr const char* the2000Model =
+    R"(<objectModel name="A"><objects><objectClass name="HLAobjectRoot"/></objects></objectModel>)";
+
+/// How a run of omt ended, and what it wrote.
+struct Outcome
+{
+    int status;
+    std::string out;
+    std::string err;
+};
+
+std::string contentOf(const std::filesystem::path& file)
+{
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+class ToolTest : public ModelsTest
+{
+protected:
+    void SetUp() override { write("small.xml", theSmallModel); }  // needs no published models
+
+    void write(const std::string& name, std::string_view content) { myFolder.write(name, content); }
+
+    /// Runs omt in the temporary folder with arguments as a shell takes them.
+    Outcome run(const std::string& arguments, const std::string& environment = "env -u RTI_CONFIG")
+    {
+        const std::string command = "cd " + myFolder.path().string() + " && " + environment +
+                                    " timeout 60 " OMT_TOOL " " + arguments + " >.out 2>.err";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(myFolder.path() / ".out"),
+                contentOf(myFolder.path() / ".err")};
+    }
+
+    json showJson(const std::string& arguments)
+    {
+        const Outcome outcome = run("show --json " + arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return json::parse(outcome.out, nullptr, false);
+    }
+
+    TemporaryFolder myFolder;
+};
+
+class PublishedModelsToolTest : public ToolTest
+{
+protected:
+    void SetUp() override { ModelsTest::SetUp(); }
+};
+
+std::string repeated(std::string_view text, int count)
+{
+    std::string result;
+    while (count-- > 0) result += text;
+    return result;
+}
+
+/// Entities that grow tenfold, nine times over.
+std::string entityBomb()
+{
+    std::string text = "<!DOCTYPE objectModel [<!ENTITY a0 \"boom\">";
+    for (char i = '1'; i <= '9'; ++i)
+    {
+        const std::string before = {'&', 'a', static_cast<char>(i - 1), ';'};
+        text.append("<!ENTITY a").append(1, i).append(" '").append(repeated(before, 10)) += "'>";
+    }
+    return text + "]><objectModel><notes>&a9;</notes></objectModel>";
+}
+
+TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
+{
+    // clang-format off
+    const struct
+    {
+        const char* what;
+        const char* arguments;
+        std::string content;  // of bad.xml
+        const char* message;
+    } cases[] = {
+        {"missing", "none.xml", "", "omt: none.xml: no such file\n"},
+        {"directory", ".", "", "omt: .: Is a directory\n"},
+        {"device", "/dev/zero", "", "/dev/zero: not a regular file"},
+        {"no name", "''", "", "empty"},
+        {"odd octets in a name", "$(printf 'a\\033[31m\\377')", "", "a\\x1b[31m\\xff: no such"},
+        {"empty", "bad.xml", "", "bad.xml: the file is empty"},
+        {"binary", "bad.xml", std::string("\0\1\2\377", 4), "bad.xml:1:1: no object model"},
+        {"truncated", "bad.xml", "<objectModel>\n<objects>", "bad.xml:2:10: "},
+        {"mismatched tags", "bad.xml", "<objectModel>\n<a></b></objectModel>", "bad.xml:2:8: "},
+        {"not UTF-8", "bad.xml", "<objectModel>\n<name>\xff</name></objectModel>", "bad.xml:2:"},
+        {"second root", "bad.xml", "<objectModel/>\n<objectModel/>", "bad.xml:2:1: "},
+        {"too deep", "bad.xml", repeated("<objects>", 100000), "bad.xml:1:"},
+        {"huge name", "bad.xml", std::string("<").append(100000, 'n'), "bad.xml:1:"},
+        {"entity bomb", "bad.xml", entityBomb(), "bad.xml:1:"},
+        {"percent signs", "bad.xml", "<h%s/>", "bad.xml:1:"},
+        {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:4: "},
+        {"another document", "bad.xml", "<html/>", "no object model: the root element is \"html\""},
+        {"nothing in it", "bad.xml", "<objectModel/>", "bad.xml: the element \"objectModel\""},
+        {"HLA 1.3", "bad.xml", " ; a comment\n(DIF)", "bad.xml: models of HLA 1.3 cannot be"},
+        {"broken module", "small.xml bad.xml --mim", "<a>", "bad.xml:1:4: "},
+        {"2000 format in a list", "small.xml bad.xml", the2000Model, "bad.xml: a model of IEEE"},
+        {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; the nearest are Car, "},
+        {"ambiguous class", "small.xml --class Road", "",
+         "choose one of HLAobjectRoot.Road, HLAinteractionRoot.Road\n"},
+        {"unknown datatype", "small.xml --datatype Paints", "", "the nearest are Paint, "},
+        {"datatype of another module", "small.xml --datatype Far", "", "as the model refers to it"},
+    };
+    // clang-format on
+    for (const auto& one : cases)
+    {
+        SCOPED_TRACE(one.what);
+        write("bad.xml", one.content);
+        const Outcome outcome = run(std::string("show ") + one.arguments);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, StartsWith("omt: "));
+        EXPECT_THAT(outcome.err, HasSubstr(one.message));
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    }
+}
+
+TEST_F(ToolTest, OddButSoundInputIsRead)
+{
+    // clang-format off
+    const struct
+    {
+        const char* what;
+        const char* head;
+        const char* name;
+        const char* shown;
+    } cases[] = {
+        {"DTD that is not there", "<!DOCTYPE objectModel SYSTEM 'none.dtd'>", "A", "A\n=\n"},
+        {"DTD far away", "<!DOCTYPE objectModel SYSTEM 'http://192.0.2.1/a.dtd'>", "A", "A\n=\n"},
+        {"external entity is left out",
+         "<!DOCTYPE objectModel [<!ENTITY x SYSTEM 'file:///etc/passwd'>]>", "A&x;", "A\n=\n"},
+        {"percent signs", "", "%s%n", "%s%n\n"},
+        {"what a terminal would obey", "", "A&#x9b;31m&#x202e;B", "A\\u009b31m\\u202eB\n"},
+        {"blanks and line breaks", "", " A \n\t B ", "A B\n===\n"},
+        {"more octets than columns", "", "B\xc3\xbchne", "B\xc3\xbchne\n=====\n"},
+    };
+    // clang-format on
+    for (const auto& one : cases)
+    {
+        SCOPED_TRACE(one.what);
+        write("odd.xml",
+              std::string(one.head) +
+                  "<objectModel name='x'><objects><objectClass>"
+                  "<name>HLAobjectRoot</name></objectClass></objects><modelIdentification>"
+                  "<name>" +
+                  one.name + "</name></modelIdentification></objectModel>");
+        const Outcome outcome = run("show odd.xml");
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_THAT(outcome.out, StartsWith(one.shown));
+    }
+}
+
+TEST_F(ToolTest, WrongUsageIsStatusTwoAndHelpHasExamples)
+{
+    for (const char* arguments :
+         {"", "shwo", "show", "show small.xml --bogus", "show a --class", "show a --json --class A",
+          "show a --class A --datatype B", "show a -q -v"})
+    {
+        SCOPED_TRACE(arguments);
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, HasSubstr("; see omt --help\n"));
+    }
+    for (const char* arguments : {"--help", "show --help"})
+    {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.out, HasSubstr("omt show HarbourBase.xml HarbourTraffic.xml --mim"));
+    }
+    EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+\n"));
+}
+
+TEST_F(ToolTest, ShowsAModel)
+{
+    const Outcome outcome = run("show small.xml");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    for (const char* part :
+         {"Small %s\n========\n  Version           0.1\n", "  Point of contact  Author: A. Body\n",
+          "      4 object classes                 3 attributes",
+          "  HLAobjectRoot\n"
+          "  +-- Car\n"
+          "  |   |   Speed   Knots\n"
+          "  |   |   Colour  Paint\n"
+          "  |   +-- Van\n"
+          "  |           Load  Box\n"
+          "  +-- Road\n",
+          "  Paint  B4              2       Red=1, Blue=2\n", "  Box\n      Width  Knots\n",
+          "  n1     One note.\n"})
+        EXPECT_THAT(outcome.out, HasSubstr(part));
+}
+
+TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
+{
+    // clang-format off
+    const struct
+    {
+        const char* arguments;
+        std::vector<const char*> parts;
+    } cases[] = {
+        {"--class Van",
+         {"HLAobjectRoot.Car.Van\n", "Own attributes\n", "\nLoad\n  Datatype  Box (fixed)\n",
+          "Inherited from HLAobjectRoot.Car\n", "\nSpeed\n  Datatype  Knots (simple)\n"}},
+        {"--class Car.Van", {"HLAobjectRoot.Car.Van\n"}},
+        {"--class HLAobjectRoot.Car",
+         {"  Sharing        Publish\n", "  Child classes  Van\n", "  Order     Receive\n"}},
+        {"--class HLAinteractionRoot.Road", {"Own parameters\n", "\nAt\n  Datatype  Box"}},
+        {"--datatype Knots",
+         {"  Kind            simple datatype\n", "  attribute  HLAobjectRoot.Car.Speed\n",
+          "  array      Twice                    element\n",
+          "  fixed      Box                      field Width\n",
+          "  variant    Either                   discriminant Which\n"}},
+        {"--datatype Box",
+         {"  parameter  HLAinteractionRoot.Road.At\n", "Width  Knots (simple)\n",
+          "alternative Boxed\n"}},
+        {"--datatype Either", {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)"}},
+        {"--datatype Paint", {"  1       Red\n", "  2       Blue\n"}},
+        {"--datatype Twice", {"simple datatype\n", "array datatype\n", "Nothing in the model"}},
+    };
+    // clang-format on
+    for (const auto& one : cases)
+    {
+        SCOPED_TRACE(one.arguments);
+        const Outcome outcome = run(std::string("show small.xml ") + one.arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        for (const char* part : one.parts) EXPECT_THAT(outcome.out, HasSubstr(part));
+    }
+}
+
+TEST_F(ToolTest, JsonHasNamesCountsAndKinds)
+{
+    const json expected = json::parse(R"({"name": "Small %s", "version": "0.1", "hlaVersion": 3,
+        "counts": {"objectClasses": 4, "attributes": 3, "interactionClasses": 2, "parameters": 1,
+            "basic": 1, "simple": 2, "enumerated": 1, "enumerators": 2, "array": 1, "fixed": 1,
+            "variant": 1, "complex": 0, "notes": 1, "dimensions": 0, "transportations": 0,
+            "switches": 0, "synchronizations": 0, "tags": 0, "updateRates": 0},
+        "objectClasses": ["HLAobjectRoot.Car.Van", "HLAobjectRoot.Car", "HLAobjectRoot.Road",
+            "HLAobjectRoot"],
+        "interactionClasses": ["HLAinteractionRoot.Road", "HLAinteractionRoot"],
+        "datatypes": {"B4": "basic", "Knots": "simple", "Twice": "simple", "Paint": "enumerated",
+            "Box": "fixed", "Either": "variant"}})");
+    EXPECT_EQ(showJson("small.xml"), expected);
+}
+
+TEST_F(ToolTest, ExamplesHoldTheSameInBothFormats)
+{
+    const json modules =
+        showJson(theExamples + "HarbourBase.xml " + theExamples + "HarbourTraffic.xml");
+    const json document = showJson(theExamples + "Harbour-2000.xml");
+    EXPECT_EQ(modules["hlaVersion"], 3);
+    EXPECT_EQ(document["hlaVersion"], 2);
+    for (const char* key : {"objectClasses", "attributes", "interactionClasses", "parameters",
+                            "basic", "simple", "enumerated", "enumerators", "array", "fixed",
+                            "variant", "dimensions", "transportations", "synchronizations", "tags"})
+        EXPECT_EQ(modules["counts"][key], document["counts"][key]) << key;
+    EXPECT_EQ(modules["datatypes"], document["datatypes"]);
+    EXPECT_GT(modules["counts"]["variant"], 0);
+}
+
+TEST_F(ToolTest, TheMIMIsMergedInWhereItBelongs)
+{
+    const json merged = showJson("small.xml --mim");
+    EXPECT_EQ(merged["counts"]["objectClasses"], 4 + 3);
+    EXPECT_EQ(merged["datatypes"]["HLAunicodeString"], "array");
+    EXPECT_EQ(merged["datatypes"]["Paint"], "enumerated");
+
+    write("old.xml", the2000Model);
+    const Outcome old = run("show old.xml --mim");
+    EXPECT_EQ(old.status, 0);
+    EXPECT_THAT(old.err, StartsWith("omt: old.xml: the standard MIM belongs to models of IEEE 15"));
+    EXPECT_THAT(old.out, Not(HasSubstr("HLAunicodeString")));
+    EXPECT_EQ(run("-q show old.xml --mim").err, "");
+
+    write("HLAstandardMIM.xml", theSmallModel);  // a file of the user's, whatever it is called
+    EXPECT_EQ(showJson("HLAstandardMIM.xml small.xml")["counts"]["objectClasses"], 4);
+}
+
+TEST_F(ToolTest, LooksInTheDirectoryOfRtiConfig)
+{
+    write("fom/far.xml", theSmallModel);
+    const Outcome found = run("show --verbose far.xml", "RTI_CONFIG=fom/");
+    EXPECT_EQ(found.status, 0);
+    EXPECT_EQ(found.err, "omt: Reading FED file: fom/far.xml\n");
+    EXPECT_EQ(run("show none.xml", "RTI_CONFIG=fom").err,
+              "omt: none.xml: no such file, neither here nor in the directory \"fom\" that "
+              "RTI_CONFIG names\n");
+}
+
+TEST_F(ToolTest, AFullDiskIsNoticed)
+{
+    for (const char* arguments : {"show small.xml", "show small.xml --json", "--help"})
+    {
+        const Outcome outcome = run(std::string(arguments) + " >/dev/full 2>.err #");
+        EXPECT_EQ(outcome.status, 1) << arguments;
+        EXPECT_THAT(outcome.err, StartsWith("omt: standard output: "));
+    }
+}
+
+TEST_F(PublishedModelsToolTest, CountsAreThoseOfTheDocuments)
+{
+    const std::string one = model("evolved/RPR_FOM_v2.0_1516-2010.xml");
+    std::string modules;
+    for (const char* name :
+         {"Foundation", "Enumerations", "Base", "Physical", "Aggregate", "Warfare", "Communication",
+          "DER", "Logistics", "Minefield", "SE", "SIMAN", "UA", "Switches"})
+        modules += model("evolved/RPR-") + name + "_v2.0.xml ";
+    // Object classes, attributes, interaction classes, parameters; basic, simple, enumerated,
+    // array, fixed, variant.
+    const std::vector<int> withMIM = {67, 356, 163, 378, 17, 52, 101, 76, 84, 9};
+    const struct
+    {
+        std::string arguments;
+        std::vector<int> expected;
+    } cases[] = {
+        {model("mim/HLAstandardMIM.xml"), {4, 45, 85, 101, 13, 10, 9, 17, 4, 0}      },
+        {one,                             {64, 311, 79, 277, 4, 42, 92, 59, 80, 9}   },
+        {model("x2000/RPR2-D17.xml"),     {64, 311, 79, 277, 12, 76, 101, 69, 95, 10}},
+        {one + " --mim",                  withMIM                                    },
+        {modules + "--mim",               withMIM                                    },
+    };
+    for (const auto& each : cases)
+    {
+        SCOPED_TRACE(each.arguments);
+        const json counts = showJson(each.arguments)["counts"];
+        std::vector<int> numbers;
+        for (const char* key : {"objectClasses", "attributes", "interactionClasses", "parameters",
+                                "basic", "simple", "enumerated", "array", "fixed", "variant"})
+            numbers.push_back(counts[key]);
+        EXPECT_EQ(numbers, each.expected);
+    }
+    EXPECT_EQ(showJson(one)["counts"]["enumerators"], 3958);
+}
+
+}  // namespace
