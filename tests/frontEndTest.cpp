@@ -12,7 +12,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <optional>
-#include <stdexcept>
 
 namespace
 {
@@ -79,8 +78,8 @@ protected:
     static Texts sources(const TreePtr& tree)
     {
         Texts result;
-        for (const DtOMTTreeReference& reference : tree->getReferences())
-            result.push_back(reference.type.str() + " " + reference.identification.str());
+        for (const DtOMTTreeReference& each : tree->getReferences())
+            result.push_back(each.type.str() + " " + each.identification.str());
         return result;
     }
 
@@ -114,16 +113,13 @@ TEST_F(FrontEndTest, OpenFileLooksInTheConfiguredFolder)
         {"no variable", nullptr, "there.xml", unbound + "there.xml"},
         {"empty", "", "there.xml", no + "there.xml"},
         {"only a separator", "/", "there.xml", no + "there.xml"},
-        {"only the other", "\\", "there.xml", no + "there.xml"},
         {"found", "conf", "there.xml", "", {"Reading FED file: conf/there.xml\n"}},
         {"separator", "conf/", "there.xml", "", {"Reading FED file: conf/there.xml\n"}},
-        {"the other", "conf\\", "there.xml", "", {"Reading FED file: conf/there.xml\n"}},
         {"two: one goes", "conf//", "there.xml", "", {"Reading FED file: conf//there.xml\n"}},
         {"not there either", "conf", "%s.xml", no + "%s.xml"},
         {"broken", nullptr, "broken.xml", unbound + "broken.xml", {wrong}},
         {"retried", "conf", "broken.xml", "", {wrong, "Reading FED file: conf/broken.xml\n"}},
         {"a folder", nullptr, "conf", unbound + "conf", {"conf: "}},
-        {"no name", nullptr, "", unbound},
     };
     // clang-format on
     for (const Case& c : cases)
@@ -172,8 +168,7 @@ TEST_F(FrontEndTest, TheDialectIsToldByNamespaceThenContent)
         "<transportation><reliable>Yes</reliable></transportation></transportations>";
     const std::string rates = "<updateRates/>";
     const std::string root =
-        "<objects><objectClass><name>HLAobjectRoot</name></objectClass>"
-        "</objects>";
+        "<objects><objectClass><name>HLAobjectRoot</name></objectClass></objects>";
     const std::string interactions =
         "<interactions><interactionClass><name>HLAinteractionRoot"
         "</name></interactionClass></interactions>";
@@ -191,15 +186,12 @@ TEST_F(FrontEndTest, TheDialectIsToldByNamespaceThenContent)
         {"the namespace with a prefix", true, "",
          "xmlns:p=\"http://standards.ieee.org/IEEE1516-2010\"", "p:"},
         {"another namespace", false, "", "xmlns=\"http://standards.ieee.org/\""},
-        {"another namespace, but the content", true, rates, "xmlns=\"urn:x\""},
         {"reliable", true, "<transportations><transportation><reliable>Yes</reliable>"
          "</transportation></transportations>"},
         {"only the first transportation counts, whatever follows", false,
          unreliable + rates + root},
         {"reliable without text", false, "<transportations><transportation><reliable/>"
          "</transportation></transportations>" + rates},
-        {"no transportation", false, "<transportations>T</transportations>"},
-        {"no transportation, but rates", true, "<transportations/>" + rates},
         {"rates", true, rates + "<objects/>"},
         {"the object root", true, root},
         {"the first text counts", true,
@@ -260,7 +252,6 @@ TEST_F(FrontEndTest, TheMIMIsAddedOnRequest)
     folder.write("old.xml", "<objectModel/>");
     folder.write("HLAstandardMIM.xml", model("Own"));
     folder.write("HLAstandardMIM.xml.d/new.xml", model("Inside"));
-    folder.write("my HLAstandardMIM.xml.bak", model("Mine"));
     EXPECT_FALSE(reader.MIMincluded());
     EXPECT_THAT(sources(read("new.xml")), IsEmpty());
     reader.includeMIM(true);
@@ -272,79 +263,40 @@ TEST_F(FrontEndTest, TheMIMIsAddedOnRequest)
     EXPECT_THAT(sources(read("HLAstandardMIM.xml.d/new.xml")),
                 ElementsAre("Composed_From Inside", theMIM));
     EXPECT_EQ(read("HLAstandardMIM.xml")->getName(), "Own");
-    EXPECT_EQ(read("my HLAstandardMIM.xml.bak")->getName(), "Mine");
     EXPECT_EQ(read("old.xml")->objectClassRoot(), nullptr);
 
     EXPECT_THAT(sources(readAll({"HLAstandardMIM.xml"})), ElementsAre(theMIM));
-    EXPECT_THAT(sources(readAll({"./HLAstandardMIM.xml"})), ElementsAre("Composed_From Own"));
+    EXPECT_THAT(sources(readAll({"./HLAstandardMIM.xml", "new.xml", "HLAstandardMIM.xml"})),
+                ElementsAre("Composed_From Own", "Composed_From New", theMIM));
 }
-
-TEST_F(FrontEndTest, ModulesAreMergedInTheOrderOfTheListIntoATreeOfItsOwn)
-{
-    const auto unit = [](const std::string& of)
-    {
-        return "<dataTypes><simpleDataTypes><simpleData><name>T</name><units>" + of +
-               "</units></simpleData></simpleDataTypes></dataTypes>";
-    };
-    folder.write("a.xml", model("A", unit("a")));
-    folder.write("b.xml", model("B", unit("b")));
-    auto passing = std::make_unique<DtXMLFileReader>();
-    const TreePtr tree(passing->readFiles({"b.xml", "a.xml", "HLAstandardMIM.xml"}, nullptr));
-    passing.reset();  // with the modules
-    EXPECT_THAT(sources(tree), ElementsAre("Composed_From B", "Composed_From A", theMIM));
-    EXPECT_THAT(dump(tree), HasSubstr(".simple[0].units = b\n"));
-    EXPECT_THAT(dump(tree), Not(HasSubstr(".units = a\n")));
-}
-
-/// Throws out of the message stream, as a host's sink may when its stream lets exceptions through.
-class ThrowingSink
-{
-public:
-    ThrowingSink()
-    {
-        DtWarn.exceptions(std::ios::badbit);
-        DtSetMessageSink([](DtMessageLevel, std::string_view)
-                         { throw std::runtime_error("sink"); });
-    }
-    ~ThrowingSink()
-    {
-        DtWarn.exceptions(std::ios::goodbit);
-        DtWarn.clear();
-    }
-};
 
 TEST_F(FrontEndTest, AnExceptionSpoilsOneModule)
 {
-    const std::string warned =
-        "<dimensions><dimension><name>D</name></dimension></dimensions>"
-        "<switches><s isEnabled=\"true\"/></switches><objects/>";
     folder.write("a.xml", model("A"));
-    folder.write("b.xml", model("B", warned));
+    folder.write("b.xml", model("B", "<switches><s isEnabled=\"true\"/></switches><objects/>"));
     folder.write("old.xml", "<objectModel><objects/></objectModel>");
     const Messages messages;
-    const ThrowingSink sink;
+    DtWarn.setstate(std::ios::badbit);  // so that from here on each warning throws
+    EXPECT_THROW(DtWarn.exceptions(std::ios::badbit), std::ios::failure);
     EXPECT_THAT(sources(readAll({"b.xml", "a.xml", "b.xml", "a.xml"})),
                 ElementsAre("Composed_From A", "Composed_From A"));
     EXPECT_EQ(reader.getLastError(), "Unexpected problem reading fed file\n");
-    for (const char* const name : {"b.xml", "old.xml"})
-    {
-        reader.clearLastError();
-        EXPECT_FALSE(read(name));
-        EXPECT_EQ(reader.getLastError(), "Unexpected problem reading fed file\n");
-    }
+    reader.clearLastError();
+    EXPECT_FALSE(read("old.xml"));
+    EXPECT_EQ(reader.getLastError(), "Unexpected problem reading fed file\n");
+    DtWarn.exceptions(std::ios::goodbit);
+    DtWarn.clear();
 }
 
 class OwnFrontEnd : public DtXMLFileReader
 {
 public:
-    DtOMTTree* readFiles(const std::vector<DtFilename>& names, DtExerciseConn* connection) override
+    DtOMTTree* readFiles(const std::vector<DtFilename>& names, DtExerciseConn*) override
     {
         for (const DtFilename& name : names) seen.push_back(name.name().str());
-        seenConnection = connection;
         return nullptr;
     }
     Texts seen;
-    DtExerciseConn* seenConnection = nullptr;
 };
 
 TEST_F(FrontEndTest, ADerivedFrontEndReadsTheList)
@@ -352,10 +304,8 @@ TEST_F(FrontEndTest, ADerivedFrontEndReadsTheList)
     folder.write("x/a.xml", model("A"));
     OwnFrontEnd own;
     own.includeMIM(true);
-    auto* const connection = reinterpret_cast<DtExerciseConn*>(&own);
-    EXPECT_EQ(own.readFile("x/a.xml", connection), nullptr);
+    EXPECT_EQ(own.readFile("x/a.xml", nullptr), nullptr);
     EXPECT_THAT(own.seen, ElementsAre("x/a.xml", "HLAstandardMIM.xml"));
-    EXPECT_EQ(own.seenConnection, connection);
 }
 
 std::string repeated(const std::string& text, int times)
@@ -365,17 +315,10 @@ std::string repeated(const std::string& text, int times)
     return result;
 }
 
-std::string utf16(const std::string& text)
+/// A model with a note of some text.
+std::string noted(const std::string& text)
 {
-    std::string result = "\xFE\xFF";
-    for (const char c : text) result += {'\0', c};
-    return result;
-}
-
-/// A model with a note of some text, behind other content.
-std::string noted(const std::string& text, const std::string& content = "")
-{
-    return "<objectModel>" + content + "<updateRates/><notes><note><semantics>" + text +
+    return "<objectModel><updateRates/><notes><note><semantics>" + text +
            "</semantics></note></notes></objectModel>";
 }
 
@@ -406,17 +349,11 @@ const std::vector<BadInput> theBadInput = {
     {"empty", ""},
     {"binary", std::string("\x7f" "ELF\0\1\2\xff", 8)},
     {"mismatched tags", "<objectModel></objectmodel>"},
-    {"two roots", "<objectModel/><objectModel/>"},
     {"bad UTF-8", noted("\xC3(")},
     {"an unknown encoding", "<?xml version=\"1.0\" encoding=\"no-such\"?><objectModel/>"},
-    {"a wrong encoding", "<?xml version=\"1.0\" encoding=\"UTF-16\"?><objectModel/>"},
     {"another encoding", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + noted("\xE9"),
      ".note[0].text = \xC3\xA9"},
-    {"UTF-16", utf16(noted("A")), ".note[0].text = A"},
-    {"a zero octet", noted(std::string(1, '\0'))},
-    {"a zero octet by reference", noted("&#0;")},
     {"percent signs in what is wrong", "<%s%n/>"},
-    {"an undeclared prefix", "<objectModel p:x=\"1\"/>", ".name = "},
     {"a DTD that is there", "<!DOCTYPE objectModel SYSTEM \"local.dtd\"><objectModel/>",
      ".name = "},
     {"a DTD elsewhere", "<!DOCTYPE objectModel SYSTEM \"http://198.51.100.1/a\"><objectModel/>",
@@ -427,16 +364,8 @@ const std::vector<BadInput> theBadInput = {
      doctype("<!ENTITY e SYSTEM \"secret.txt\">") + "<objectModel name=\"&e;\"/>"},
     {"an external parameter entity", doctype("<!ENTITY % p SYSTEM \"local.dtd\">%p;") + noted("A"),
      ".note[0].text = A"},
-    {"what it would declare", doctype("<!ENTITY % p SYSTEM \"local.dtd\">%p;") + noted("&e;")},
-    {"an inclusion", "<objectModel xmlns:i=\"http://www.w3.org/2001/XInclude\">"
-     "<i:include href=\"secret.txt\"/></objectModel>", ".name = "},
     {"an entity that grows", bomb() + noted("&e11;")},
-    {"the same in an XML attribute", bomb() + "<objectModel name=\"&e11;\"/>"},
-    {"entities of each other", doctype("<!ENTITY e \"&f;\"><!ENTITY f \"&e;\">") + noted("&e;")},
-    {"240 classes deep", noted("A", "<objects>" + repeated("<objectClass><name>A</name>", 240) +
-     repeated("</objectClass>", 240) + "</objects>"), ".note[0].text = A"},
     {"more than 256 deep", repeated("<a>", 300) + repeated("</a>", 300)},
-    {"a million deep", repeated("<a>", 1000000)},
     {"a long word", "<" + std::string(1000000, 'a') + "/>"},
     {"a long text", noted(std::string(1000000, 'a')),
      ".note[0].text = " + std::string(1000000, 'a')},
@@ -470,13 +399,10 @@ TEST_F(FrontEndTest, BadInputDoesNoHarm)
 }
 
 constexpr char theSmallModel[] =
-    R"(<?xml version="1.0"?><!DOCTYPE objectModel [<!ENTITY e "x">]><objectModel><!-- c -->
-<objects><objectClass><name>HLAobjectRoot</name><attribute><name>A</name><dataType>T</dataType>
-<dimensions><dimension>D</dimension></dimensions></attribute></objectClass></objects>
-<dimensions><dimension note="n"><name>D</name></dimension></dimensions><dataTypes>
-<enumeratedDataTypes><enumeratedData name="E"><name>E</name><enumerator name="a"><name>a</name>
-<value>1</value></enumerator></enumeratedData></enumeratedDataTypes></dataTypes>
-<switches s="Enabled"><s isEnabled="true"/></switches><tags>&e;<![CDATA[t]]><t/></tags>
+    R"(<!DOCTYPE objectModel [<!ENTITY e "x">]><objectModel><!-- c --><objects><objectClass>
+<name>HLAobjectRoot</name><attribute><name>A</name><dimensions><dimension>D</dimension></dimensions>
+</attribute></objectClass></objects><dimensions><dimension note="n"><name>D</name></dimension>
+</dimensions><switches s="Enabled"><s isEnabled="true"/></switches><tags>&e;<![CDATA[t]]><t/></tags>
 </objectModel>)";
 
 /// Reads a text in both dialects, whichever it is in.

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Both XML readers: where each word goes, what is dropped with which warning, what a host
 // overrides.
-#include "omtReader/boolAttrNode.h"
 #include "omtReader/interactionClassFedNode.h"
-#include "omtReader/noteNode.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/xml1516FileReader.h"
@@ -274,30 +272,20 @@ constexpr char theNoInteractionRoot[] =
 // clang-format off
 const std::vector<Case> theEvolvedCases = {
     {"nothing at all", "", ""},
-    {"names in other letters, and other things between", "<!-- c --><Objects/>text<notes2/>", ""},
-    {"a prefix does not matter",
-     R"(<objectModel xmlns:p="urn:p"><p:notes><p:note><p:label>L</p:label></p:note></p:notes>
-     </objectModel>)",
-     "note[0].label=L"},
     {"classes: children first, the root last, a second top is ignored",
-     R"(<objects><objectClass><name>HLAobjectRoot</name>
-       <objectClass><name>A</name><objectClass><name>B</name></objectClass></objectClass>
+     R"(<objects><objectClass><name>HLAobjectRoot</name><objectClass><name>A</name></objectClass>
        <objectClass><name>C</name></objectClass></objectClass>
        <objectClass><name>D</name><objectClass><name/></objectClass></objectClass></objects>)",
-     "object[0].name=B; object[0].parent=A; object[1].child=HLAobjectRoot.A.B; "
-     "object[1].name=A; object[1].parent=HLAobjectRoot; object[2].name=C; "
-     "object[2].parent=HLAobjectRoot; object[3].child=HLAobjectRoot.A; "
-     "object[3].child=HLAobjectRoot.C; object[3].name=HLAobjectRoot; root=HLAobjectRoot",
+     "object[0].name=A; object[0].parent=HLAobjectRoot; object[1].name=C; "
+     "object[1].parent=HLAobjectRoot; object[2].child=HLAobjectRoot.A; "
+     "object[2].child=HLAobjectRoot.C; object[2].name=HLAobjectRoot; root=HLAobjectRoot",
      {"Warning: Additional object node found at the root level when parsing 1516 Evolved XML file "
       "has been ignored.\n"}},
     {"interactions: likewise, and a dropped first class leaves the top to the second",
      R"(<interactions><interactionClass><name/></interactionClass>
-       <interactionClass><name>HLAinteractionRoot</name>
-         <interactionClass><name>A</name></interactionClass></interactionClass>
+       <interactionClass><name>HLAinteractionRoot</name></interactionClass>
        <interactionClass><name>D</name></interactionClass></interactions>)",
-     "interaction[0].name=A; interaction[0].parent=HLAinteractionRoot; "
-     "interaction[1].child=HLAinteractionRoot.A; interaction[1].name=HLAinteractionRoot; "
-     "root=HLAinteractionRoot",
+     "interaction[0].name=HLAinteractionRoot; root=HLAinteractionRoot",
      {"Warning: interactionClass definition was missing a name\n",
       "Warning: Additional interaction node found at the root level when parsing 1516 Evolved XML "
       "file has been ignored.\n"}},
@@ -311,93 +299,55 @@ const std::vector<Case> theEvolvedCases = {
      "object[1].name=A",
      {"Warning: objectClass definition was missing a name\n", theNoObjectRoot,
       "Warning: interactionClass definition was missing a name\n", theNoInteractionRoot}},
-    {"a root below another class is not found",
-     R"(<objects><objectClass><name>A</name><objectClass><name>HLAobjectRoot</name></objectClass>
-       </objectClass></objects><interactions/>)",
-     "object[0].name=HLAobjectRoot; object[0].parent=A; object[1].child=A.HLAobjectRoot; "
-     "object[1].name=A",
-     {theNoObjectRoot, theNoInteractionRoot}},
     {"a section again adds, but its root is another",
      R"(<objects><objectClass><name>HLAobjectRoot</name></objectClass></objects>
        <objects><objectClass><name>HLAobjectRoot</name></objectClass></objects>)",
      "object[0].name=HLAobjectRoot; object[1].name=HLAobjectRoot; root=HLAobjectRoot",
      {"Warning: Interaction root is not \"HLAinteractionRoot\" in 1516 Evolved XML file\n"}},
-    {"parameters and dimensions in document order, repeated properties",
-     R"(<interactions><interactionClass><name>a</name><name>HLAinteractionRoot</name>
-       <parameter><name>P</name></parameter><dimensions><dimension>D</dimension>
-       <dimension>E</dimension></dimensions><parameter><name>O</name></parameter>
-       </interactionClass></interactions>)",
-     "interaction[0].dimensions=D; interaction[0].dimensions=E; "
-     "interaction[0].name=HLAinteractionRoot; interaction[0].parameter[0].name=P; "
-     "interaction[0].parameter[0].parent=HLAinteractionRoot; "
-     "interaction[0].parameter[1].name=O; "
-     "interaction[0].parameter[1].parent=HLAinteractionRoot; root=HLAinteractionRoot"},
+    {"every child of tags but text is a tag", "<tags>words<a/><!-- c --></tags>",
+     "tag[0].name=a; tag[1].name=comment"},
     {"switches: one entry for each XML attribute",
-     R"(<switches><autoProvide isEnabled="true"/><twice x="" isEnabled="true"/><none/><!-- c -->
-       <a isEnabled="True"/><automaticResignAction resignAction="NoAction"/>
-       <b resignAction="lost"/></switches>)",
-     "switch[0].enabled=1; switch[0].name=autoProvide; switch[1].enabled=1; "
-     "switch[1].name=twice; switch[2].enabled=1; switch[2].name=twice; switch[3].enabled=0; "
-     "switch[3].name=a; switch[4].enabled=0; switch[4].name=automaticResignAction; "
-     "switch[4].note=NoAction; switch[5].enabled=0; switch[5].name=b"},
+     R"(<switches><twice x="" isEnabled="true"/><none/><!-- c --><a isEnabled="True"/>
+       <automaticResignAction resignAction="NoAction"/><b resignAction="lost"/></switches>)",
+     "switch[0].enabled=1; switch[0].name=twice; switch[1].enabled=1; switch[1].name=twice; "
+     "switch[2].enabled=0; switch[2].name=a; switch[3].enabled=0; "
+     "switch[3].name=automaticResignAction; switch[3].note=NoAction; switch[4].enabled=0; "
+     "switch[4].name=b"},
     {"only dimensions take a note, and not from notes",
      R"(<dimensions><dimension note="N" notes="lost"><name>D</name></dimension></dimensions>
        <notes><note note="lost"/></notes>)",
      "dimension[0].name=D; dimension[0].note=N; note[0].label=0"},
-    {"a comment among the tags is a tag, text is not",
-     "<tags>words<!-- c --><t><dataType/><semantics>S</semantics></t></tags>",
-     "tag[0].name=comment; tag[1].description=S; tag[1].name=t"},
     {"a text is its first piece",
-     R"(<!DOCTYPE objectModel [<!ENTITY e "two"><!ENTITY note "n">]><objectModel><notes>&note;
-       <note><label>a</label><semantics>one &lt;&amp;&#33;</semantics></note>
-       <note><label>b</label><semantics>one<!-- c -->two</semantics></note>
-       <note><label>c</label><semantics>one<![CDATA[two]]></semantics></note>
-       <note><label>d</label><semantics><![CDATA[<one>]]>two</semantics></note>
-       <note><label>e</label><semantics>one&e;three</semantics></note>
-       <note><label>f</label><semantics>one<b/>two</semantics></note>
-       <note><label>g</label><semantics><b>one</b>two</semantics></note></notes></objectModel>)",
-     "note[0].label=a; note[0].text=one <&!; note[1].label=b; note[1].text=one; "
-     "note[2].label=c; note[2].text=one; note[3].label=d; note[3].text=<one>; note[4].label=e; "
-     "note[4].text=one; note[5].label=f; note[5].text=one; note[6].label=g"},
+     R"(<!DOCTYPE objectModel [<!ENTITY e "two">]><objectModel><notes>
+       <note><label>a</label><semantics>one &lt;&amp;&#33;<!-- c -->two</semantics></note>
+       <note><label>b</label><semantics><![CDATA[<one>]]>two</semantics></note>
+       <note><label>c</label><semantics>one&e;three</semantics></note>
+       <note><label>d</label><semantics><b>one</b>two</semantics></note></notes></objectModel>)",
+     "note[0].label=a; note[0].text=one <&!; note[1].label=b; note[1].text=<one>; "
+     "note[2].label=c; note[2].text=one; note[3].label=d"},
     {"enumerators: numbers as far as they go, no second of a name or number",
-     R"(<dataTypes><enumeratedDataTypes><enumeratedData><name>E</name>
+     R"(<dataTypes><enumeratedDataTypes><enumeratedData><name>%s%n</name>
        <enumerator><name>a</name><value>7x</value></enumerator>
-       <enumerator><name>b</name><value>x</value></enumerator>
-       <enumerator><name>c</name><value> -3</value><value/></enumerator>
-       <enumerator><name>d</name><value>99999999999</value></enumerator>
+       <enumerator><name>b</name><value>99999999999</value></enumerator>
        <enumerator><name>a</name><value>8</value></enumerator>
        <enumerator><name>f</name><value>7</value></enumerator>
-       <enumerator><name>%s%n</name><value>9</value></enumerator>
-       <enumerator><name>%s%n</name><value>10</value></enumerator>
        </enumeratedData></enumeratedDataTypes></dataTypes>)",
      "enumerated[0].enumerator[0].enum=a; enumerated[0].enumerator[0].number=7; "
-     "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=0; "
-     "enumerated[0].enumerator[2].enum=c; enumerated[0].enumerator[2].number=-3; "
-     "enumerated[0].enumerator[3].enum=d; enumerated[0].enumerator[3].number=2147483647; "
-     "enumerated[0].enumerator[4].enum=%s%n; enumerated[0].enumerator[4].number=9; "
-     "enumerated[0].name=E",
-     {"Duplicated enum name a", "ted enum number ", "Duplicated enum name %s%n"}},
+     "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=2147483647; "
+     "enumerated[0].name=%s%n",
+     {"Duplicated enum name a", "ted enum number "}},
     {"update rates are numbers",
-     R"(<updateRates><updateRate><name>A</name><rate>2.5</rate></updateRate>
-       <updateRate><name>B</name><rate>fast</rate></updateRate>
+     R"(<updateRates><updateRate><name>B</name><rate>fast</rate></updateRate>
        <updateRate><name>C</name><rate> 1e3 Hz</rate></updateRate></updateRates>)",
-     "updateRate[0].name=A; updateRate[0].rate=2.5; updateRate[1].name=B; updateRate[1].rate=0; "
-     "updateRate[2].name=C; updateRate[2].rate=1000"},
+     "updateRate[0].name=B; updateRate[0].rate=0; updateRate[1].name=C; updateRate[1].rate=1000"},
     {"a point of contact for each element", 
      R"(<modelIdentification><poc><pocName>A</pocName></poc><poc><pocType>T</pocType></poc>
        <name>N</name></modelIdentification>)",
      "POC[0].honorificName=; POC[0].lastName=A; POC[1].honorificName=; POC[1].type=T; name=N"},
-    {"empty texts leave the time, notes and transportations as they were",
-     R"(<time><timeStamp><dataType>T</dataType><dataType/></timeStamp></time>
-       <notes><note><label/></note></notes>
-       <transportations><transportation><name>A</name><name/></transportation></transportations>)",
-     "fedTimeDatatype=T; note[0].label=0; transportation[0].name=A"},
 };
 
 const std::vector<Case> theOlderCases = {
     {"nothing, and no point of contact", "<objectModel name=\"\"/>", ""},
-    {"one point of contact of whatever is there", R"(<objectModel pocName="A" pocPhone="1"/>)",
-     "POC[0].honorificName=; POC[0].lastName=A; POC[0].phone=1"},
     {"classes: XML attributes first, children before parents, a second top is ignored",
      R"(<objects><objectClass name="HLAobjectRoot"><objectClass name="A"><attribute name="x"/>
        <attribute name="y"/></objectClass></objectClass><objectClass name="D"/></objects>)",
@@ -431,28 +381,21 @@ const std::vector<Case> theOlderCases = {
      "switch[0].enabled=1; switch[0].name=autoProvide; switch[1].enabled=0; switch[1].name=b; "
      "switch[2].enabled=0; switch[2].name=c"},
     {"of value and values the later wins, and enumerators come before their datatype",
-     R"(<dataTypes><enumeratedDataTypes><enumeratedData name="E"><enumerator name="a" value="1"
-       values="2"/><enumerator name="b" values="3" value="1"/><enumerator name="b" values="9"/>
-       </enumeratedData><enumeratedData name=""><enumerator name=""/></enumeratedData>
-       </enumeratedDataTypes></dataTypes>)",
-     "enumerated[0].enumerator[0].enum=a; enumerated[0].enumerator[0].number=2; "
-     "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=1; "
+     R"(<dataTypes><enumeratedDataTypes><enumeratedData name=""><enumerator name="" value="1"/>
+       <enumerator name="b" value="1" values="2"/><enumerator name="c" values="2" value="1"/>
+       </enumeratedData><enumeratedData name="E"><enumerator name="b" value="1" values="2"/>
+       <enumerator name="c" values="2" value="1"/></enumeratedData></enumeratedDataTypes>
+       </dataTypes>)",
+     "enumerated[0].enumerator[0].enum=b; enumerated[0].enumerator[0].number=2; "
+     "enumerated[0].enumerator[1].enum=c; enumerated[0].enumerator[1].number=1; "
      "enumerated[0].name=E",
-     {"Duplicated enum name b", "Warning: enumerator definition was missing a name\n",
+     {"Warning: enumerator definition was missing a name\n",
       "Warning: enumeratedData definition was missing a name\n"}},
-    {"records without a name stay, variants do not",
+    {"records without a name stay",
      R"(<dataTypes><fixedRecordDataTypes><fixedRecordData name=""><field name="f"/>
-       </fixedRecordData></fixedRecordDataTypes><variantRecordDataTypes><variantRecordData name="">
-       <alternative name="a"/></variantRecordData></variantRecordDataTypes></dataTypes>)",
-     "fixed[0].component[0].name=f",
-     {"Warning: variantRecordData definition was missing a name\n"}},
+       </fixedRecordData></fixedRecordDataTypes></dataTypes>)", "fixed[0].component[0].name=f"},
     {"every child of tags is a tag", "<tags>words<a dataType=\"T\"/><!-- c --></tags>",
      "tag[0].name=text; tag[1].datatype=T; tag[1].name=a; tag[2].name=comment"},
-    {"texts with references are whole",
-     R"(<notes><note name="3rd" semantics="a &lt;b&gt; &amp; &#34;c&#34;"/></notes>)",
-     "note[0].label=3; note[0].text=a <b> & \"c\""},
-    {"only dimensions of 1516-2010 have notes", R"(<dimensions><dimension name="D" note="N"/>
-       </dimensions>)", "dimension[0].name=D"},
 };
 // clang-format on
 
@@ -467,10 +410,6 @@ TYPED_TEST(ReaderTest, WhatADocumentBecomes)
         EXPECT_EQ(summary(*tree), c.contents);
         EXPECT_EQ(messages.take(), c.messages);
         EXPECT_EQ(reader.getLastError(), "");
-
-        int host = 0;
-        TypeParam connected(reinterpret_cast<DtExerciseConn*>(&host));
-        EXPECT_EQ(dump(read(connected, c.document)), dump(tree));
     }
 }
 
@@ -478,15 +417,14 @@ template <typename Reader>
 constexpr const char* theHostModel =
     R"(<objects><objectClass name="HLAobjectRoot"><attribute name="Secret"/><attribute name="Open"/>
     </objectClass></objects><dataTypes><simpleDataTypes><simpleData name="S"/></simpleDataTypes>
-    </dataTypes><notes><note name="1"/><note name="2"/></notes><tags><t/></tags>)";
+    </dataTypes><tags><t/></tags>)";
 template <>
 constexpr const char* theHostModel<DtXMLEvolvedFileReader> =
     R"(<objects><objectClass><name>HLAobjectRoot</name><attribute><name>Secret</name></attribute>
     <attribute><name>Open</name></attribute></objectClass></objects><dataTypes><simpleDataTypes>
-    <simpleData><name>S</name></simpleData></simpleDataTypes></dataTypes><notes>
-    <note><label>1</label></note><note><label>2</label></note></notes><tags><t/></tags>)";
+    <simpleData><name>S</name></simpleData></simpleDataTypes></dataTypes><tags><t/></tags>)";
 
-/// Takes names from elsewhere, hides an attribute and a datatype, and skips notes by moving on.
+/// Takes names from elsewhere and hides an attribute and a datatype.
 template <typename Base>
 class Overriding : public Base
 {
@@ -506,27 +444,18 @@ public:
         return attribute->getName() == "Secret" ? nullptr : attribute.release();
     }
     DtSimpleDatatypeNode* processSimpleData(_xmlNode*&, DtOMTTree*) override { return nullptr; }
-    DtNoteNode* processNote(_xmlNode*& element, DtOMTTree* tree) override
-    {
-        DtNoteNode* const note = Base::processNote(element, tree);
-        element = nullptr;
-        return note;
-    }
     void processTags(_xmlNode*&, DtOMTTree* tree) override { tree->setOther("tags"); }
 };
-
-constexpr char theOverridden[] =
-    "note[0].label=1; object[0].attribute[0].name=Renamed; "
-    "object[0].attribute[0].parent=HLAobjectRoot; object[0].name=HLAobjectRoot; other=tags; "
-    "root=HLAobjectRoot";
 
 TYPED_TEST(ReaderTest, OverriddenHandlersTakeEffect)
 {
     const TreePtr tree = read(Overriding<TypeParam>(nullptr), theHostModel<TypeParam>);
-    EXPECT_EQ(summary(*tree), theOverridden);
+    EXPECT_EQ(summary(*tree),
+              "object[0].attribute[0].name=Renamed; object[0].attribute[0].parent=HLAobjectRoot; "
+              "object[0].name=HLAobjectRoot; other=tags; root=HLAobjectRoot");
 }
 
-/// Writes down what is handed to it, and looks up in its own way.
+/// Writes down what is handed to it.
 class LoggingTree : public DtOMTTree
 {
 public:
@@ -535,16 +464,10 @@ public:
         log += "add " + node->getName().str() + ";";
         DtOMTTree::addObjectClassNode(node);
     }
-    DtObjectClassFedNode* getObjectClassNode(const DtString& name) override
-    {
-        log += "get " + name.str() + ";";
-        return *getObjectClassNodeBegin();
-    }
     void setObjectClassRoot(DtObjectClassFedNode* node) override
     {
         log += "root " + node->getName().str() + ";";
     }
-
     std::string log;
 };
 
@@ -555,7 +478,7 @@ TYPED_TEST(ReaderTest, ADerivedTreeIsFilledThroughItsOwnOperations)
     LoggingTree tree;
     xmlNode* section = xmlDocGetRootElement(document.get())->children;
     reader.processObjects(section, &tree);
-    EXPECT_EQ(tree.log, "add HLAobjectRoot;get HLAobjectRoot;root HLAobjectRoot;");
+    EXPECT_EQ(tree.log, "add HLAobjectRoot;root HLAobjectRoot;");
 }
 
 TYPED_TEST(ReaderTest, AParameterNeedsNoOwner)
@@ -567,20 +490,6 @@ TYPED_TEST(ReaderTest, AParameterNeedsNoOwner)
         TypeParam(nullptr).processParameter(element, nullptr));
     ASSERT_TRUE(parameter);
     EXPECT_EQ(parameter->getFullName(), "P");
-}
-
-TEST(EvolvedReaderTest, AReferenceIsAddedWhenBothPartsAreThere)
-{
-    DtXMLEvolvedFileReader reader(nullptr);
-    const Document document =
-        parse("<r><type>T</type><identification>I</identification></r><r><type>U</type></r>");
-    DtOMTTree tree;
-    for (xmlNode* node = xmlDocGetRootElement(document.get())->children; node; node = node->next)
-    {
-        auto* attribute = reinterpret_cast<xmlAttr*>(node);  // what hosts do: the heads are alike
-        reader.processReference(attribute, &tree);
-    }
-    EXPECT_EQ(summary(tree), ("references[0].identification=I; references[0].type=T"));
 }
 
 }  // namespace

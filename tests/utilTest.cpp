@@ -6,6 +6,7 @@
 #include "util/dtNetworkOrder.h"
 
 #include <algorithm>
+#include <exception>
 #include <limits>
 #include <sstream>
 #include <thread>
@@ -131,6 +132,19 @@ TEST(MessageTest, TheDefaultSinkGivesEachMessageALine)
     DtWarn << "no break" << std::flush << "break\n";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "no break\nbreak\n");
     DtSetMessageSink(before);
+}
+
+TEST(MessageTest, ASinkThatThrowsDoesNotSilenceTheStream)
+{
+    Messages messages;
+    const DtMessageSink before =
+        DtSetMessageSink([](DtMessageLevel, std::string_view) { throw std::exception(); });
+    testing::internal::CaptureStderr();
+    DtWarn << "one\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\n");
+    DtSetMessageSink(before);
+    DtWarn << "two\n";
+    EXPECT_THAT(messages.list(), ElementsAre("two\n"));
 }
 
 TEST(MessageTest, ThreadsNeverTearAMessage)

@@ -17,42 +17,32 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-const std::string theExamples = OMT_EXAMPLES "/";
-
 // Two object classes below the root, one interaction class, every kind of datatype.
 constexpr const char* theSmallModel =
     R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010">
 <modelIdentification><name>Small %s</name><type>FOM</type><version>0.1</version>
 <poc><pocType>Author</pocType><pocName>A. Body</pocName></poc></modelIdentification>
 <objects><objectClass><name>HLAobjectRoot</name>
- <objectClass><name>Car</name><sharing>Publish</sharing>
-  <attribute><name>Speed</name><dataType>Knots</dataType><order>Receive</order></attribute>
-  <attribute><name>Colour</name><dataType>Paint</dataType></attribute>
-  <objectClass><name>Van</name><attribute><name>Load</name><dataType>Box</dataType></attribute>
-  </objectClass></objectClass>
- <objectClass><name>Road</name></objectClass></objectClass></objects>
-<interactions><interactionClass><name>HLAinteractionRoot</name>
- <interactionClass><name>Road</name><parameter><name>At</name><dataType>Box</dataType></parameter>
- </interactionClass></interactionClass></interactions>
-<dataTypes>
- <basicDataRepresentations><basicData><name>B4</name><size>32</size></basicData>
-  </basicDataRepresentations>
- <simpleDataTypes><simpleData><name>Knots</name><representation>B4</representation></simpleData>
-  <simpleData><name>Twice</name><representation>B4</representation></simpleData></simpleDataTypes>
- <enumeratedDataTypes><enumeratedData><name>Paint</name><representation>B4</representation>
-  <enumerator><name>Red</name><value>1</value></enumerator>
-  <enumerator><name>Blue</name><value>2</value></enumerator></enumeratedData></enumeratedDataTypes>
- <arrayDataTypes><arrayData><name>Twice</name><dataType>Knots</dataType><cardinality>2</cardinality>
-  </arrayData></arrayDataTypes>
- <fixedRecordDataTypes><fixedRecordData><name>Box</name>
-  <field><name>Width</name><dataType>Knots</dataType></field></fixedRecordData>
-  </fixedRecordDataTypes>
- <variantRecordDataTypes><variantRecordData><name>Either</name><discriminant>Which</discriminant>
-  <dataType>Knots</dataType>
-  <alternative><enumerator>2, 3</enumerator><name>Boxed</name><dataType>Box</dataType></alternative>
-  <alternative><enumerator>4</enumerator><name>Other</name><dataType>Far</dataType></alternative>
-  </variantRecordData></variantRecordDataTypes>
-</dataTypes>
+<objectClass><name>Car</name><sharing>Publish</sharing><attribute><name>Speed</name>
+<dataType>Knots</dataType><order>Receive</order></attribute><attribute><name>Colour</name>
+<dataType>Paint</dataType></attribute><objectClass><name>Van</name><attribute><name>Load</name>
+<dataType>Box</dataType></attribute></objectClass></objectClass>
+<objectClass><name>Road</name></objectClass></objectClass></objects>
+<interactions><interactionClass><name>HLAinteractionRoot</name><interactionClass><name>Road</name>
+<parameter><name>At</name><dataType>Box</dataType></parameter></interactionClass></interactionClass>
+</interactions><dataTypes><basicDataRepresentations><basicData><name>B4</name><size>32</size>
+</basicData></basicDataRepresentations><simpleDataTypes><simpleData><name>Knots</name>
+<representation>B4</representation></simpleData></simpleDataTypes><enumeratedDataTypes>
+<enumeratedData><name>Paint</name><representation>B4</representation><enumerator><name>Red</name>
+<value>1</value></enumerator><enumerator><name>Blue</name><value>2</value></enumerator>
+</enumeratedData></enumeratedDataTypes><arrayDataTypes><arrayData><name>Twice</name>
+<dataType>Knots</dataType><cardinality>2</cardinality></arrayData></arrayDataTypes>
+<fixedRecordDataTypes><fixedRecordData><name>Box</name><field><name>Width</name>
+<dataType>Knots</dataType></field></fixedRecordData></fixedRecordDataTypes><variantRecordDataTypes>
+<variantRecordData><name>Either</name><discriminant>Which</discriminant><dataType>Knots</dataType>
+<alternative><enumerator>2, 3</enumerator><name>Boxed</name><dataType>Box</dataType></alternative>
+<alternative><enumerator>4</enumerator><name>Other</name><dataType>Far</dataType></alternative>
+</variantRecordData></variantRecordDataTypes></dataTypes>
 <notes><note><label>n1</label><semantics>One
    note.</semantics></note></notes></objectModel>)";
 
@@ -74,10 +64,10 @@ std::string contentOf(const std::filesystem::path& file)
     return content.str();
 }
 
-class ToolTest : public ModelsTest
+class ToolTest : public testing::Test
 {
 protected:
-    void SetUp() override { write("small.xml", theSmallModel); }  // needs no published models
+    void SetUp() override { write("small.xml", theSmallModel); }
 
     void write(const std::string& name, std::string_view content) { myFolder.write(name, content); }
 
@@ -101,31 +91,6 @@ protected:
     TemporaryFolder myFolder;
 };
 
-class PublishedModelsToolTest : public ToolTest
-{
-protected:
-    void SetUp() override { ModelsTest::SetUp(); }
-};
-
-std::string repeated(std::string_view text, int count)
-{
-    std::string result;
-    while (count-- > 0) result += text;
-    return result;
-}
-
-/// Entities that grow tenfold, nine times over.
-std::string entityBomb()
-{
-    std::string text = "<!DOCTYPE objectModel [<!ENTITY a0 \"boom\">";
-    for (char i = '1'; i <= '9'; ++i)
-    {
-        const std::string before = {'&', 'a', static_cast<char>(i - 1), ';'};
-        text.append("<!ENTITY a").append(1, i).append(" '").append(repeated(before, 10)) += "'>";
-    }
-    return text + "]><objectModel><notes>&a9;</notes></objectModel>";
-}
-
 TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
 {
     // clang-format off
@@ -139,17 +104,10 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"missing", "none.xml", "", "omt: none.xml: no such file\n"},
         {"directory", ".", "", "omt: .: Is a directory\n"},
         {"device", "/dev/zero", "", "/dev/zero: not a regular file"},
-        {"no name", "''", "", "empty"},
         {"odd octets in a name", "$(printf 'a\\033[31m\\377')", "", "a\\x1b[31m\\xff: no such"},
         {"empty", "bad.xml", "", "bad.xml: the file is empty"},
-        {"binary", "bad.xml", std::string("\0\1\2\377", 4), "bad.xml:1:1: no object model"},
         {"truncated", "bad.xml", "<objectModel>\n<objects>", "bad.xml:2:10: "},
-        {"mismatched tags", "bad.xml", "<objectModel>\n<a></b></objectModel>", "bad.xml:2:8: "},
         {"not UTF-8", "bad.xml", "<objectModel>\n<name>\xff</name></objectModel>", "bad.xml:2:"},
-        {"second root", "bad.xml", "<objectModel/>\n<objectModel/>", "bad.xml:2:1: "},
-        {"too deep", "bad.xml", repeated("<objects>", 100000), "bad.xml:1:"},
-        {"huge name", "bad.xml", std::string("<").append(100000, 'n'), "bad.xml:1:"},
-        {"entity bomb", "bad.xml", entityBomb(), "bad.xml:1:"},
         {"percent signs", "bad.xml", "<h%s/>", "bad.xml:1:"},
         {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:4: "},
         {"another document", "bad.xml", "<html/>", "no object model: the root element is \"html\""},
@@ -183,29 +141,22 @@ TEST_F(ToolTest, OddButSoundInputIsRead)
     const struct
     {
         const char* what;
-        const char* head;
         const char* name;
         const char* shown;
     } cases[] = {
-        {"DTD that is not there", "<!DOCTYPE objectModel SYSTEM 'none.dtd'>", "A", "A\n=\n"},
-        {"DTD far away", "<!DOCTYPE objectModel SYSTEM 'http://192.0.2.1/a.dtd'>", "A", "A\n=\n"},
-        {"external entity is left out",
-         "<!DOCTYPE objectModel [<!ENTITY x SYSTEM 'file:///etc/passwd'>]>", "A&x;", "A\n=\n"},
-        {"percent signs", "", "%s%n", "%s%n\n"},
-        {"what a terminal would obey", "", "A&#x9b;31m&#x202e;B", "A\\u009b31m\\u202eB\n"},
-        {"blanks and line breaks", "", " A \n\t B ", "A B\n===\n"},
-        {"more octets than columns", "", "B\xc3\xbchne", "B\xc3\xbchne\n=====\n"},
+        {"percent signs", "%s%n", "%s%n\n"},
+        {"what a terminal would obey", "A&#x9b;31m&#x202e;B", "A\\u009b31m\\u202eB\n"},
+        {"blanks and line breaks", " A \n\t B ", "A B\n===\n"},
+        {"more octets than columns", "B\xc3\xbchne", "B\xc3\xbchne\n=====\n"},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.what);
-        write("odd.xml",
-              std::string(one.head) +
-                  "<objectModel name='x'><objects><objectClass>"
-                  "<name>HLAobjectRoot</name></objectClass></objects><modelIdentification>"
-                  "<name>" +
-                  one.name + "</name></modelIdentification></objectModel>");
+        write("odd.xml", "<objectModel><updateRates/><modelIdentification><name>" +
+                             std::string(one.name) + "</name></modelIdentification>" +
+                             "<dimensions><dimension><name>D</name></dimension></dimensions>" +
+                             "</objectModel>");
         const Outcome outcome = run("show odd.xml");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.err, "");
@@ -231,6 +182,9 @@ TEST_F(ToolTest, WrongUsageIsStatusTwoAndHelpHasExamples)
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("omt show HarbourBase.xml HarbourTraffic.xml --mim"));
     }
+    const Outcome example =
+        run("show HarbourBase.xml HarbourTraffic.xml --mim", "env RTI_CONFIG=" OMT_EXAMPLES);
+    EXPECT_EQ(example.status, 0) << example.err;
     EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+\n"));
 }
 
@@ -268,7 +222,6 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--class Car.Van", {"HLAobjectRoot.Car.Van\n"}},
         {"--class HLAobjectRoot.Car",
          {"  Sharing        Publish\n", "  Child classes  Van\n", "  Order     Receive\n"}},
-        {"--class HLAinteractionRoot.Road", {"Own parameters\n", "\nAt\n  Datatype  Box"}},
         {"--datatype Knots",
          {"  Kind            simple datatype\n", "  attribute  HLAobjectRoot.Car.Speed\n",
           "  array      Twice                    element\n",
@@ -279,7 +232,7 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
           "alternative Boxed\n"}},
         {"--datatype Either", {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)"}},
         {"--datatype Paint", {"  1       Red\n", "  2       Blue\n"}},
-        {"--datatype Twice", {"simple datatype\n", "array datatype\n", "Nothing in the model"}},
+        {"--datatype Twice", {"array datatype\n", "Nothing in the model"}},
     };
     // clang-format on
     for (const auto& one : cases)
@@ -295,30 +248,15 @@ TEST_F(ToolTest, JsonHasNamesCountsAndKinds)
 {
     const json expected = json::parse(R"({"name": "Small %s", "version": "0.1", "hlaVersion": 3,
         "counts": {"objectClasses": 4, "attributes": 3, "interactionClasses": 2, "parameters": 1,
-            "basic": 1, "simple": 2, "enumerated": 1, "enumerators": 2, "array": 1, "fixed": 1,
+            "basic": 1, "simple": 1, "enumerated": 1, "enumerators": 2, "array": 1, "fixed": 1,
             "variant": 1, "complex": 0, "notes": 1, "dimensions": 0, "transportations": 0,
             "switches": 0, "synchronizations": 0, "tags": 0, "updateRates": 0},
         "objectClasses": ["HLAobjectRoot.Car.Van", "HLAobjectRoot.Car", "HLAobjectRoot.Road",
             "HLAobjectRoot"],
         "interactionClasses": ["HLAinteractionRoot.Road", "HLAinteractionRoot"],
-        "datatypes": {"B4": "basic", "Knots": "simple", "Twice": "simple", "Paint": "enumerated",
+        "datatypes": {"B4": "basic", "Knots": "simple", "Twice": "array", "Paint": "enumerated",
             "Box": "fixed", "Either": "variant"}})");
     EXPECT_EQ(showJson("small.xml"), expected);
-}
-
-TEST_F(ToolTest, ExamplesHoldTheSameInBothFormats)
-{
-    const json modules =
-        showJson(theExamples + "HarbourBase.xml " + theExamples + "HarbourTraffic.xml");
-    const json document = showJson(theExamples + "Harbour-2000.xml");
-    EXPECT_EQ(modules["hlaVersion"], 3);
-    EXPECT_EQ(document["hlaVersion"], 2);
-    for (const char* key : {"objectClasses", "attributes", "interactionClasses", "parameters",
-                            "basic", "simple", "enumerated", "enumerators", "array", "fixed",
-                            "variant", "dimensions", "transportations", "synchronizations", "tags"})
-        EXPECT_EQ(modules["counts"][key], document["counts"][key]) << key;
-    EXPECT_EQ(modules["datatypes"], document["datatypes"]);
-    EXPECT_GT(modules["counts"]["variant"], 0);
 }
 
 TEST_F(ToolTest, TheMIMIsMergedInWhereItBelongs)
@@ -339,17 +277,6 @@ TEST_F(ToolTest, TheMIMIsMergedInWhereItBelongs)
     EXPECT_EQ(showJson("HLAstandardMIM.xml small.xml")["counts"]["objectClasses"], 4);
 }
 
-TEST_F(ToolTest, LooksInTheDirectoryOfRtiConfig)
-{
-    write("fom/far.xml", theSmallModel);
-    const Outcome found = run("show --verbose far.xml", "RTI_CONFIG=fom/");
-    EXPECT_EQ(found.status, 0);
-    EXPECT_EQ(found.err, "omt: Reading FED file: fom/far.xml\n");
-    EXPECT_EQ(run("show none.xml", "RTI_CONFIG=fom").err,
-              "omt: none.xml: no such file, neither here nor in the directory \"fom\" that "
-              "RTI_CONFIG names\n");
-}
-
 TEST_F(ToolTest, AFullDiskIsNoticed)
 {
     for (const char* arguments : {"show small.xml", "show small.xml --json", "--help"})
@@ -358,41 +285,6 @@ TEST_F(ToolTest, AFullDiskIsNoticed)
         EXPECT_EQ(outcome.status, 1) << arguments;
         EXPECT_THAT(outcome.err, StartsWith("omt: standard output: "));
     }
-}
-
-TEST_F(PublishedModelsToolTest, CountsAreThoseOfTheDocuments)
-{
-    const std::string one = model("evolved/RPR_FOM_v2.0_1516-2010.xml");
-    std::string modules;
-    for (const char* name :
-         {"Foundation", "Enumerations", "Base", "Physical", "Aggregate", "Warfare", "Communication",
-          "DER", "Logistics", "Minefield", "SE", "SIMAN", "UA", "Switches"})
-        modules += model("evolved/RPR-") + name + "_v2.0.xml ";
-    // Object classes, attributes, interaction classes, parameters; basic, simple, enumerated,
-    // array, fixed, variant.
-    const std::vector<int> withMIM = {67, 356, 163, 378, 17, 52, 101, 76, 84, 9};
-    const struct
-    {
-        std::string arguments;
-        std::vector<int> expected;
-    } cases[] = {
-        {model("mim/HLAstandardMIM.xml"), {4, 45, 85, 101, 13, 10, 9, 17, 4, 0}      },
-        {one,                             {64, 311, 79, 277, 4, 42, 92, 59, 80, 9}   },
-        {model("x2000/RPR2-D17.xml"),     {64, 311, 79, 277, 12, 76, 101, 69, 95, 10}},
-        {one + " --mim",                  withMIM                                    },
-        {modules + "--mim",               withMIM                                    },
-    };
-    for (const auto& each : cases)
-    {
-        SCOPED_TRACE(each.arguments);
-        const json counts = showJson(each.arguments)["counts"];
-        std::vector<int> numbers;
-        for (const char* key : {"objectClasses", "attributes", "interactionClasses", "parameters",
-                                "basic", "simple", "enumerated", "array", "fixed", "variant"})
-            numbers.push_back(counts[key]);
-        EXPECT_EQ(numbers, each.expected);
-    }
-    EXPECT_EQ(showJson(one)["counts"]["enumerators"], 3958);
 }
 
 }  // namespace
