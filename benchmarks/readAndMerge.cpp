@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Reading and merging: against bare parsing, and as a model grows.
 #include "generatedModel.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "omtReader/xmlFileReader.h"
@@ -25,15 +25,7 @@ constexpr const char* theRPR = "evolved/RPR_FOM_v2.0_1516-2010.xml";
 /// The smaller generated model takes about 5 ms to read; the larger one has ten times as much.
 constexpr int theScale = 280;
 
-struct DeleteTree
-{
-    void operator()(DtOMTTree* tree) const
-    {
-        tree->deleteAuxiliaryTables();
-        delete tree;
-    }
-};
-using Tree = std::unique_ptr<DtOMTTree, DeleteTree>;
+using Tree = DtOMTTreePtr;
 
 Tree readTree(const std::string& path)
 {

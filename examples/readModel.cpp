@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Reads 1516-2010 modules, merges them with the standard MIM and prints the object classes.
 #include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/xmlFileReader.h"
 
 #include <iostream>
-#include <memory>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -34,12 +34,11 @@ int main(int argc, char* argv[])
     names.emplace_back("HLAstandardMIM.xml");  // just this name stands for the built-in MIM
 
     DtXMLFileReader reader;
-    const std::unique_ptr<DtOMTTree> tree(reader.readFiles(names, nullptr));
+    const DtOMTTreePtr tree(reader.readFiles(names, nullptr));
     if (!tree)
     {
         std::cerr << "Not read, or not a 1516-2010 model. " << reader.getLastError() << '\n';
         return 1;
     }
     if (const DtObjectClassFedNode* root = tree->objectClassRoot()) print(*root);
-    tree->deleteAuxiliaryTables();  // the four tables that a tree leaves to its host
 }

@@ -6,7 +6,7 @@
 // standard MIM.
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xml1516FileReader.h"
 #include "omtReader/xmlEvolvedFileReader.h"
@@ -29,15 +29,7 @@ struct FreeDocument
     void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
 };
 
-struct DeleteTree
-{
-    void operator()(DtOMTTree* tree) const
-    {
-        tree->deleteAuxiliaryTables();
-        delete tree;
-    }
-};
-using Tree = std::unique_ptr<DtOMTTree, DeleteTree>;
+using Tree = DtOMTTreePtr;
 
 enum class Format
 {

@@ -80,12 +80,6 @@ std::string ModelsTest::model(const std::string& name)
     return (std::filesystem::path(folder ? folder : "") / name).string();
 }
 
-void DeleteTree::operator()(DtOMTTree* tree) const
-{
-    if (tree) tree->deleteAuxiliaryTables();
-    delete tree;
-}
-
 namespace
 {
 

@@ -14,7 +14,7 @@
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/synchroNode.h"
 #include "omtReader/tagNode.h"
@@ -97,12 +97,7 @@ Node* named(const DtString& name)
     return node;
 }
 
-/// Deletes a tree together with the four tables that it leaves alone.
-struct DeleteTree
-{
-    void operator()(DtOMTTree* tree) const;
-};
-using TreePtr = std::unique_ptr<DtOMTTree, DeleteTree>;
+using TreePtr = DtOMTTreePtr;
 
 /// Every field of every node of a tree, one value on each line, so that trees can be compared.
 std::string dump(DtOMTTree& tree);

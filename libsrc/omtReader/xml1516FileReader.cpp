@@ -7,7 +7,7 @@
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
 #include "omtReader/noteNode.h"
-#include "omtReader/ownTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/xmlClassTree.h"
 #include "omtReader/xmlWords.h"
 
@@ -131,7 +131,7 @@ DtXML1516FileReader::~DtXML1516FileReader() = default;
 
 DtOMTTree* DtXML1516FileReader::processObjectModel(xmlNode*& root)
 {
-    OwnTree tree(new DtOMTTree);
+    DtOMTTreePtr tree(new DtOMTTree);
     tree->setHlaVersion(DtHla1516_2000);
     processSections(*this, attributesOf(root), theIdentification, tree.get());
     DtOMTTreePOC contact;

@@ -7,7 +7,7 @@
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
 #include "omtReader/noteNode.h"
-#include "omtReader/ownTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/updateRateNode.h"
 #include "omtReader/xmlClassTree.h"
 #include "omtReader/xmlWords.h"
@@ -165,7 +165,7 @@ DtXMLEvolvedFileReader::~DtXMLEvolvedFileReader() = default;
 
 DtOMTTree* DtXMLEvolvedFileReader::processObjectModel(xmlNode*& root)
 {
-    OwnTree tree(new DtOMTTree);
+    DtOMTTreePtr tree(new DtOMTTree);
     tree->setHlaVersion(DtHla1516_2010);
     processSections(*this, childrenOf(root), theSections, tree.get());
     initializeHandles(tree.get());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/xmlFileReader.h"
 
-#include "omtReader/ownTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xml1516FileReader.h"
 #include "omtReader/xmlDocument.h"
@@ -51,7 +51,7 @@ DtXMLFileReader::DtXMLFileReader() = default;
 
 DtXMLFileReader::~DtXMLFileReader()
 {
-    for (DtOMTTree* module : myModules) omt::DeleteTree()(module);
+    for (DtOMTTree* module : myModules) DtDeleteTree()(module);
 }
 
 DtOMTTree* DtXMLFileReader::readFile(const DtFilename& name, DtExerciseConn* connection)
@@ -88,7 +88,7 @@ DtOMTTree* DtXMLFileReader::readFiles(const std::vector<DtFilename>& names,
                                       DtExerciseConn* connection)
 {
     myConnection = connection;
-    omt::OwnTree result(new DtOMTTree);
+    DtOMTTreePtr result(new DtOMTTree);
     result->setHlaVersion(DtHla1516_2010);
     DtXMLEvolvedFileReader reader(connection);
     for (const DtFilename& name : names)

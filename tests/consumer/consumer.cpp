@@ -3,7 +3,7 @@
 // touches something of every kind that it exports, so that a symbol left out shows at link time.
 #include "omtReader/attributeFedNode.h"
 #include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/omtTreePtr.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "omtReader/xmlFileReader.h"
@@ -38,12 +38,11 @@ bool holds(bool condition, const char* what)
 bool readsTheMIM()
 {
     DtXMLFileReader reader;
-    const std::unique_ptr<DtOMTTree> tree(reader.readFiles({"HLAstandardMIM.xml"}, nullptr));
+    const DtOMTTreePtr tree(reader.readFiles({"HLAstandardMIM.xml"}, nullptr));
     if (!holds(tree != nullptr, "the built-in MIM is not read")) return false;
     const DtObjectClassFedNode* federate =
         tree->getObjectClassNode("HLAobjectRoot.HLAmanager.HLAfederate");
     const bool isFound = federate && federate->findAttribute("HLAfederateName");
-    tree->deleteAuxiliaryTables();
     return holds(isFound, "HLAfederateName is not in the MIM");
 }
 

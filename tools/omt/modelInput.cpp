@@ -185,17 +185,11 @@ void addModelArguments(CLI::App& command, ModelChoice& choice)
     command.add_flag("--mim", choice.withMIM, "Merge the standard MIM in, behind the files");
 }
 
-void DeleteTree::operator()(DtOMTTree* tree) const
-{
-    if (!tree) return;
-    tree->deleteAuxiliaryTables();
-    delete tree;
-}
-
-TreePtr readModel(const ModelChoice& choice)
+DtOMTTreePtr readModel(const ModelChoice& choice)
 {
     DtXMLFileReader reader;
-    TreePtr tree(choice.files.size() == 1 ? readOne(reader, choice) : readSeveral(reader, choice));
+    DtOMTTreePtr tree(choice.files.size() == 1 ? readOne(reader, choice)
+                                               : readSeveral(reader, choice));
     if (!tree)
         throw InputError("the model cannot be read: " + oneLine(reader.getLastError().view()));
     return tree;

@@ -24,7 +24,7 @@ struct ShowChoice
 
 std::string show(const ShowChoice& choice)
 {
-    const TreePtr tree = readModel(choice.model);
+    const DtOMTTreePtr tree = readModel(choice.model);
     if (choice.asJson) return jsonOf(*tree);
     if (*choice.classOption) return classReport(*tree, choice.className);
     if (*choice.datatypeOption) return datatypeReport(*tree, choice.datatypeName);
