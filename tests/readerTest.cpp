@@ -410,6 +410,9 @@ TYPED_TEST(ReaderTest, WhatADocumentBecomes)
         EXPECT_EQ(summary(*tree), c.contents);
         EXPECT_EQ(messages.take(), c.messages);
         EXPECT_EQ(reader.getLastError(), "");
+        // A connection has handles set up, which assigns nothing.
+        auto* const connection = reinterpret_cast<DtExerciseConn*>(&reader);
+        EXPECT_EQ(dump(read(TypeParam(connection), c.document)), dump(tree));
     }
 }
 
