@@ -252,6 +252,7 @@ TEST_F(FrontEndTest, TheMIMIsAddedOnRequest)
     folder.write("old.xml", "<objectModel/>");
     folder.write("HLAstandardMIM.xml", model("Own"));
     folder.write("HLAstandardMIM.xml.d/new.xml", model("Inside"));
+    folder.write("my-HLAstandardMIM.xml.old", model("Like it"));
     EXPECT_FALSE(reader.MIMincluded());
     EXPECT_THAT(sources(read("new.xml")), IsEmpty());
     reader.includeMIM(true);
@@ -263,6 +264,7 @@ TEST_F(FrontEndTest, TheMIMIsAddedOnRequest)
     EXPECT_THAT(sources(read("HLAstandardMIM.xml.d/new.xml")),
                 ElementsAre("Composed_From Inside", theMIM));
     EXPECT_EQ(read("HLAstandardMIM.xml")->getName(), "Own");
+    EXPECT_EQ(read("my-HLAstandardMIM.xml.old")->getName(), "Like it");
     EXPECT_EQ(read("old.xml")->objectClassRoot(), nullptr);
 
     EXPECT_THAT(sources(readAll({"HLAstandardMIM.xml"})), ElementsAre(theMIM));

@@ -53,10 +53,14 @@ TreePtr read(Reader&& reader, const std::string& content)
 /// that follow from others.
 Lines contents(DtOMTTree& tree)
 {
-    static const std::set<std::string> theDerived = {
-        "hlaVersion",      "fullName",           "found",
-        "identifier",      "parentIdentifier",   "expectedEnumerationSize",
-        "cardinalityType", "cardinalityMinimum", "cardinalityMaximum"};
+    static const std::set<std::string> theDerived = {"hlaVersion",
+                                                     "fullName",
+                                                     "identifier",
+                                                     "parentIdentifier",
+                                                     "expectedEnumerationSize",
+                                                     "cardinalityType",
+                                                     "cardinalityMinimum",
+                                                     "cardinalityMaximum"};
     Lines result;
     std::istringstream text(dump(tree));
     for (std::string line; std::getline(text, line);)
@@ -299,6 +303,12 @@ const std::vector<Case> theEvolvedCases = {
      "object[1].name=A",
      {"Warning: objectClass definition was missing a name\n", theNoObjectRoot,
       "Warning: interactionClass definition was missing a name\n", theNoInteractionRoot}},
+    {"a root below another class is not found",
+     R"(<objects><objectClass><name>A</name><objectClass><name>HLAobjectRoot</name></objectClass>
+       </objectClass></objects><interactions/>)",
+     "object[0].name=HLAobjectRoot; object[0].parent=A; object[1].child=A.HLAobjectRoot; "
+     "object[1].name=A",
+     {theNoObjectRoot, theNoInteractionRoot}},
     {"a section again adds, but its root is another",
      R"(<objects><objectClass><name>HLAobjectRoot</name></objectClass></objects>
        <objects><objectClass><name>HLAobjectRoot</name></objectClass></objects>)",
@@ -496,3 +506,17 @@ TYPED_TEST(ReaderTest, AParameterNeedsNoOwner)
 }
 
 }  // namespace
+
+TEST(EvolvedReaderTest, AReferenceIsAddedWhenBothPartsAreThere)
+{
+    DtXMLEvolvedFileReader reader(nullptr);
+    const Document document =
+        parse("<r><type>T</type><identification>I</identification></r><r><type>U</type></r>");
+    DtOMTTree tree;
+    for (xmlNode* node = xmlDocGetRootElement(document.get())->children; node; node = node->next)
+    {
+        auto* attribute = reinterpret_cast<xmlAttr*>(node);  // what hosts do: the heads are alike
+        reader.processReference(attribute, &tree);
+    }
+    EXPECT_EQ(summary(tree), ("references[0].identification=I; references[0].type=T"));
+}
