@@ -32,4 +32,6 @@ if(TARGET omt)
   set_target_properties(omt PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibrary}")
   install(TARGETS omt RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
+install(FILES data/standard.map
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/omtReader-${PROJECT_VERSION_MAJOR}")
 install(FILES LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// The table of symbols that readings share.
+#pragma once
+
+#include "sexp/dtlObj.h"
+
+#include <unordered_map>
+
+/// Holds one object for each symbol that was read or interned in it.
+///
+/// Objects that were read stay valid when their environment is gone.
+class OMTREADER_EXPORT DtSexpEnvironment
+{
+public:
+    DtSexpEnvironment();
+    DtSexpEnvironment(const DtSexpEnvironment&) = delete;
+    DtSexpEnvironment& operator=(const DtSexpEnvironment&) = delete;
+    ~DtSexpEnvironment();
+
+    /// What DtcRead and DtcIntern take.
+    DtSexpEnvironment& env() { return *this; }
+
+    /// The one symbol of this name, made at the first call.
+    const DtlObjPtr& intern(const DtString& name);
+
+private:
+    std::unordered_map<DtString, DtlObjPtr> mySymbols;
+};

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sexp/dtcList.h"
+
+#include "sexp/dtlReader.h"
+
+#include <vector>
+
+const char* DtSexpReadEscapeChar = nullptr;
+
+DtlObjPtr DtcRead(DtlInputStream& stream, DtSexpEnvironment& env)
+{
+    return DtlReader(stream, env).read();
+}
+
+DtlObjPtr DtcIntern(const DtString& name, DtSexpEnvironment& env)
+{
+    return env.intern(name);
+}
+
+DtlObjPtr DtcMakeSymbol(const DtString& name)
+{
+    return DtlObj::makeSymbol(name);
+}
+
+DtlObjPtr DtcCar(const DtlObjPtr& list)
+{
+    return list->head();
+}
+
+DtlObjPtr DtcCdr(const DtlObjPtr& list)
+{
+    return list->tail();
+}
+
+DtlObjPtr DtcCadr(const DtlObjPtr& list)
+{
+    return list->tail()->head();
+}
+
+DtlObjPtr DtcCaddr(const DtlObjPtr& list)
+{
+    return list->tail()->tail()->head();
+}
+
+bool DtcListp(const DtlObjPtr& object)
+{
+    return object->kind() == DtlObj::Kind::pair;
+}
+
+bool DtcStringp(const DtlObjPtr& object)
+{
+    return object->kind() == DtlObj::Kind::string;
+}
+
+bool DtcNull(const DtlObjPtr& object)
+{
+    return !object;
+}
+
+bool DtcEq(const DtlObjPtr& a, const DtlObjPtr& b)
+{
+    return a.get() == b.get();
+}
+
+bool DtcEqual(const DtlObjPtr& a, const DtlObjPtr& b)
+{
+    // Pairs still to be compared; what they refer to is kept alive by a and b.
+    std::vector<std::pair<const DtlObjPtr*, const DtlObjPtr*>> open = {
+        {&a, &b}
+    };
+    while (!open.empty())
+    {
+        const DtlObjPtr& left = *open.back().first;
+        const DtlObjPtr& right = *open.back().second;
+        open.pop_back();
+        if (DtcEq(left, right)) continue;
+        if (left->kind() != right->kind() || left->string() != right->string()) return false;
+        if (!DtcListp(left)) continue;
+        open.emplace_back(&left->tail(), &right->tail());
+        open.emplace_back(&left->head(), &right->head());
+    }
+    return true;
+}
