@@ -15,7 +15,7 @@ def read_expected():
     text = re.sub(r"^#.*\n", "", THE_EXPECTED_FILE.read_text(), flags=re.M)
     text = re.sub(r"\n +", " ", text)
     expected = {}
-    for name, base, slots in re.findall(r"^(\w+)(?: < (\w+))?: (.*)$", text, flags=re.M):
+    for name, base, slots in re.findall(r"^(\w+)(?: < (\w+))?: ?(.*)$", text, flags=re.M):
         own = [s for slot in slots.split() for s in ("~~" if slot == "~" else [slot])]
         expected[name] = expected[base] + own if base else own
     return expected
@@ -38,16 +38,23 @@ def read_compiled(compiler, include_folder, names):
         dump = pathlib.Path(folder, "all.class").read_text()
     compiled = {}
     for name, table in re.findall(r"^Vtable for (\w+)\n.*\n((?:\d+ .*\n)+)", dump, flags=re.M):
-        slots = re.findall(r"\(\*\)\(\.\.\.\)\)\w+::([\w~]+)$", table, flags=re.M)
-        compiled[name] = ["~" if slot.startswith("~") else slot for slot in slots]
+        # The first entry is no slot. The destructors of an abstract class are shown as 0.
+        slots = re.findall(r"^\d+ +(?:\(.*\))?(?:\w+::)?(~|\w+)", table, flags=re.M)[1:]
+        compiled[name] = ["~" if slot == "0" else slot for slot in slots]
     return compiled
+
+
+def agree(expected, compiled):
+    """A slot without a body has no name in the table; the classes that fill it have one."""
+    is_pure = compiled == "__cxa_pure_virtual" and expected not in ("~", "nothing")
+    return is_pure or compiled == expected
 
 
 def first_difference(expected, compiled):
     length = max(len(expected), len(compiled))
     pairs = zip(expected + ["nothing"] * (length - len(expected)),
                 compiled + ["nothing"] * (length - len(compiled)))
-    return next(((at, *pair) for at, pair in enumerate(pairs) if pair[0] != pair[1]), None)
+    return next(((at, *pair) for at, pair in enumerate(pairs) if not agree(*pair)), None)
 
 
 def main(compiler, include_folder):

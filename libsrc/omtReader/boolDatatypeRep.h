@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+// One octet as "true" or "false".
+#pragma once
+
+#include "omtReader/numberDatatypeRep.h"
+
+/// "bool": one octet; 0 is "false", anything else "true".
+///
+/// Encoding is the inverse of decoding, on purpose: "true" becomes the octet 0 and "false" the
+/// octet
+/// 1. Any other text becomes nothing.
+class OMTREADER_EXPORT DtBoolDatatypeRep : public DtNumberDatatypeRep
+{
+public:
+    DtBoolDatatypeRep();
+
+    const char* datatype() const override;
+    DtString stringRep(const void* position, int* consumed) const override;
+    std::vector<char> valueFromStringRep(const DtString& text) const override;
+    unsigned int byteAlignment() const override;
+    double numberRep(const void* position, int* consumed) const override;
+    virtual ~DtBoolDatatypeRep();
+
+    virtual bool boolVal(const void* position) const;
+};

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omtReader/definedDatatypeRep.h"
+
+DtDefinedDatatypeRep::DtDefinedDatatypeRep(bool isAligned) : DtDatatypeRep(isAligned)
+{
+    nameOwnClass(this);
+}
+
+DtDefinedDatatypeRep::~DtDefinedDatatypeRep() = default;
+
+DtVector64* DtDefinedDatatypeRep::locationPtr(DtDatatypeManager&, DtObjectHistory*) const
+{
+    return nullptr;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+// The base of representations of whole records.
+#pragma once
+
+#include "omtReader/datatypeRep.h"
+
+class DtDatatypeManager;
+class DtObjectHistory;
+class DtStringTree;
+class DtVector64;
+
+/// A representation that shows a record, such as a position, as a whole and as a small tree.
+///
+/// The operations below may look at earlier values of the same object in its history, which may be
+/// null.
+class OMTREADER_EXPORT DtDefinedDatatypeRep : public DtDatatypeRep
+{
+public:
+    using DtDatatypeRep::stringRep;
+    virtual ~DtDefinedDatatypeRep();
+
+    /// The record in one line.
+    virtual DtString stringRep(const void* position, int* consumed,
+                               DtObjectHistory* history) const = 0;
+    /// The record as a new tree, which is the caller's.
+    virtual DtStringTree* createTreeRep(const void* position, int* consumed,
+                                        DtObjectHistory* history) const = 0;
+    /// The numbers of the record as they are, without interpretation.
+    virtual DtString originalStringRep(const void* position, int* consumed,
+                                       DtObjectHistory* history) const = 0;
+
+    /// Where the object was last known to be. Always null, on purpose, as no history says which of
+    /// its attributes is a position; callers cope with that.
+    DtVector64* locationPtr(DtDatatypeManager& manager, DtObjectHistory* history) const;
+
+protected:
+    explicit DtDefinedDatatypeRep(bool isAligned);
+};

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// 64-bit floating-point numbers, the most significant octet first.
+#pragma once
+
+#include "omtReader/numberDatatypeRep.h"
+
+/// "double": an IEEE 754 number of 64 bits, the most significant octet first.
+class OMTREADER_EXPORT DtDoubleDatatypeRep : public DtNumberDatatypeRep
+{
+public:
+    explicit DtDoubleDatatypeRep(bool isAligned);
+
+    const char* datatype() const override;
+    DtString stringRep(const void* position, int* consumed) const override;
+    std::vector<char> valueFromStringRep(const DtString& text) const override;
+    unsigned int byteAlignment() const override;
+    double numberRep(const void* position, int* consumed) const override;
+    virtual ~DtDoubleDatatypeRep();
+
+    virtual double doubleVal(const void* position) const;
+
+    /// Where the value is read, see DtDatatypeRep::readPosition.
+    const void* netValPtr(const void* position, int* consumed) const;
+
+    /// The number of significant digits of a text, see DtConversionString; 5 at first. One setting
+    /// for the process, made before values are decoded.
+    static int defaultFloatPrecision;
+};
