@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/enumeratedDatatypeNode.h"
 
+#include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
 #include "omtReader/placeTable.h"
 #include "omtReader/textScan.h"
@@ -120,6 +121,7 @@ void DtEnumeratedDatatypeNode::addEnumerationNode(DtEnumerationNode* enumerator)
     myEnumerators.add(enumerator);
     enumerator->myOwner = this;
     if (myClashIndex) myClashIndex->add(*enumerator);
+    omt::noteModelChange();
 }
 
 DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(const DtString& name) const

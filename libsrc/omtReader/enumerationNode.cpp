@@ -2,6 +2,7 @@
 #include "omtReader/enumerationNode.h"
 
 #include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/modelRevision.h"
 
 DtEnumerationNode::DtEnumerationNode() = default;
 
@@ -35,4 +36,5 @@ void DtEnumerationNode::setNumber(int number)
 void DtEnumerationNode::reportChange()
 {
     if (myOwner) myOwner->forgetClashIndex();
+    omt::noteModelChange();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/omtNode.h"
 
+#include "omtReader/modelRevision.h"
+
 DtOMTNode::DtOMTNode() = default;
 
 DtOMTNode::DtOMTNode(const DtOMTNode& other) : myName(other.myName), myNote(other.myNote) {}
@@ -9,7 +11,14 @@ DtOMTNode& DtOMTNode::operator=(const DtOMTNode& other)
 {
     myName = other.myName;
     myNote = other.myNote;
+    omt::noteModelChange();
     return *this;
 }
 
 DtOMTNode::~DtOMTNode() = default;
+
+void DtOMTNode::setName(const DtString& name)
+{
+    myName = name;
+    omt::noteModelChange();
+}

@@ -15,7 +15,7 @@ public:
     DtOMTNode& operator=(const DtOMTNode& other);
     virtual ~DtOMTNode();
 
-    virtual void setName(const DtString& name) { myName = name; }
+    virtual void setName(const DtString& name);
     virtual const DtString& getName() const { return myName; }
 
     /// A name that a host gives to tell entries of equal names apart; empty until set.

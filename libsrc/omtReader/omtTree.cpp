@@ -10,6 +10,7 @@
 #include "omtReader/dimensionNode.h"
 #include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/simpleDatatypeNode.h"
@@ -41,7 +42,9 @@ void deleteEachOnce(List& nodes)
 template <typename Node>
 void append(std::list<Node*>& nodes, Node* node)
 {
-    if (node) nodes.push_back(node);
+    if (!node) return;
+    nodes.push_back(node);
+    omt::noteModelChange();
 }
 
 template <typename Class>

@@ -1,0 +1,666 @@
+// SPDX-License-Identifier: Apache-2.0
+// The octets of attribute and parameter values to readable text, and text back to octets.
+#include "omtReader/datatypeManager.h"
+
+#include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/boolDatatypeRep.h"
+#include "omtReader/byteDatatypeRep.h"
+#include "omtReader/charDatatypeRep.h"
+#include "omtReader/complexDatatypeNode.h"
+#include "omtReader/conversionRooms.h"
+#include "omtReader/doubleLEDatatypeRep.h"
+#include "omtReader/enum16DatatypeRep.h"
+#include "omtReader/enum32DatatypeRep.h"
+#include "omtReader/enum8DatatypeRep.h"
+#include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/floatLEDatatypeRep.h"
+#include "omtReader/hexDatatypeRep.h"
+#include "omtReader/intLEDatatypeRep.h"
+#include "omtReader/longLEDatatypeRep.h"
+#include "omtReader/mappingFile.h"
+#include "omtReader/omtTree.h"
+#include "omtReader/orphanCheck.h"
+#include "omtReader/shortLEDatatypeRep.h"
+#include "omtReader/simpleDatatypeNode.h"
+#include "omtReader/standardMapping.h"
+#include "omtReader/stringDatatypeRep.h"
+#include "omtReader/stringTree.h"
+#include "omtReader/utf16DatatypeRep.h"
+#include "omtReader/utf8DatatypeRep.h"
+#include "omtReader/variantDatatypeNode.h"
+
+#include <cstdio>
+#include <set>
+
+namespace
+{
+
+/// Maps a name, and every simple datatype based on it that was not mapped itself.
+void mapWithSimpleDatatypes(omt::ConversionSettings& settings, DtDatatypeManager::NameMap& mappings,
+                            const DtString& name, const DtString& rep)
+{
+    mappings[name] = rep;
+    ++settings.changes;
+    settings.isDirty = true;
+    if (!settings.tree) return;
+    DtOMTTree& tree = *settings.tree;
+    const auto end = tree.getSimpleDatatypeEndNode();
+    for (auto it = tree.getSimpleDatatypeNodeList(); it != end; ++it)
+        if ((*it)->getRepresentation() == name &&
+            settings.explicitlyMapped.count((*it)->getName()) == 0)
+            mappings[(*it)->getName()] = rep;
+}
+
+template <typename Map>
+typename Map::mapped_type& entryOf(omt::ConversionSettings& settings, Map& map,
+                                   const DtString& name)
+{
+    const auto [entry, isNew] = map.try_emplace(name);
+    if (isNew) ++settings.changes;
+    return entry->second;
+}
+
+}  // namespace
+
+DtDatatypeManager::DtDatatypeManager()
+    : mySettings(std::make_unique<omt::ConversionSettings>()),
+      myRooms(std::make_unique<omt::ConversionRooms>(*this, *mySettings))
+{
+}
+
+DtDatatypeManager::~DtDatatypeManager()
+{
+    // One representation may stand under two names.
+    std::set<DtDatatypeRep*> reps;
+    for (const auto& [name, rep] : mySettings->registry) reps.insert(rep);
+    for (DtDatatypeRep* rep : reps) DtDatatypeRep::release(rep);
+}
+
+DtDatatypeManager* DtDatatypeManager::defaultInstance()
+{
+    static auto* const theDatatypeManager = new DtDatatypeManager;
+    return theDatatypeManager;
+}
+
+// The model.
+
+void DtDatatypeManager::initOMTData(DtOMTTree* tree)
+{
+    if (!tree) return;
+    mySettings->tree = tree;
+    auto& kinds = mySettings->kinds;
+    auto& mappings = mySettings->mappings;
+    const auto setKind = [&kinds](DtDatatypeEnum kind, auto begin, auto end)
+    {
+        for (auto it = begin; it != end; ++it) kinds[(*it)->getName()] = kind;
+    };
+    setKind(DtDatatypeVariant, tree->getVariantDatatypeNodeList(),
+            tree->getVariantDatatypeEndNode());
+    setKind(DtDatatypeFixed, tree->getFixedDatatypeNodeList(), tree->getFixedDatatypeEndNode());
+    const auto simpleEnd = tree->getSimpleDatatypeEndNode();
+    setKind(DtDatatypeSimple, tree->getSimpleDatatypeNodeList(), simpleEnd);
+    for (auto it = tree->getSimpleDatatypeNodeList(); it != simpleEnd; ++it)
+        mappings[(*it)->getName()] = (*it)->getRepresentation();
+    setKind(DtDatatypeComplex, tree->getComplexDatatypeNodeList(),
+            tree->getComplexDatatypeEndNode());
+    setKind(DtDatatypeArray, tree->getArrayDatatypeNodeList(), tree->getArrayDatatypeEndNode());
+    const auto enumeratedEnd = tree->getEnumeratedDatatypeEndNode();
+    setKind(DtDatatypeEnumerated, tree->getEnumeratedDatatypeNodeList(), enumeratedEnd);
+    for (auto it = tree->getEnumeratedDatatypeNodeList(); it != enumeratedEnd; ++it)
+    {
+        const int size = (*it)->getExpectedEnumerationSize();
+        if (size == 1 || size == 2 || size == 4)
+            mappings[(*it)->getName()] = "enum" + DtString(8 * size);
+    }
+    ++mySettings->changes;
+    checkOrphanMappings();
+}
+
+DtOMTTree* DtDatatypeManager::omtTree()
+{
+    return mySettings->tree;
+}
+
+DtDatatypeManager::DtDatatypeEnum DtDatatypeManager::getDatatypeEnum(const DtString& datatype)
+{
+    omt::ResolvedDatatype& resolved = myRooms->resolver.find(datatype);
+    // A name that is asked for gets its place in the table.
+    if (!resolved.kind) resolved.kind = &mySettings->kinds[resolved.name];
+    return *resolved.kind;
+}
+
+void DtDatatypeManager::checkOrphanMappings()
+{
+    if (!mySettings->tree) return;
+    DtOMTTree& tree = *mySettings->tree;
+    myRooms->orphans.emplace(*mySettings);
+    myRooms->orphans->datatypes();
+    const auto objectEnd = tree.getObjectClassNodeEnd();
+    for (auto it = tree.getObjectClassNodeBegin(); it != objectEnd; ++it) checkObjOrphans(*it);
+    const auto interactionEnd = tree.getInteractionClassNodeEnd();
+    for (auto it = tree.getInteractionClassNodeBegin(); it != interactionEnd; ++it)
+        checkIntOrphans(*it);
+    myRooms->orphans.reset();
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
+{
+    if (!objectClass) return;
+    omt::OrphanCheck alone(*mySettings);
+    (myRooms->orphans ? *myRooms->orphans : alone).objectClasses(*objectClass);
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::checkIntOrphans(DtInteractionClassFedNode* interactionClass)
+{
+    if (!interactionClass) return;
+    omt::OrphanCheck alone(*mySettings);
+    (myRooms->orphans ? *myRooms->orphans : alone).interactionClasses(*interactionClass);
+    ++mySettings->changes;
+}
+
+// Flags and bounds.
+
+void DtDatatypeManager::setImplicitPadding(bool isEnabled)
+{
+    mySettings->isPaddingImplicit = isEnabled;
+}
+
+bool DtDatatypeManager::isImplicitPaddingEnabled() const
+{
+    return mySettings->isPaddingImplicit;
+}
+
+bool DtDatatypeManager::isDirty()
+{
+    return mySettings->isDirty;
+}
+
+void DtDatatypeManager::setIsDirty(bool isDirty)
+{
+    mySettings->isDirty = isDirty;
+}
+
+void DtDatatypeManager::setNodeLimit(int nodes)
+{
+    mySettings->nodeLimit = nodes;
+}
+
+int DtDatatypeManager::nodeLimit() const
+{
+    return mySettings->nodeLimit;
+}
+
+// Representations.
+
+void DtDatatypeManager::fillDefaultDatatypeRepList()
+{
+    const bool pads = mySettings->isPaddingImplicit;
+    const auto add = [this](DtDatatypeRep* rep) { mySettings->registry[rep->datatype()] = rep; };
+    const auto addUnsigned = [&add](auto* rep)
+    {
+        rep->setUnsigned(true);
+        add(rep);
+    };
+    add(new DtBoolDatatypeRep);
+    add(new DtByteDatatypeRep);
+    add(new DtCharDatatypeRep);
+    add(new DtHexDatatypeRep);
+    add(new DtIntDatatypeRep(pads, false));
+    add(new DtIntLEDatatypeRep(pads, false));
+    add(new DtLongDatatypeRep(pads, false));
+    add(new DtLongLEDatatypeRep(pads, false));
+    add(new DtShortDatatypeRep(pads, false));
+    add(new DtShortLEDatatypeRep(pads, false));
+    add(new DtDoubleLEDatatypeRep(pads));
+    add(new DtDoubleDatatypeRep(pads));
+    add(new DtFloatDatatypeRep(pads));
+    add(new DtFloatLEDatatypeRep(pads));
+    add(new DtStringDatatypeRep);
+    add(new DtUtf8DatatypeRep);
+    add(new DtUtf16DatatypeRep(pads));
+    addUnsigned(new DtIntDatatypeRep(pads, false));
+    addUnsigned(new DtIntLEDatatypeRep(pads, false));
+    addUnsigned(new DtLongDatatypeRep(pads, false));
+    addUnsigned(new DtLongLEDatatypeRep(pads, false));
+    addUnsigned(new DtShortDatatypeRep(pads, false));
+    addUnsigned(new DtShortLEDatatypeRep(pads, false));
+    add(new DtEnum8DatatypeRep);
+    add(new DtEnum16DatatypeRep(pads));
+    add(new DtEnum32DatatypeRep(pads));
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::addDatatypeRep(DtDatatypeRep* rep)
+{
+    if (!rep) return;
+    mySettings->isDirty = true;
+    mySettings->registry[rep->datatype()] = rep;
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::addDefinedDatatypeRep(DtDatatypeRep* rep)
+{
+    if (!rep) return;
+    const DtString name = rep->datatype();
+    mySettings->isDirty = true;
+    mySettings->registry[name] = rep;
+    mySettings->mappings[name] = name;
+    mySettings->kinds[name] = DtDatatypeDefined;
+    ++mySettings->changes;
+}
+
+DtDatatypeRep* DtDatatypeManager::getSimpleDatatypeRep(const DtString& name)
+{
+    const DtString& mapped = entryOf(*mySettings, mySettings->mappings, name);
+    return entryOf(*mySettings, mySettings->registry, mapped.empty() ? name : mapped);
+}
+
+DtDatatypeManager::NameRepMap::const_iterator DtDatatypeManager::getNameRepMapList()
+{
+    return mySettings->registry.begin();
+}
+
+DtDatatypeManager::NameRepMap::const_iterator DtDatatypeManager::getNameRepMapListEnd()
+{
+    return mySettings->registry.end();
+}
+
+// Mappings.
+
+void DtDatatypeManager::addRepMapping(const DtString& datatype, const DtString& rep)
+{
+    mySettings->explicitlyMapped.insert(datatype);
+    mapWithSimpleDatatypes(*mySettings, mySettings->mappings, datatype, rep);
+}
+
+void DtDatatypeManager::removeRepMapping(const DtString& datatype)
+{
+    mySettings->isDirty = true;
+    mySettings->mappings.erase(datatype);
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::addAttributeMapping(const DtString& attribute, const DtString& rep)
+{
+    mapWithSimpleDatatypes(*mySettings, mySettings->attributeMappings, attribute, rep);
+}
+
+void DtDatatypeManager::removeAttributeMapping(const DtString& attribute)
+{
+    mySettings->isDirty = true;
+    mySettings->attributeMappings.erase(attribute);
+    ++mySettings->changes;
+}
+
+const DtString& DtDatatypeManager::attributeMapping(const DtString& attribute) const
+{
+    const auto entry = mySettings->attributeMappings.find(attribute);
+    return entry == mySettings->attributeMappings.end() ? DtString::nullString() : entry->second;
+}
+
+bool DtDatatypeManager::modifyRepMapping(const DtString& datatype, const DtString& rep)
+{
+    DtString& mapped = entryOf(*mySettings, mySettings->mappings, datatype);
+    if (mapped.empty()) return false;
+    mapped = rep;
+    mySettings->isDirty = true;
+    ++mySettings->changes;
+    return true;
+}
+
+DtDatatypeManager::NameMap::const_iterator DtDatatypeManager::getRepMapList()
+{
+    return mySettings->mappings.begin();
+}
+
+DtDatatypeManager::NameMap::const_iterator DtDatatypeManager::getRepMapListEnd()
+{
+    return mySettings->mappings.end();
+}
+
+void DtDatatypeManager::addDelimiterMap(const DtString& datatype, const DtString& delimiter)
+{
+    mySettings->delimiters[datatype] = delimiter;
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::removeDelimiterMap(const DtString& datatype)
+{
+    mySettings->delimiters.erase(datatype);
+    ++mySettings->changes;
+}
+
+void DtDatatypeManager::setDefaultDelimiter(const DtString& delimiter)
+{
+    mySettings->defaultDelimiter = delimiter;
+}
+
+void DtDatatypeManager::setArrayWrapper(const DtString& open, const DtString& close)
+{
+    mySettings->wrapperOpen = open;
+    mySettings->wrapperClose = close;
+}
+
+const DtString& DtDatatypeManager::getDelimiterMap(const DtString& datatype, bool* found)
+{
+    const DtString* const delimiter = myRooms->resolver.find(datatype).delimiter;
+    if (found) *found = delimiter != nullptr;
+    return delimiter ? *delimiter : mySettings->defaultDelimiter;
+}
+
+DtDatatypeManager::NameMap::const_iterator DtDatatypeManager::getDelimiterList()
+{
+    return mySettings->delimiters.begin();
+}
+
+DtDatatypeManager::NameMap::const_iterator DtDatatypeManager::getDelimiterListEnd()
+{
+    return mySettings->delimiters.end();
+}
+
+void DtDatatypeManager::addArrayBracketMap(const DtString& datatype, bool hasBrackets)
+{
+    mySettings->brackets[datatype] = hasBrackets;
+}
+
+void DtDatatypeManager::removeArrayBracketMap(const DtString& datatype)
+{
+    mySettings->brackets.erase(datatype);
+}
+
+void DtDatatypeManager::setDefaultArrayBracket(bool hasBrackets)
+{
+    mySettings->defaultBracket = DtString(hasBrackets ? 1 : 0);
+}
+
+bool DtDatatypeManager::getArrayBracketMap(const DtString& datatype, bool* found)
+{
+    const auto entry = mySettings->brackets.find(datatype);
+    const bool isMapped = entry != mySettings->brackets.end();
+    if (found) *found = isMapped;
+    // That there is a default decides, and not what it says, on purpose.
+    return isMapped ? entry->second : !mySettings->defaultBracket.empty();
+}
+
+DtDatatypeManager::BracketMap::const_iterator DtDatatypeManager::getArrayBracketList()
+{
+    return mySettings->brackets.begin();
+}
+
+DtDatatypeManager::BracketMap::const_iterator DtDatatypeManager::getArrayBracketListEnd()
+{
+    return mySettings->brackets.end();
+}
+
+// The mapping file.
+
+void DtDatatypeManager::readFile(DtString path)
+{
+    std::FILE* const file = std::fopen(path.c_str(), "r");
+    if (!file) return;
+    DtlObjPtr mappings;
+    {
+        DtlFileInputStream stream(file);
+        if (!omt::readMappingList(stream, path, mappings)) return;
+    }
+    processMappings(mappings);
+    mySettings->isDirty = false;
+}
+
+void DtDatatypeManager::readStandardMappings()
+{
+    DtlStringInputStream stream(omt::standardMapping());
+    DtlObjPtr mappings;
+    if (omt::readMappingList(stream, "standard.map", mappings)) processMappings(mappings);
+    mySettings->isDirty = false;
+}
+
+bool DtDatatypeManager::processMappings(DtlObjPtr& mappings)
+{
+    omt::applyMappings(*this, mappings);
+    return true;
+}
+
+void DtDatatypeManager::writeFile(DtString path)
+{
+    const DtString text = omt::mappingText(*mySettings);
+    std::FILE* const file = std::fopen(path.c_str(), "w");
+    if (!file) return;
+    std::fwrite(text.c_str(), 1, text.length(), file);
+    std::fclose(file);
+}
+
+// Decoding.
+
+DtString DtDatatypeManager::getFedNodeStringRep(const DtDatatypeFedNode* node, const void* data,
+                                                int length, int& consumed)
+{
+    consumed = 0;
+    return node ? myRooms->open().walker.line(*node, {data, length, consumed}) : DtString();
+}
+
+DtString DtDatatypeManager::getStringRep(const DtString& datatype, const void* data, int length,
+                                         int& consumed)
+{
+    return myRooms->open().walker.line(datatype, {data, length, consumed});
+}
+
+DtString DtDatatypeManager::getStringRep(const DtOMTDatatypeNode& node, const void* data,
+                                         int length, int& consumed)
+{
+    return myRooms->open().walker.line(node, {data, length, consumed});
+}
+
+DtStringTree* DtDatatypeManager::createStringTreeRep(const DtString& datatype, const void* data,
+                                                     int length, int& consumed,
+                                                     const DtOMTNode* keyNode, unsigned int offset,
+                                                     DtStringTree* root, DtObjectHistory* history)
+{
+    return myRooms->open().walker.tree(datatype, {data, length, consumed}, keyNode, offset, root,
+                                       history);
+}
+
+DtStringTree* DtDatatypeManager::createStringTreeRep(const DtOMTDatatypeNode& node,
+                                                     const void* data, int length, int& consumed,
+                                                     unsigned int offset, DtStringTree* root,
+                                                     DtObjectHistory* history)
+{
+    return myRooms->open().walker.tree(node, {data, length, consumed}, offset, root, history);
+}
+
+DtStringTree* DtDatatypeManager::createStringTreeRep(const DtDatatypeFedNode* node,
+                                                     const void* data, int length, int& consumed,
+                                                     unsigned int offset, DtObjectHistory* history)
+{
+    consumed = 0;
+    return node ? myRooms->open().walker.tree(*node, {data, length, consumed}, offset, history)
+                : nullptr;
+}
+
+DtString DtDatatypeManager::convertStringTreeToString(DtStringTree* tree, const DtString& delimiter)
+{
+    if (!tree) return DtString();
+    return myRooms->open().mayRenderAtOnce ? myRooms->renderer.line(*tree, delimiter)
+                                           : myRooms->renderer.lineByParts(*tree, delimiter);
+}
+
+void DtDatatypeManager::getDatatypeRep(const DtString& datatype, const void* data, int length,
+                                       int& consumed, DtString& text)
+{
+    myRooms->open().walker.mapped(datatype, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getAttributeRep(const DtString& name, const void* data, int length,
+                                        int& consumed, DtString& text)
+{
+    myRooms->open().walker.attribute(name, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getDefaultRep(const void* data, int length, int& consumed, DtString& text)
+{
+    myRooms->open().walker.hexadecimal({data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getEnumRep(const DtString& datatype, const void* data, int length,
+                                   int& consumed, DtString& text)
+{
+    myRooms->open().walker.enumerated(datatype, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getVariantRep(const DtString& datatype, const void* data, int length,
+                                      int& consumed, DtString& text)
+{
+    myRooms->open().walker.variantLine(datatype, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getArrayRep(const DtString& datatype, const void* data, int length,
+                                    int& consumed, DtString& text)
+{
+    myRooms->open().walker.arrayLine(datatype, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getArrayRepBySize(const DtString& datatype, const void* data, int length,
+                                          int& consumed, DtString& text)
+{
+    myRooms->open().walker.arrayLineBySize(datatype, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::getArrayRepByCount(DtArrayDatatypeNode* node, const void* data, int length,
+                                           int& consumed, DtString& text)
+{
+    consumed = 0;
+    text = DtString();
+    if (node) myRooms->open().walker.arrayLineByCount(*node, {data, length, consumed}, text);
+}
+
+void DtDatatypeManager::createFixedTreeRep(const DtString& datatype, const void* data, int length,
+                                           int& consumed, DtStringTree* parent, DtStringTree* root,
+                                           unsigned int offset, DtObjectHistory* history)
+{
+    myRooms->open().walker.fixed(datatype, {data, length, consumed},
+                                 {parent, root, offset, history});
+}
+
+void DtDatatypeManager::createComplexTreeRep(const DtString& datatype, const void* data, int length,
+                                             int& consumed, DtStringTree* parent,
+                                             DtStringTree* root, unsigned int offset,
+                                             DtObjectHistory* history)
+{
+    myRooms->open().walker.complex(datatype, {data, length, consumed},
+                                   {parent, root, offset, history});
+}
+
+void DtDatatypeManager::createArrayTreeRep(const DtString& datatype, const void* data, int length,
+                                           int& consumed, DtStringTree* parent, DtStringTree* root,
+                                           unsigned int offset, DtObjectHistory* history)
+{
+    myRooms->open().walker.array(datatype, {data, length, consumed},
+                                 {parent, root, offset, history});
+}
+
+void DtDatatypeManager::createDefinedTreeRep(const DtString& datatype, const void* data, int length,
+                                             int& consumed, DtStringTree* node, DtStringTree* root,
+                                             unsigned int offset, DtObjectHistory* history)
+{
+    myRooms->open().walker.defined(datatype, {data, length, consumed},
+                                   {node, root, offset, history});
+}
+
+void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const void* data, int length,
+                                             int& consumed, DtStringTree* parent,
+                                             DtStringTree* root, unsigned int offset,
+                                             DtObjectHistory* history)
+{
+    myRooms->open().walker.variant(datatype, {data, length, consumed},
+                                   {parent, root, offset, history});
+}
+
+int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data,
+                                             int length, DtStringTree*, DtStringTree*)
+{
+    return node ? myRooms->open().walker.arrayCount(*node, data, length) : 0;
+}
+
+int DtDatatypeManager::getComplexDatatypeCount(DtComplexComponentNode* node, const void*, int,
+                                               DtStringTree* root, DtStringTree* parent)
+{
+    return node ? myRooms->open().walker.complexCount(*node, root, parent) : 0;
+}
+
+// Alignment.
+
+int DtDatatypeManager::implicitPadding(unsigned int offset, const DtString& datatype)
+{
+    return myRooms->alignment.padding(offset, datatype);
+}
+
+int DtDatatypeManager::byteAlignment(const DtString& datatype)
+{
+    return myRooms->alignment.alignment(datatype, myRooms->open().mayKeepAlignments);
+}
+
+int DtDatatypeManager::byteAlignmentFromRep(const DtString& datatype)
+{
+    return myRooms->alignment.fromRepresentation(datatype);
+}
+
+int DtDatatypeManager::byteAlignmentFixed(const DtString& datatype)
+{
+    return myRooms->alignment.ofFixed(datatype);
+}
+
+int DtDatatypeManager::byteAlignmentArray(const DtString& datatype)
+{
+    return myRooms->alignment.ofArray(datatype);
+}
+
+int DtDatatypeManager::byteAlignmentVariant(const DtString& datatype)
+{
+    return myRooms->alignment.ofVariant(datatype);
+}
+
+int DtDatatypeManager::byteAlignmentComplex(const DtString&)
+{
+    return -1;
+}
+
+// Encoding.
+
+void DtDatatypeManager::getValueFromStringRep(const DtString& datatype, const DtString& text,
+                                              Octets& out)
+{
+    myRooms->open().writer.value(datatype, text, out);
+}
+
+void DtDatatypeManager::getValueFromDatatypeRep(const DtString& datatype, const DtString& text,
+                                                Octets& out)
+{
+    myRooms->open().writer.simple(datatype, text, out);
+}
+
+void DtDatatypeManager::getValueFromEnumRep(const DtString& datatype, const DtString& text,
+                                            Octets& out)
+{
+    myRooms->open().writer.enumerated(datatype, text, out);
+}
+
+void DtDatatypeManager::getValueFromFixedRep(const DtString& datatype, const DtString& text,
+                                             Octets& out)
+{
+    myRooms->open().writer.record(datatype, text, out);
+}
+
+void DtDatatypeManager::getValueFromComplexRep(const DtString& datatype, const DtString& text,
+                                               Octets& out)
+{
+    myRooms->open().writer.record(datatype, text, out);
+}
+
+void DtDatatypeManager::getValueFromArrayRep(const DtString& datatype, const DtString& text,
+                                             Octets& out)
+{
+    myRooms->open().writer.array(datatype, text, out);
+}

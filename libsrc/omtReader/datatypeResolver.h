@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a datatype's name stands for, found once and kept while nothing changes.
+#pragma once
+
+#include "omtReader/conversionSettings.h"
+#include "omtReader/modelRevision.h"
+
+#include <cstdint>
+#include <deque>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+class DtComplexDatatypeNode;
+class DtEnumeratedDatatypeNode;
+class DtFixedDatatypeNode;
+class DtVariantDatatypeNode;
+
+namespace omt
+{
+
+struct ResolvedDatatype;
+
+/// A field, alternative, component or element with what its datatype stands for.
+struct ResolvedComponent
+{
+    const DtOMTDatatypeNode* node = nullptr;
+    ResolvedDatatype* datatype = nullptr;
+};
+
+/// One datatype. What a kind needs is found when it is first asked for.
+struct ResolvedDatatype
+{
+    DtString name;
+    const DtDatatypeManager::DtDatatypeEnum* kind = nullptr;  // in the kind table, null if absent
+    const DtString* mapping = nullptr;    // the name of the representation, null if none is mapped
+    DtDatatypeRep* rep = nullptr;         // the one mapped and registered
+    const DtString* delimiter = nullptr;  // null if none is mapped
+    int alignment = 0;                    // 0 while not known, or not to be kept
+    bool isBeingAligned = false;
+    std::uint64_t epoch = 0;  // between which changes it was found
+
+    // The first node of this name in each table; none is null.
+    template <typename Node>
+    struct Found
+    {
+        bool isKnown = false;
+        Node* node = nullptr;
+    };
+    Found<DtFixedDatatypeNode> fixed;
+    Found<DtVariantDatatypeNode> variant;
+    Found<DtArrayDatatypeNode> array;
+    Found<DtComplexDatatypeNode> complex;
+    Found<DtEnumeratedDatatypeNode> enumerated;
+
+    std::vector<ResolvedComponent> components;
+    std::vector<std::pair<int, const DtString*>> names;  // of an enumeration, by number
+    bool hasNames = false;
+};
+
+/// Finds datatypes by name. Nothing that it gives changes what a caller sees: it starts anew after
+/// any change of the settings or of a model.
+class DatatypeResolver
+{
+public:
+    explicit DatatypeResolver(ConversionSettings& settings) : mySettings(settings) {}
+
+    /// What a name stands for now; valid until release().
+    ResolvedDatatype& find(const DtString& name)
+    {
+        startAnewAfterChange();
+        // Most names that come are those that this resolver gave out.
+        return myLast && &myLast->name == &name ? *myLast : search(name);
+    }
+
+    /// What a component's datatype stands for, kept in the list of its record at this place.
+    ResolvedDatatype& component(ResolvedDatatype& record, std::size_t place,
+                                const DtOMTDatatypeNode& node);
+
+    /// Says which component is asked for next, so that find() need not search.
+    const DtOMTDatatypeNode& expect(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype)
+    {
+        myExpectedNode = datatype.epoch == myEpoch ? &node : nullptr;
+        myExpected = &datatype;
+        return node;
+    }
+    /// What the datatype of a node stands for.
+    ResolvedDatatype& of(const DtOMTDatatypeNode& node);
+
+    DtFixedDatatypeNode* fixed(ResolvedDatatype& datatype);
+    DtVariantDatatypeNode* variant(ResolvedDatatype& datatype);
+    DtArrayDatatypeNode* array(ResolvedDatatype& datatype);
+    DtComplexDatatypeNode* complex(ResolvedDatatype& datatype);
+    DtEnumeratedDatatypeNode* enumerated(ResolvedDatatype& datatype);
+
+    /// The name of an enumerator by its number; null if there is none.
+    const DtString* enumerator(ResolvedDatatype& datatype, int number);
+
+    /// Frees what was found before the last change. Nothing that find() gave may be in use.
+    void release()
+    {
+        myOutdated.clear();
+        myExpectedNode = nullptr;
+    }
+
+private:
+    using Table = std::unordered_map<std::string_view, ResolvedDatatype*>;
+
+    void startAnewAfterChange()
+    {
+        if (myChanges != mySettings.changes || myModelRevision != modelRevision()) startAnew();
+    }
+    void startAnew();
+    ResolvedDatatype& search(const DtString& name);
+    ResolvedDatatype& resolve(const DtString& name);
+
+    ConversionSettings& mySettings;
+    std::uint64_t myChanges = 0;
+    std::uint64_t myModelRevision = 0;
+    std::uint64_t myEpoch = 0;
+    std::deque<ResolvedDatatype> myDatatypes;
+    std::deque<std::deque<ResolvedDatatype>> myOutdated;
+    Table myTable;  // keys are the names in myDatatypes
+    ResolvedDatatype* myLast = nullptr;
+    const DtOMTDatatypeNode* myExpectedNode = nullptr;
+    ResolvedDatatype* myExpected = nullptr;
+};
+
+}  // namespace omt

@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: Apache-2.0
+// The line of a record or an array, cut back into the lines of its parts.
+//
+//   record    field (delimiter field)*
+//   array     nothing, or chain
+//   chain     element ("[" chain "]")?
+//
+// The delimiter behind a field is the one that serves the field: handed down to the first one, a
+// record's or array's own for a later one. Elements may end in brackets of their own, so the group
+// that holds the rest of a chain is looked for from the end of the text.
+#include "omtReader/textCutter.h"
+
+#include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/charDatatypeRep.h"
+#include "omtReader/complexDatatypeNode.h"
+#include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/stringTree.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace omt
+{
+namespace
+{
+
+constexpr std::size_t theNoPlace = std::string_view::npos;
+constexpr int theStepWork = 16;
+
+/// The place of the other bracket for each bracket; no place for one that has none.
+std::vector<std::size_t> bracketPartners(std::string_view text)
+{
+    std::vector<std::size_t> partners;
+    if (text.find('[') == theNoPlace) return partners;
+    partners.assign(text.size(), theNoPlace);
+    std::vector<std::size_t> open;
+    for (std::size_t place = 0; place < text.size(); ++place)
+    {
+        if (text[place] == '[') open.push_back(place);
+        if (text[place] != ']' || open.empty()) continue;
+        partners[place] = open.back();
+        partners[open.back()] = place;
+        open.pop_back();
+    }
+    return partners;
+}
+
+}  // namespace
+
+void TextCutter::takeText(std::string_view text)
+{
+    myText = text;
+    myPartners = bracketPartners(text);
+    myDepth = 0;
+}
+
+bool TextCutter::startsAt(std::size_t place, std::size_t limit, std::string_view text) const
+{
+    return !text.empty() && limit - place >= text.size() &&
+           myText.substr(place, text.size()) == text;
+}
+
+bool TextCutter::isCharacter(const ResolvedDatatype& datatype)
+{
+    return dynamic_cast<const DtCharDatatypeRep*>(datatype.rep) != nullptr;
+}
+
+std::string_view TextCutter::unwrapped(std::string_view text) const
+{
+    const std::string_view open = mySettings.wrapperOpen.view();
+    const std::string_view close = mySettings.wrapperClose.view();
+    const bool isWrapped =
+        !(open.empty() && close.empty()) && text.size() >= open.size() + close.size() &&
+        text.substr(0, open.size()) == open && text.substr(text.size() - close.size()) == close;
+    if (!isWrapped) return text;
+    return text.substr(open.size(), text.size() - open.size() - close.size());
+}
+
+// Records.
+
+std::vector<TextPiece> TextCutter::fields(ResolvedDatatype& record, std::string_view text,
+                                          const DtString& delimiter)
+{
+    takeText(text);
+    return cutRecord(record, {0, text.size()}, delimiter, {}, true, nullptr);
+}
+
+std::vector<TextCutter::Field> TextCutter::fieldsOf(ResolvedDatatype& record)
+{
+    std::vector<Field> fields;
+    if (DtFixedDatatypeNode* const fixed = myResolver.fixed(record))
+        for (auto it = fixed->getComponentNodeList(); it != fixed->getComponentNodeEnd(); ++it)
+            fields.push_back({*it, nullptr});
+    else if (DtComplexDatatypeNode* const complex = myResolver.complex(record))
+        for (auto it = complex->getComponentNodeList(); it != complex->getComponentNodeEnd(); ++it)
+            fields.push_back({*it, *it});
+    return fields;
+}
+
+std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range range,
+                                             const DtString& delimiter, std::string_view follow,
+                                             bool takesRest, std::size_t* end)
+{
+    const std::vector<Field> fields = fieldsOf(record);
+    // What was cut so far, in the form in which conditions look for it.
+    DtStringTree earlier;
+    DtStringTree* last = nullptr;
+    const auto isThere = [&](const Field& field)
+    {
+        return !field.component || myManager.getComplexDatatypeCount(field.component, nullptr, 0,
+                                                                     &earlier, &earlier) > 0;
+    };
+    std::vector<TextPiece> pieces;
+    const DtString* serving = &delimiter;
+    std::size_t place = range.begin;
+    std::size_t at = 0;
+    while (at < fields.size() && !isThere(fields[at])) ++at;
+    while (at < fields.size())
+    {
+        const Field& field = fields[at];
+        ResolvedDatatype& datatype = myResolver.component(record, at, *field.node);
+        if (!pieces.empty()) serving = &myRenderer.delimiterOf(datatype.name, *serving);
+        const Range rest{place, range.end};
+        const auto endBefore = [&](std::string_view what)
+        {
+            const std::size_t behind =
+                endOf(datatype, rest, *serving, what, field.component != nullptr);
+            return field.component ? endOfGroups(behind, range.end) : behind;
+        };
+        std::size_t pieceEnd = endBefore(serving->view());
+        if (field.component)
+        {
+            auto* const node = new DtStringTree;
+            node->setKey(field.node->getName());
+            node->setDatatype(datatype.name);
+            node->setValue(myText.substr(place, pieceEnd - place));
+            last ? last->setNextSibling(node) : earlier.setFirstChild(node);
+            last = node;
+        }
+        do ++at;
+        while (at < fields.size() && !isThere(fields[at]));
+        if (at == fields.size()) pieceEnd = takesRest ? range.end : endBefore(follow);
+        pieces.push_back(
+            {&datatype, myText.substr(place, pieceEnd - place), serving, field.component});
+        place = pieceEnd;
+        if (at < fields.size() && startsAt(place, range.end, serving->view()))
+            place += serving->length();
+    }
+    if (end) *end = place;
+    return pieces;
+}
+
+// Where a value's line ends that begins at a place, with another text to follow.
+
+std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
+                              std::string_view follow, bool isElement)
+{
+    if (const std::size_t end = endOfWrapper(range); end != theNoPlace) return end;
+    if (myDepth >= DecodingBounds::theDeepest || !myBounds.allowWork(theStepWork, datatype.name))
+        return range.begin;
+    ++myDepth;
+    std::size_t end = range.begin;
+    switch (myManager.getDatatypeEnum(datatype.name))
+    {
+        case DtDatatypeManager::DtDatatypeFixed:
+        case DtDatatypeManager::DtDatatypeComplex:
+            cutRecord(datatype, range, delimiter, follow, false, &end);
+            break;
+        case DtDatatypeManager::DtDatatypeArray:
+            end = endOfArray(datatype, range, delimiter, follow);
+            break;
+        default:
+            end = endOfSingle(datatype, range, follow, isElement);
+            break;
+    }
+    --myDepth;
+    return end;
+}
+
+std::size_t TextCutter::endOfSingle(const ResolvedDatatype& datatype, Range range,
+                                    std::string_view follow, bool isElement) const
+{
+    const auto isEnd = [&](std::size_t place)
+    {
+        return place >= range.end || startsAt(place, range.end, follow) ||
+               (isElement && myText[place] == '[');
+    };
+    // A character may be the delimiter itself, which then stands in front of another one.
+    if (isCharacter(datatype) && range.begin < range.end && isEnd(range.begin + 1))
+        return range.begin + 1;
+    std::size_t place = range.begin;
+    while (!isEnd(place)) ++place;
+    return place;
+}
+
+std::size_t TextCutter::endOfArray(ResolvedDatatype& datatype, Range range,
+                                   const DtString& delimiter, std::string_view follow)
+{
+    const DtArrayDatatypeNode* const node = myResolver.array(datatype);
+    if (!node || mostElements(*node) == 0) return range.begin;
+    const bool isAtEnd = range.begin == range.end || startsAt(range.begin, range.end, follow);
+    if (isAtEnd && !hasFixedCount(*node)) return range.begin;
+    ResolvedDatatype& element = myResolver.component(datatype, 0, *node);
+    return endOfGroups(endOf(element, range, delimiter, follow, true), range.end);
+}
+
+std::size_t TextCutter::endOfGroups(std::size_t from, std::size_t limit) const
+{
+    while (from < limit && !myPartners.empty() && myText[from] == '[' && myPartners[from] < limit)
+        from = myPartners[from] + 1;
+    return from;
+}
+
+// Behind the wrapper that begins here, wrapped parts inside it included; no place without one.
+std::size_t TextCutter::endOfWrapper(Range range) const
+{
+    const std::string_view open = mySettings.wrapperOpen.view();
+    const std::string_view close = mySettings.wrapperClose.view();
+    if (open.empty() || close.empty() || !startsAt(range.begin, range.end, open)) return theNoPlace;
+    int depth = 0;
+    for (std::size_t place = range.begin; place < range.end;)
+    {
+        if (startsAt(place, range.end, close) && (open != close || depth == 1))
+        {
+            place += close.size();
+            if (--depth == 0) return place;
+        }
+        else if (startsAt(place, range.end, open))
+        {
+            place += open.size();
+            ++depth;
+        }
+        else
+        {
+            ++place;
+        }
+    }
+    return theNoPlace;
+}
+
+// Arrays.
+
+bool TextCutter::hasFixedCount(const DtArrayDatatypeNode& node)
+{
+    switch (node.getCardinalityType())
+    {
+        case 2:
+        case 3:
+        case 4:
+        case 5:
+        case 6:
+        case 7:
+        case 8:
+        case 10:
+            return false;
+        default:
+            return true;
+    }
+}
+
+std::int64_t TextCutter::mostElements(const DtArrayDatatypeNode& node)
+{
+    switch (node.getCardinalityType())
+    {
+        case 1:
+            return std::max(node.getCardinalityMinimum(), 0);
+        case 2:
+            return std::max(node.getCardinalityMaximum(), 0);
+        case 3:
+        case 5:
+        case 6:
+            return 0;
+        case 4:
+        case 7:
+        case 8:
+        case 10:
+            return std::numeric_limits<std::int32_t>::max();
+        default:
+            return 1;
+    }
+}
+
+std::vector<TextPiece> TextCutter::elements(ResolvedDatatype& element, std::string_view text,
+                                            const DtString& delimiter, std::int64_t most)
+{
+    takeText(text);
+    std::vector<TextPiece> pieces;
+    Range range{0, text.size()};
+    const DtString* serving = &delimiter;
+    const auto add = [&](std::size_t begin, std::size_t end) {
+        pieces.push_back({&element, text.substr(begin, end - begin), serving, nullptr});
+    };
+    const bool areCharacters = isCharacter(element);
+    if (areCharacters && isPlain(text))
+    {
+        const std::size_t count = std::min(text.size(), static_cast<std::size_t>(most));
+        for (std::size_t at = 0; at < count; ++at) add(at, at + 1);
+        return pieces;
+    }
+    if (areCharacters && isEveryThirdABracket(range))
+    {
+        for (std::size_t at = 0; 3 * at < text.size() + 2; ++at) add(2 * at, 2 * at + 1);
+        return pieces;
+    }
+    const Groups groups = groupsOf(element, 0);
+    while (static_cast<std::int64_t>(pieces.size()) + 1 < most)
+    {
+        const std::size_t split = splitBeforeRest(element, groups, range, *serving);
+        if (split == theNoPlace) break;
+        add(range.begin, split);
+        range = {split + 1, range.end - 1};
+        serving = &myRenderer.delimiterOf(element.name, *serving);
+    }
+    if (most > 0) add(range.begin, range.end);
+    return pieces;
+}
+
+bool TextCutter::isPlain(std::string_view text)
+{
+    return text.size() > 1 && bracketPartners(text).empty();
+}
+
+// Characters may be brackets: then only the form x[x[x]] tells, as a whole.
+bool TextCutter::isEveryThirdABracket(Range range) const
+{
+    const std::size_t length = range.end - range.begin;
+    if (length % 3 != 1) return false;
+    const std::size_t count = (length + 2) / 3;
+    for (std::size_t at = 1; at < count; ++at)
+        if (myText[range.begin + 2 * at - 1] != '[' || myText[range.end - at] != ']') return false;
+    return true;
+}
+
+// The place of the bracket that opens the rest of the chain; no place if this is the last element.
+std::size_t TextCutter::splitBeforeRest(const ResolvedDatatype& element, Groups groups, Range range,
+                                        const DtString& delimiter) const
+{
+    const auto openOf = [&](std::size_t end)
+    {
+        const bool isGroup = end > range.begin && !myPartners.empty() && myText[end - 1] == ']';
+        const std::size_t open = isGroup ? myPartners[end - 1] : theNoPlace;
+        return open != theNoPlace && open >= range.begin ? open : theNoPlace;
+    };
+    const std::size_t open = openOf(range.end);
+    if (open == theNoPlace || open == range.begin) return open;
+    int count = 1;
+    std::size_t first = open;
+    while (count <= groups.most && openOf(first) != theNoPlace)
+    {
+        first = openOf(first);
+        ++count;
+    }
+    if (first == range.begin || count > groups.most) return open;
+    if (count <= groups.least) return theNoPlace;
+    // It could also be the rest of an array that the element ends in. A record has a delimiter in
+    // front of that array.
+    if (!element.fixed.node && !element.complex.node) return open;
+    const std::size_t inner = std::min(myText.find('[', open + 1), range.end - 1);
+    const std::string_view head = myText.substr(open + 1, inner - open - 1);
+    return head.find(delimiter.view()) == theNoPlace ? theNoPlace : open;
+}
+
+TextCutter::Groups TextCutter::groupsOf(ResolvedDatatype& datatype, int depth)
+{
+    if (depth >= DecodingBounds::theDeepest) return {0, 0};
+    const auto kind = myManager.getDatatypeEnum(datatype.name);
+    if (kind == DtDatatypeManager::DtDatatypeFixed || kind == DtDatatypeManager::DtDatatypeComplex)
+    {
+        const std::vector<Field> fields = fieldsOf(datatype);
+        if (fields.empty()) return {0, 0};
+        const std::size_t last = fields.size() - 1;
+        const Groups groups =
+            groupsOf(myResolver.component(datatype, last, *fields[last].node), depth + 1);
+        return {groups.least, groups.most + (fields[last].component ? 1 : 0)};
+    }
+    if (kind != DtDatatypeManager::DtDatatypeArray) return {0, 0};
+    const DtArrayDatatypeNode* const node = myResolver.array(datatype);
+    const std::int64_t most = node ? mostElements(*node) : 0;
+    if (most == 0) return {0, 0};
+    const Groups groups = groupsOf(myResolver.component(datatype, 0, *node), depth + 1);
+    if (most == 1) return groups;
+    return {groups.least + (hasFixedCount(*node) ? 1 : 0), groups.most + 1};
+}
+
+}  // namespace omt

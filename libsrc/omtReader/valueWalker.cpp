@@ -1,0 +1,904 @@
+// SPDX-License-Identifier: Apache-2.0
+// The walk over a value's octets, one function for each kind of datatype.
+//
+// What is read, in the order of the octets; "pad" is the implicit padding of a datatype and stands
+// in front of every value, nothing while padding is off:
+//
+//   value      pad, then by kind: simple and enumerated as their representation reads
+//   fixed      the value of every field
+//   variant    the line of the discriminant, the padding of the variant's own datatype, the value
+//   of
+//              the alternative that bears the discriminant's text
+//   array      with a count in front (variable, bits): 4 octets, the element's padding as of the
+//              array's own offset; then the elements
+//   complex    for every component as many values as its cardinality and condition give
+#include "omtReader/valueWalker.h"
+
+#include "omtReader/alternativeComponentNode.h"
+#include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/arrayDatatypeRep.h"
+#include "omtReader/complexDatatypeNode.h"
+#include "omtReader/datatypeFedNode.h"
+#include "omtReader/definedDatatypeRep.h"
+#include "omtReader/enumDatatypeRep.h"
+#include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/hexDatatypeRep.h"
+#include "omtReader/intDatatypeRep.h"
+#include "omtReader/stringTree.h"
+#include "omtReader/variantDatatypeNode.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <typeinfo>
+
+namespace omt
+{
+namespace
+{
+
+constexpr int theCountSize = 4;
+
+/// Adds octet counts; what is too large stays the largest.
+void addTo(int& sum, std::int64_t count)
+{
+    constexpr std::int64_t theLargest = std::numeric_limits<int>::max();
+    sum = static_cast<int>(std::clamp(sum + count, -theLargest, theLargest));
+}
+
+unsigned int offsetBehind(unsigned int offset, int octets)
+{
+    return offset + static_cast<unsigned int>(octets);
+}
+
+bool isPaddingShown()
+{
+    return DtNotifyLevel() >= DtMessageLevel::debug;
+}
+
+}  // namespace
+
+/// The time between entry and return of one operation. The outermost one copies the value; so does
+/// one that a host calls in between with octets of its own.
+class ValueWalker::Call
+{
+public:
+    Call(ValueWalker& walker, Value& value) : myWalker(walker), myConsumed(value.consumed)
+    {
+        if (!value.data) return;
+        if (walker.myOpenViews > 0 && walker.myViews[walker.myOpenViews - 1].holds(value.data))
+            return;
+        if (walker.myViews.size() == walker.myOpenViews) walker.myViews.emplace_back();
+        ValueOctets& view = walker.myViews[walker.myOpenViews];
+        view.copy(value.data, value.length);
+        if (walker.myOpenViews == 0)
+        {
+            walker.myBounds.start(walker.mySettings.nodeLimit, view.length());
+            walker.myDepth = 0;
+        }
+        ++walker.myOpenViews;
+        value.data = view.begin();
+        myIsOpener = true;
+    }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+    ~Call()
+    {
+        if (!myIsOpener || --myWalker.myOpenViews > 0) return;
+        if (myWalker.myBounds.isPast()) myConsumed = -1;
+        myWalker.myResolver.release();
+    }
+
+private:
+    ValueWalker& myWalker;
+    int& myConsumed;
+    bool myIsOpener = false;
+};
+
+/// Links the elements of an array below a node, in the order in which they come.
+class ValueWalker::Chain
+{
+public:
+    explicit Chain(DtStringTree& parent) : myParent(parent), myLast(parent.firstChild()) {}
+
+    void add(DtStringTree* element)
+    {
+        if (!element) return;
+        // From the last one on, appending takes no walk; a host's own nodes are asked from the
+        // first.
+        DtStringTree* const first = myParent.firstChild();
+        if (!first)
+            myParent.setFirstChild(element);
+        else
+            (typeid(*first) == typeid(DtStringTree) ? myLast : first)->appendToArray(element);
+        myLast = element;
+    }
+
+private:
+    DtStringTree& myParent;
+    DtStringTree* myLast;
+};
+
+// Lines.
+
+DtString ValueWalker::line(const DtString& datatype, Value value)
+{
+    value.consumed = 0;
+    if (!value.data) return DtString();
+    const Call call(*this, value);
+    ResolvedDatatype& resolved = myResolver.find(datatype);
+    DtString text;
+    switch (kindOf(resolved))
+    {
+        case DtDatatypeManager::DtDatatypeSimple:
+        case DtDatatypeManager::DtDatatypeDefined:
+            myManager.getDatatypeRep(resolved.name, value.data, value.length, value.consumed, text);
+            if (value.consumed == 0 && value.length != 0)
+                myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+            return text;
+        case DtDatatypeManager::DtDatatypeEnumerated:
+            myManager.getEnumRep(resolved.name, value.data, value.length, value.consumed, text);
+            return text;
+        case DtDatatypeManager::DtDatatypeComplex:
+        case DtDatatypeManager::DtDatatypeArray:
+        case DtDatatypeManager::DtDatatypeFixed:
+            return wrappedLine(resolved, value);
+        case DtDatatypeManager::DtDatatypeVariant:
+            myManager.getVariantRep(resolved.name, value.data, value.length, value.consumed, text);
+            return text;
+        case DtDatatypeManager::DtDatatypeUnknown:
+            break;
+    }
+    myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+    return text;
+}
+
+DtString ValueWalker::wrappedLine(ResolvedDatatype& datatype, Value value)
+{
+    DtString line = mySettings.wrapperOpen;
+    line += renderedLine(datatype.name, value);
+    line += mySettings.wrapperClose;
+    return line;
+}
+
+DtString ValueWalker::renderedLine(const DtString& datatype, Value value)
+{
+    const std::unique_ptr<DtStringTree> tree(myManager.createStringTreeRep(
+        datatype, value.data, value.length, value.consumed, nullptr, 0, nullptr, nullptr));
+    if (!tree) return DtString();
+    const DtString& delimiter = myManager.getDelimiterMap(tree->datatype(), nullptr);
+    return myManager.convertStringTreeToString(tree.get(), delimiter);
+}
+
+DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
+{
+    value.consumed = 0;
+    if (!value.data) return DtString();
+    const Call call(*this, value);
+    if (!hasAttributeMapping(node.getName()))
+        return myManager.getStringRep(myResolver.of(node).name, value.data, value.length,
+                                      value.consumed);
+    DtString text;
+    myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
+    if (value.consumed == 0 && value.length != 0)
+        myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+    return text;
+}
+
+DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
+{
+    value.consumed = 0;
+    if (!value.data) return DtString();
+    const Call call(*this, value);
+    const int minimum = node.getCardinalityMinimum();
+    const int maximum = std::max(node.getCardinalityMaximum(), minimum);
+    const bool isUnlimited = node.getCardinalityType() == 1;
+    DtString text;
+    // The counter runs down, on purpose: once a value was read, the maximum stops nothing.
+    int count = 0;
+    while (value.consumed < value.length && (count < maximum || isUnlimited))
+    {
+        if (!text.empty()) text += myManager.getDelimiterMap(node.getName(), nullptr);
+        if (hasAttributeMapping(node.getName()))
+        {
+            DtString whole;
+            myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed,
+                                      whole);
+            text += whole;
+            break;
+        }
+        int valueConsumed = 0;
+        text += myManager.getStringRep(node.getDatatype(), advance(value.data, value.consumed),
+                                       value.length - value.consumed, valueConsumed);
+        addTo(value.consumed, valueConsumed);
+        if (valueConsumed == 0) break;
+        --count;
+        if (valueConsumed < 0) break;
+    }
+    if (count < minimum)
+        DtWarn << "When collecting components for " << node.getDatatype() << " expected minimum of "
+               << minimum << " but only found " << count << "\n";
+    return text;
+}
+
+// Trees.
+
+DtStringTree* ValueWalker::tree(const DtString& datatype, Value value, const DtOMTNode* keyNode,
+                                unsigned int offset, DtStringTree* root, DtObjectHistory* history)
+{
+    value.consumed = 0;
+    if (!value.data) return nullptr;
+    const Call call(*this, value);
+    return build(myResolver.find(datatype), value, keyNode, offset, root, history);
+}
+
+DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, Value value, const DtOMTNode* keyNode,
+                                 unsigned int offset, DtStringTree* root, DtObjectHistory* history)
+{
+    value.consumed = 0;
+    if (!myBounds.allowNode(datatype.name, offset, myDepth + 1))
+    {
+        value.consumed = -1;
+        return nullptr;
+    }
+    const int padding = paddingBefore(datatype, offset);
+    if (padding > 0)
+    {
+        value.data = advance(value.data, padding);
+        offset = offsetBehind(offset, padding);
+        if (isPaddingShown())
+            DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
+                    << "\n";
+    }
+    const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
+    auto node = std::make_unique<DtStringTree>(key, datatype.name, offset);
+    // The length stays as it was, on purpose: padding is not taken off it.
+    fill(datatype, value, *node, root ? root : node.get(), history);
+    if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
+    return node.release();
+}
+
+int ValueWalker::paddingBefore(ResolvedDatatype& datatype, unsigned int offset)
+{
+    if (!isAlone || (mySettings.isPaddingImplicit && datatype.alignment == 0))
+        return myManager.implicitPadding(offset, datatype.name);
+    if (!mySettings.isPaddingImplicit) return 0;
+    const auto alignment = static_cast<unsigned int>(datatype.alignment);
+    return static_cast<int>((alignment - offset % alignment) % alignment);
+}
+
+DtDatatypeManager::DtDatatypeEnum ValueWalker::kindOf(ResolvedDatatype& datatype)
+{
+    return isAlone && datatype.kind ? *datatype.kind : myManager.getDatatypeEnum(datatype.name);
+}
+
+void ValueWalker::simpleText(ResolvedDatatype& datatype, Value value, DtString& text)
+{
+    if (isAlone && datatype.rep)
+        represent(*datatype.rep, datatype.name, value, text);
+    else
+        myManager.getDatatypeRep(datatype.name, value.data, value.length, value.consumed, text);
+}
+
+void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype, Value value,
+                       const Place& place)
+{
+    ++myDepth;
+    if (isAlone)
+        (this->*ours)(datatype, value, place);
+    else
+        (myManager.*managers)(datatype.name, value.data, value.length, value.consumed, place.parent,
+                              place.root, place.offset, place.history);
+    --myDepth;
+}
+
+void ValueWalker::fill(ResolvedDatatype& datatype, Value value, DtStringTree& node,
+                       DtStringTree* root, DtObjectHistory* history)
+{
+    using Manager = DtDatatypeManager;
+    const Place place{&node, root, node.offset(), history};
+    DtString text;
+    switch (kindOf(datatype))
+    {
+        case Manager::DtDatatypeSimple:
+            simpleText(datatype, value, text);
+            // Unlike for a line, where a count of 0 is what calls for it; both on purpose.
+            if (value.length != 0 && value.consumed == -1)
+                myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+            break;
+        case Manager::DtDatatypeEnumerated:
+            myManager.getEnumRep(datatype.name, value.data, value.length, value.consumed, text);
+            break;
+        case Manager::DtDatatypeComplex:
+            return walk(&ValueWalker::walkComplex, &Manager::createComplexTreeRep, datatype, value,
+                        place);
+        case Manager::DtDatatypeArray:
+            return walk(&ValueWalker::walkArray, &Manager::createArrayTreeRep, datatype, value,
+                        place);
+        case Manager::DtDatatypeVariant:
+            return walk(&ValueWalker::walkVariant, &Manager::createVariantTreeRep, datatype, value,
+                        place);
+        case Manager::DtDatatypeFixed:
+            return walk(&ValueWalker::walkFixed, &Manager::createFixedTreeRep, datatype, value,
+                        place);
+        case Manager::DtDatatypeDefined:
+            return walk(&ValueWalker::walkDefined, &Manager::createDefinedTreeRep, datatype, value,
+                        place);
+        case Manager::DtDatatypeUnknown:
+            myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+            break;
+    }
+    node.setValue(std::move(text));
+}
+
+// A part of a value, which may have a mapping of its own.
+DtStringTree* ValueWalker::treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
+                                  Value value, unsigned int offset, DtStringTree* root,
+                                  DtObjectHistory* history)
+{
+    if (isAlone && mySettings.attributeMappings.empty())
+        return build(datatype, value, &node, offset, root, history);
+    return myManager.createStringTreeRep(myResolver.expect(node, datatype), value.data,
+                                         value.length, value.consumed, offset, root, history);
+}
+
+DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsigned int offset,
+                                DtStringTree* root, DtObjectHistory* history)
+{
+    value.consumed = 0;
+    if (!value.data) return nullptr;
+    const Call call(*this, value);
+    ResolvedDatatype& resolved = myResolver.of(node);
+    if (!hasAttributeMapping(node.getName()))
+        return myManager.createStringTreeRep(resolved.name, value.data, value.length,
+                                             value.consumed, &node, offset, root, history);
+    if (!myBounds.allowNode(resolved.name, offset, myDepth))
+    {
+        value.consumed = -1;
+        return nullptr;
+    }
+    DtString text;
+    myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
+    if (value.consumed == 0 && value.length != 0)
+        myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+    auto child = std::make_unique<DtStringTree>(node.getName(), node.getDatatype(), offset);
+    child->setValue(std::move(text));
+    return child.release();
+}
+
+DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsigned int offset,
+                                DtObjectHistory* history)
+{
+    value.consumed = 0;
+    if (!value.data) return nullptr;
+    const Call call(*this, value);
+    if (hasAttributeMapping(node.getName()))
+    {
+        DtOMTDatatypeNode component;
+        component.setName(node.getName());
+        component.setDatatype(node.getDatatype());
+        return myManager.createStringTreeRep(component, value.data, value.length, value.consumed,
+                                             offset, nullptr, history);
+    }
+    const int minimum = node.getCardinalityMinimum();
+    const bool isOpen =
+        node.getCardinalityType() == 1 || std::max(node.getCardinalityMaximum(), minimum) > 0;
+    std::unique_ptr<DtStringTree> holder = std::make_unique<DtStringTree>();
+    Chain chain(*holder);
+    int count = 0;
+    while (isOpen && value.consumed < value.length)
+    {
+        int valueConsumed = 0;
+        chain.add(myManager.createStringTreeRep(
+            node.getDatatype(), advance(value.data, value.consumed), value.length - value.consumed,
+            valueConsumed, &node, offsetBehind(offset, value.consumed), holder->firstChild(),
+            history));
+        if (valueConsumed < 0) value.consumed = -1;
+        if (valueConsumed <= 0) break;
+        addTo(value.consumed, valueConsumed);
+        ++count;
+    }
+    if (value.consumed >= 0 && count < minimum)
+        DtWarn << "When collecting components for " << node.getDatatype() << " expected minimum of "
+               << minimum << " but only found " << count << "\n";
+    DtStringTree* const first = holder->firstChild();
+    holder->setFirstChild(nullptr);
+    return first;
+}
+
+// Single values.
+
+bool ValueWalker::hasAttributeMapping(const DtString& name) const
+{
+    return !mySettings.attributeMappings.empty() &&
+           mySettings.attributeMappings.find(name) != mySettings.attributeMappings.end();
+}
+
+void ValueWalker::represent(const DtDatatypeRep& rep, const DtString& name, Value value,
+                            DtString& text)
+{
+    value.consumed = 0;
+    text = rep.stringRep(value.data, &value.consumed);
+    if (value.consumed > 0 || !value.data) return;
+    // It may have looked far ahead without getting on, and be asked again at the same place.
+    if (!myBounds.allowWork(octetsToZero(value.data, value.length), name)) value.consumed = -1;
+}
+
+// No more than `length`; behind the value there are zeros.
+std::int64_t ValueWalker::octetsToZero(const void* from, int length) const
+{
+    const ValueOctets& view = myViews[myOpenViews - 1];
+    const auto* const begin = static_cast<const char*>(from);
+    const std::int64_t left =
+        std::clamp<std::int64_t>(view.begin() + view.length() - begin, 0, std::max(length, 0));
+    const void* const zero = std::memchr(begin, 0, static_cast<std::size_t>(left));
+    return zero ? static_cast<const char*>(zero) - begin : left;
+}
+
+void ValueWalker::mapped(const DtString& datatype, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = -1;
+    const Call call(*this, value);
+    const ResolvedDatatype& resolved = myResolver.find(datatype);
+    if (resolved.rep) represent(*resolved.rep, resolved.name, value, text);
+}
+
+void ValueWalker::attribute(const DtString& name, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = -1;
+    const Call call(*this, value);
+    const auto mapping = mySettings.attributeMappings.find(name);
+    if (mapping == mySettings.attributeMappings.end()) return;
+    const DtDatatypeRep* const rep = mySettings.registered(mapping->second);
+    if (rep) represent(*rep, name, value, text);
+}
+
+void ValueWalker::hexadecimal(Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = 0;
+    const Call call(*this, value);
+    if (!value.data) return;
+    // A manager that was never filled shows octets all the same.
+    static const DtHexDatatypeRep theHex;
+    const DtDatatypeRep* const registered = mySettings.registered("hex");
+    const DtDatatypeRep& rep = registered ? *registered : theHex;
+    while (value.consumed < value.length)
+    {
+        int pieceConsumed = 0;
+        const DtString piece = rep.stringRep(advance(value.data, value.consumed), &pieceConsumed);
+        if (value.consumed > 0) text += ' ';
+        text += piece;
+        if (pieceConsumed <= 0) break;
+        addTo(value.consumed, pieceConsumed);
+    }
+}
+
+void ValueWalker::enumerated(const DtString& datatype, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = -1;
+    const Call call(*this, value);
+    ResolvedDatatype& resolved = myResolver.find(datatype);
+    if (!resolved.rep) return;
+    const std::int64_t number = enumeratorNumber(*resolved.rep, value, text);
+    // 32 bits are looked up as they are, with and without a sign.
+    constexpr std::int64_t theLowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int64_t theHighest = std::numeric_limits<std::uint32_t>::max();
+    if (!text.empty() || number < theLowest || number > theHighest) return;
+    const auto bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
+    const DtString* const name = myResolver.enumerator(resolved, bits);
+    text = name ? *name : DtString(static_cast<long long>(number));
+}
+
+// The text is set only where it is no number, or none that an enumerator could have.
+std::int64_t ValueWalker::enumeratorNumber(const DtDatatypeRep& rep, Value value, DtString& text)
+{
+    value.consumed = 0;
+    if (const auto* const enumeration = dynamic_cast<const DtEnumDatatypeRep*>(&rep))
+        return enumeration->enumVal(value.data, &value.consumed);
+    double number = 0.0;
+    if (const auto* const hexadecimal = dynamic_cast<const DtHexDatatypeRep*>(&rep))
+    {
+        number = hexadecimal->numberRep(value.data, &value.consumed);
+    }
+    else
+    {
+        bool isWhole = false;
+        represent(rep, rep.datatype(), value, text);
+        number = text.toDouble(&isWhole);
+        if (!isWhole) return 0;
+    }
+    constexpr double theLimit = 9e15;
+    if (!(number >= -theLimit && number <= theLimit) || number != std::floor(number)) return 0;
+    text = DtString();
+    return static_cast<std::int64_t>(number);
+}
+
+void ValueWalker::variantLine(const DtString& datatype, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = 0;
+    if (!value.data) return;
+    const Call call(*this, value);
+    text = renderedLine(datatype, value);
+}
+
+void ValueWalker::arrayLine(const DtString& datatype, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = -1;
+    const Call call(*this, value);
+    ResolvedDatatype& resolved = myResolver.find(datatype);
+    DtArrayDatatypeNode* const node = myResolver.array(resolved);
+    if (dynamic_cast<const DtArrayDatatypeRep*>(resolved.rep))
+        myManager.getArrayRepBySize(resolved.name, value.data, value.length, value.consumed, text);
+    else if (node)
+        myManager.getArrayRepByCount(node, value.data, value.length, value.consumed, text);
+}
+
+void ValueWalker::arrayLineBySize(const DtString& datatype, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = -1;
+    const Call call(*this, value);
+    const DtDatatypeRep* const mapped = myResolver.find(datatype).rep;
+    if (const auto* const rep = dynamic_cast<const DtArrayDatatypeRep*>(mapped))
+        text = rep->stringRep(value.data, std::max(value.length, 0), &value.consumed);
+    else
+        myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+}
+
+void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text)
+{
+    text = DtString();
+    value.consumed = 0;
+    if (!value.data) return;
+    const Call call(*this, value);
+    DtStringTree parent;
+    parent.setDatatype(node.getName());
+    countedArray(node, value, {&parent, &parent, 0, nullptr});
+    text = myManager.convertStringTreeToString(&parent,
+                                               myManager.getDelimiterMap(node.getName(), nullptr));
+}
+
+// Records.
+
+void ValueWalker::fixed(const DtString& datatype, Value value, const Place& place)
+{
+    const Call call(*this, value);
+    walkFixed(myResolver.find(datatype), value, place);
+}
+
+void ValueWalker::walkFixed(ResolvedDatatype& resolved, Value value, const Place& place)
+{
+    DtFixedDatatypeNode* const node = myResolver.fixed(resolved);
+    if (!node) return;
+    value.consumed = 0;
+    DtStringTree* last = nullptr;
+    std::size_t at = 0;
+    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
+    {
+        const DtOMTDatatypeNode& field = **it;
+        int fieldConsumed = -1;
+        std::unique_ptr<DtStringTree> child;
+        if (value.consumed <= value.length)
+            child.reset(treeOf(
+                field, myResolver.component(resolved, at, field),
+                {advance(value.data, value.consumed), value.length - value.consumed, fieldConsumed},
+                offsetBehind(place.offset, value.consumed), place.root, place.history));
+        if (fieldConsumed < 0)
+        {
+            value.consumed = -1;
+            return;
+        }
+        addTo(value.consumed, fieldConsumed);
+        if (!child) continue;
+        if (last)
+            last->setNextSibling(child.get());
+        else
+            place.parent->setFirstChild(child.get());
+        last = child.release();
+    }
+}
+
+void ValueWalker::variant(const DtString& datatype, Value value, const Place& place)
+{
+    const Call call(*this, value);
+    walkVariant(myResolver.find(datatype), value, place);
+}
+
+void ValueWalker::walkVariant(ResolvedDatatype& resolved, Value value, const Place& place)
+{
+    DtVariantDatatypeNode* const node = myResolver.variant(resolved);
+    if (!node) return;
+    DtString text =
+        myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
+                               value.data, value.length, value.consumed);
+    // At the discriminant's size and not at its place, on purpose.
+    auto* const discriminant = new DtStringTree(node->getDiscriminant(), node->getDatatype(),
+                                                static_cast<unsigned int>(value.consumed));
+    place.parent->setFirstChild(discriminant);
+    const int padding = myManager.implicitPadding(place.offset, resolved.name);
+    if (padding > 0) addTo(value.consumed, padding);
+
+    std::size_t at = 1;
+    const auto end = node->getComponentNodeEnd();
+    auto it = node->getComponentNodeList();
+    for (; it != end && (*it)->getEnumerator() != text; ++it) ++at;
+    discriminant->setValue(std::move(text));
+    if (it == end) return;
+    int alternativeConsumed = 0;
+    discriminant->setNextSibling(treeOf(
+        **it, myResolver.component(resolved, at, **it),
+        {advance(value.data, value.consumed), value.length - value.consumed, alternativeConsumed},
+        offsetBehind(place.offset, value.consumed), place.root, place.history));
+    // Added as it is, on purpose, a -1 too.
+    addTo(value.consumed, alternativeConsumed);
+}
+
+void ValueWalker::defined(const DtString& datatype, Value value, const Place& place)
+{
+    const Call call(*this, value);
+    walkDefined(myResolver.find(datatype), value, place);
+}
+
+void ValueWalker::walkDefined(ResolvedDatatype& resolved, Value value, const Place& place)
+{
+    const DtDatatypeRep* const mapped = resolved.rep;
+    if (!mapped) return;
+    DtString text;
+    if (const auto* const rep = dynamic_cast<const DtDefinedDatatypeRep*>(mapped))
+    {
+        text = rep->stringRep(value.data, &value.consumed, place.history);
+        place.parent->setFirstChild(rep->createTreeRep(value.data, nullptr, place.history));
+    }
+    else
+    {
+        myManager.getDefaultRep(value.data, value.length, value.consumed, text);
+    }
+    place.parent->setValue(std::move(text));
+}
+
+// Arrays.
+
+void ValueWalker::array(const DtString& datatype, Value value, const Place& place)
+{
+    const Call call(*this, value);
+    walkArray(myResolver.find(datatype), value, place);
+}
+
+void ValueWalker::walkArray(ResolvedDatatype& resolved, Value value, const Place& place)
+{
+    if (DtArrayDatatypeNode* const node = myResolver.array(resolved))
+        countedArray(*node, value, place);
+}
+
+namespace
+{
+
+/// The forms of an array's cardinality, see DtArrayDatatypeNode::getCardinalityType().
+enum ArrayForm
+{
+    theFixedForm = 1,
+    theBoundedForm = 2,
+    theZeroEndedForm = 4,
+    thePaddingForm = 5,
+    theBitForm = 7,
+    theLengthlessForm = 8,
+    theVariableForm = 10
+};
+
+}  // namespace
+
+// Ends where the octets end. A -1 is not passed on, on purpose.
+void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, Value value, const Place& place)
+{
+    Chain chain(*place.parent);
+    value.consumed = 0;
+    ResolvedDatatype& element = myResolver.find(node.getDatatype());
+    while (value.consumed < value.length)
+    {
+        int elementConsumed = 0;
+        chain.add(treeOf(
+            node, element,
+            {advance(value.data, value.consumed), value.length - value.consumed, elementConsumed},
+            offsetBehind(place.offset, value.consumed), place.parent->firstChild(), place.history));
+        if (elementConsumed <= 0) break;
+        addTo(value.consumed, elementConsumed);
+    }
+}
+
+void ValueWalker::countedArray(DtArrayDatatypeNode& node, Value value, const Place& place)
+{
+    const int form = node.getCardinalityType();
+    if (form == theLengthlessForm) return lengthlessArray(node, value, place);
+    const int count =
+        myManager.getArrayDatatypeCount(&node, value.data, value.length, place.root, nullptr);
+    if (form == theBitForm || form == theVariableForm)
+    {
+        value.consumed = theCountSize;
+        // As of the offset of the array, not of the place behind the count, on purpose.
+        const int padding = myManager.implicitPadding(place.offset, node.getDatatype());
+        if (padding > 0) addTo(value.consumed, padding);
+    }
+    const bool mayBeEmpty = form == theBoundedForm && node.getCardinalityMinimum() == 0;
+    if (mayBeEmpty && value.length == 0) return;
+    const std::int64_t found = elements(node, value, place, count);
+    const bool isEnough =
+        found < count && form == theFixedForm && node.getCardinalityMinimum() <= found;
+    const bool isBoundedEnough = form == theBoundedForm && value.consumed == value.length &&
+                                 node.getCardinalityMinimum() <= found;
+    if (found != count && !isEnough && !isBoundedEnough) value.consumed = -1;
+}
+
+// Gives how many there are: for a form that ends at a zero, in octets.
+std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, Value value, const Place& place,
+                                   std::int64_t count)
+{
+    const int form = node.getCardinalityType();
+    Chain chain(*place.parent);
+    ResolvedDatatype& element = myResolver.find(node.getDatatype());
+    std::int64_t found = 0;
+    while (found < count)
+    {
+        int elementConsumed = 0;
+        chain.add(treeOf(
+            node, element,
+            {advance(value.data, value.consumed), value.length - value.consumed, elementConsumed},
+            offsetBehind(place.offset, value.consumed), place.parent->firstChild(), place.history));
+        addTo(value.consumed, elementConsumed);
+        found += form == theZeroEndedForm ? elementConsumed : 1;
+        if (elementConsumed < 0) return -1;
+        if (value.consumed >= value.length) break;
+    }
+    return found;
+}
+
+int ValueWalker::arrayCount(const DtArrayDatatypeNode& node, const void* data, int length)
+{
+    switch (node.getCardinalityType())
+    {
+        case theFixedForm:
+        case thePaddingForm:
+            return node.getCardinalityMinimum();
+        case theBoundedForm:
+            return node.getCardinalityMaximum();
+        case 3:
+        case 6:
+            return 0;
+        case theLengthlessForm:
+            return std::numeric_limits<int>::max();
+        default:
+            break;
+    }
+    int ignored = 0;
+    Value value{data, length, ignored};
+    if (!data) return 0;
+    const Call call(*this, value);
+    switch (node.getCardinalityType())
+    {
+        case theZeroEndedForm:
+        {
+            const int count = static_cast<int>(octetsToZero(value.data, length));
+            myBounds.allowWork(count, node.getName());
+            return count < length ? count + 1 : count;
+        }
+        case theBitForm:
+        {
+            const int bits = DtIntDatatypeRep::intValFromBuffer(value.data);
+            return bits > 1 ? (bits - 1) / 8 + 1 : bits;
+        }
+        case theVariableForm:
+            return DtIntDatatypeRep::intValFromBuffer(value.data);
+        default:
+            return 1;
+    }
+}
+
+// HLA 1.3 records.
+
+void ValueWalker::complex(const DtString& datatype, Value value, const Place& place)
+{
+    const Call call(*this, value);
+    walkComplex(myResolver.find(datatype), value, place);
+}
+
+void ValueWalker::walkComplex(ResolvedDatatype& resolved, Value value, const Place& place)
+{
+    DtComplexDatatypeNode* const node = myResolver.complex(resolved);
+    if (!node) return;
+    value.consumed = 0;
+    DtStringTree* last = nullptr;
+    std::size_t at = 0;
+    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
+    {
+        componentValues(**it, myResolver.component(resolved, at, **it), value, place, last);
+        if (value.consumed > value.length) value.consumed = -1;
+        if (value.consumed < 0) return;
+    }
+}
+
+void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
+                                  Value value, const Place& place, DtStringTree*& last)
+{
+    constexpr int thePaddingComponent = 6;
+    const int boundary = node.getCardinalityMaximum();
+    if (node.getCardinalityType() == thePaddingComponent && boundary > 1)
+        addTo(value.consumed, (boundary - value.consumed % boundary) % boundary);
+    const int count =
+        myManager.getComplexDatatypeCount(&node, advance(value.data, value.consumed),
+                                          value.length - value.consumed, place.root, place.parent);
+    const int minimum = std::min(node.getCardinalityMinimum(), count);
+    DtStringTree* first = nullptr;
+    DtStringTree* latest = nullptr;
+    for (int found = 0; found < count; ++found)
+    {
+        if (found >= minimum && value.consumed >= value.length) return;
+        int valueConsumed = 0;
+        DtStringTree* const child = treeOf(
+            node, datatype,
+            {advance(value.data, value.consumed), value.length - value.consumed, valueConsumed},
+            offsetBehind(place.offset, value.consumed), place.root, place.history);
+        if (child && first)
+            latest->appendToArray(child);
+        else if (child && last)
+            last->setNextSibling(child);
+        else if (child)
+            place.parent->setFirstChild(child);
+        if (child && !first) last = first = child;
+        if (child) latest = child;
+        addTo(value.consumed, valueConsumed);
+        if (valueConsumed < 0 || value.consumed > value.length) value.consumed = -1;
+        if (value.consumed < 0 || valueConsumed == 0) return;
+    }
+}
+
+int ValueWalker::complexCount(const DtComplexComponentNode& node, const DtStringTree* root,
+                              const DtStringTree* parent)
+{
+    constexpr int theConditionForm = 2;
+    constexpr int theOptionForm = 5;
+    constexpr int thePaddingComponent = 6;
+    const int form = node.getCardinalityType();
+    if (form == thePaddingComponent) return 0;
+    int most = node.getCardinalityMaximum();
+    if (most < 0) most = std::numeric_limits<int>::max();
+    // A component that is named alone keeps the parenthesis behind it.
+    std::string name = node.getConditionalComponent().str();
+    if (!name.empty() && name.back() == ')') name.pop_back();
+    const bool isDecided = form == theConditionForm || form == theOptionForm || most > 1;
+    if (name.empty() || !isDecided) return most;
+    const DtStringTree* const earlier = earlierComponent(name, root, parent);
+    if (form == theConditionForm)
+        return earlier && holdsValue(*earlier, node.getConditionalValue()) ? std::max(most, 1) : 0;
+    if (!earlier) return most;
+    bool isNumber = false;
+    const int number = earlier->value().toInt(&isNumber);
+    return isNumber ? std::clamp(number, 0, most) : most;
+}
+
+// The components of this record come first: those of its parents may have the same name.
+const DtStringTree* ValueWalker::earlierComponent(const DtString& name, const DtStringTree* root,
+                                                  const DtStringTree* parent) const
+{
+    const DtStringTree* child = parent ? parent->firstChild() : nullptr;
+    while (child && child->key() != name) child = child->nextSibling();
+    return child || !root ? child : root->findKey(name);
+}
+
+bool ValueWalker::holdsValue(const DtStringTree& node, const DtString& value)
+{
+    if (node.value() == value) return true;
+    bool isNumber = false;
+    const int number = value.toInt(&isNumber);
+    if (!isNumber) return false;
+    const DtString* const name = myResolver.enumerator(myResolver.find(node.datatype()), number);
+    return name && *name == node.value();
+}
+
+}  // namespace omt

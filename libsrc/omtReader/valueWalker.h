@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+// The walk over a value's octets, one function for each kind of datatype.
+#pragma once
+
+#include "omtReader/conversionSettings.h"
+#include "omtReader/datatypeResolver.h"
+#include "omtReader/decodingBounds.h"
+#include "omtReader/valueOctets.h"
+
+#include <deque>
+#include <memory>
+
+namespace omt
+{
+
+/// Decodes for one manager, whose virtual operations it calls at every step, so that a host may
+/// replace any of them. Positions are addresses in the copy of the value that the outermost call
+/// makes; see ValueOctets.
+class ValueWalker
+{
+public:
+    ValueWalker(DtDatatypeManager& manager, ConversionSettings& settings,
+                DatatypeResolver& resolver, DecodingBounds& bounds)
+        : myManager(manager), mySettings(settings), myResolver(resolver), myBounds(bounds)
+    {
+    }
+
+    /// Whether the manager's operations are all our own, so that the walk may go from step to step
+    /// without asking at the door.
+    bool isAlone = false;
+
+    /// What every walk is handed.
+    struct Value
+    {
+        const void* data;
+        int length;
+        int& consumed;
+    };
+    struct Place
+    {
+        DtStringTree* parent;
+        DtStringTree* root;
+        unsigned int offset;
+        DtObjectHistory* history;
+    };
+
+    DtString line(const DtString& datatype, Value value);
+    DtString line(const DtOMTDatatypeNode& node, Value value);
+    DtString line(const DtDatatypeFedNode& node, Value value);
+
+    DtStringTree* tree(const DtString& datatype, Value value, const DtOMTNode* keyNode,
+                       unsigned int offset, DtStringTree* root, DtObjectHistory* history);
+    DtStringTree* tree(const DtOMTDatatypeNode& node, Value value, unsigned int offset,
+                       DtStringTree* root, DtObjectHistory* history);
+    DtStringTree* tree(const DtDatatypeFedNode& node, Value value, unsigned int offset,
+                       DtObjectHistory* history);
+
+    void mapped(const DtString& datatype, Value value, DtString& text);
+    void attribute(const DtString& name, Value value, DtString& text);
+    void hexadecimal(Value value, DtString& text);
+    void enumerated(const DtString& datatype, Value value, DtString& text);
+    void variantLine(const DtString& datatype, Value value, DtString& text);
+    void arrayLine(const DtString& datatype, Value value, DtString& text);
+    void arrayLineBySize(const DtString& datatype, Value value, DtString& text);
+    void arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text);
+
+    void fixed(const DtString& datatype, Value value, const Place& place);
+    void complex(const DtString& datatype, Value value, const Place& place);
+    void array(const DtString& datatype, Value value, const Place& place);
+    void variant(const DtString& datatype, Value value, const Place& place);
+    void defined(const DtString& datatype, Value value, const Place& place);
+
+    int arrayCount(const DtArrayDatatypeNode& node, const void* data, int length);
+    int complexCount(const DtComplexComponentNode& node, const DtStringTree* root,
+                     const DtStringTree* parent);
+
+private:
+    class Call;
+    class Chain;
+
+    const char* advance(const void* from, std::int64_t octets) const
+    {
+        return myViews[myOpenViews - 1].advance(from, octets);
+    }
+    std::int64_t octetsToZero(const void* from, int length) const;
+    void represent(const DtDatatypeRep& rep, const DtString& name, Value value, DtString& text);
+    std::int64_t enumeratorNumber(const DtDatatypeRep& rep, Value value, DtString& text);
+
+    DtDatatypeManager::DtDatatypeEnum kindOf(ResolvedDatatype& datatype);
+    int paddingBefore(ResolvedDatatype& datatype, unsigned int offset);
+    void simpleText(ResolvedDatatype& datatype, Value value, DtString& text);
+    DtStringTree* treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype, Value value,
+                         unsigned int offset, DtStringTree* root, DtObjectHistory* history);
+    DtStringTree* build(ResolvedDatatype& datatype, Value value, const DtOMTNode* keyNode,
+                        unsigned int offset, DtStringTree* root, DtObjectHistory* history);
+    void fill(ResolvedDatatype& datatype, Value value, DtStringTree& node, DtStringTree* root,
+              DtObjectHistory* history);
+    using Walk = void (ValueWalker::*)(ResolvedDatatype&, Value, const Place&);
+    using Operation = void (DtDatatypeManager::*)(const DtString&, const void*, int, int&,
+                                                  DtStringTree*, DtStringTree*, unsigned int,
+                                                  DtObjectHistory*);
+    void walk(Walk ours, Operation managers, ResolvedDatatype& datatype, Value value,
+              const Place& place);
+    void walkFixed(ResolvedDatatype& datatype, Value value, const Place& place);
+    void walkComplex(ResolvedDatatype& datatype, Value value, const Place& place);
+    void walkArray(ResolvedDatatype& datatype, Value value, const Place& place);
+    void walkVariant(ResolvedDatatype& datatype, Value value, const Place& place);
+    void walkDefined(ResolvedDatatype& datatype, Value value, const Place& place);
+    DtString wrappedLine(ResolvedDatatype& datatype, Value value);
+    DtString renderedLine(const DtString& datatype, Value value);
+    bool hasAttributeMapping(const DtString& name) const;
+
+    void lengthlessArray(DtArrayDatatypeNode& node, Value value, const Place& place);
+    void countedArray(DtArrayDatatypeNode& node, Value value, const Place& place);
+    std::int64_t elements(DtArrayDatatypeNode& node, Value value, const Place& place,
+                          std::int64_t count);
+    void componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype, Value value,
+                         const Place& place, DtStringTree*& last);
+    const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
+                                         const DtStringTree* parent) const;
+    bool holdsValue(const DtStringTree& node, const DtString& value);
+
+    DtDatatypeManager& myManager;
+    ConversionSettings& mySettings;
+    DatatypeResolver& myResolver;
+    DecodingBounds& myBounds;
+    std::deque<ValueOctets> myViews;
+    std::size_t myOpenViews = 0;
+    int myDepth = 0;
+};
+
+}  // namespace omt

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text to the octets of a value, with the counts and the padding that decoding expects.
+#pragma once
+
+#include "omtReader/conversionSettings.h"
+#include "omtReader/datatypeResolver.h"
+#include "omtReader/decodingBounds.h"
+#include "omtReader/textCutter.h"
+
+namespace omt
+{
+
+/// Encodes for one manager, whose virtual operations it calls for every part.
+class ValueWriter
+{
+public:
+    using Octets = DtDatatypeManager::Octets;
+
+    ValueWriter(DtDatatypeManager& manager, const ConversionSettings& settings,
+                DatatypeResolver& resolver, TextCutter& cutter, DecodingBounds& bounds)
+        : myManager(manager),
+          mySettings(settings),
+          myResolver(resolver),
+          myCutter(cutter),
+          myBounds(bounds)
+    {
+    }
+
+    void value(const DtString& datatype, const DtString& text, Octets& out);
+    void simple(const DtString& datatype, const DtString& text, Octets& out);
+    void enumerated(const DtString& datatype, const DtString& text, Octets& out);
+    void record(const DtString& datatype, const DtString& text, Octets& out);
+    void array(const DtString& datatype, const DtString& text, Octets& out);
+
+private:
+    class Call;
+
+    void byKind(ResolvedDatatype& datatype, const DtString& text, Octets& out);
+    void piece(const TextPiece& piece, Octets& out);
+    void component(const TextPiece& values, Octets& out);
+    static void padBetween(const DtComplexDatatypeNode& record,
+                           const DtComplexComponentNode* behind,
+                           const DtComplexComponentNode* before, std::size_t start, Octets& out);
+    const DtString& delimiterFor(const DtString& datatype);
+    void pad(const DtString& datatype, std::size_t place, Octets& out);
+
+    DtDatatypeManager& myManager;
+    const ConversionSettings& mySettings;
+    DatatypeResolver& myResolver;
+    TextCutter& myCutter;
+    DecodingBounds& myBounds;
+    const Octets* myOut = nullptr;  // of the outermost call
+    std::size_t myStart = 0;        // where its value begins in it
+    int myDepth = 0;
+    // The delimiter handed down to the piece that is encoded next.
+    const DtString* myHanded = nullptr;
+    const ResolvedDatatype* myHandedTo = nullptr;
+};
+
+}  // namespace omt
