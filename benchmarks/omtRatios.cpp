@@ -55,8 +55,11 @@ void registerWork(const std::string& name, ratios::Work work)
 
 std::vector<Ratio> registerRatios()
 {
+    std::vector<Ratio> all = ratios::readAndMergeRatios();
+    const std::vector<Ratio> conversions = ratios::convertValuesRatios();
+    all.insert(all.end(), conversions.begin(), conversions.end());
     std::vector<Ratio> registered;
-    for (const Ratio& ratio : ratios::readAndMergeRatios())
+    for (const Ratio& ratio : all)
     {
         if (ratio.modelFile && ratios::modelPath(ratio.modelFile).empty())
         {

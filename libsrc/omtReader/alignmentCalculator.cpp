@@ -22,10 +22,10 @@ int AlignmentCalculator::padding(unsigned int offset, const DtString& datatype)
     return rest == 0 ? 0 : static_cast<int>(alignment - rest);
 }
 
-int AlignmentCalculator::alignment(const DtString& datatype, bool mayKeep)
+int AlignmentCalculator::alignment(const DtString& datatype)
 {
     ResolvedDatatype& resolved = myResolver.find(datatype);
-    if (resolved.alignment > 0 && mayKeep) return resolved.alignment;
+    if (resolved.alignment > 0 && isAlone) return resolved.alignment;
     const std::uint64_t warningsBefore = myWarnings;
     int result = -1;
     // Inside itself a datatype has no alignment yet.
@@ -45,7 +45,7 @@ int AlignmentCalculator::alignment(const DtString& datatype, bool mayKeep)
                << " default alignment to 1.\n";
         result = 1;
     }
-    if (mayKeep && myWarnings == warningsBefore) resolved.alignment = result;
+    if (isAlone && myWarnings == warningsBefore) resolved.alignment = result;
     return result;
 }
 

@@ -13,14 +13,27 @@ namespace omt
 class AlignmentCalculator
 {
 public:
-    AlignmentCalculator(DtDatatypeManager& manager, DatatypeResolver& resolver,
-                        DecodingBounds& bounds)
-        : myManager(manager), myResolver(resolver), myBounds(bounds)
+    AlignmentCalculator(DtDatatypeManager& manager, const ConversionSettings& settings,
+                        DatatypeResolver& resolver, DecodingBounds& bounds)
+        : myManager(manager), mySettings(settings), myResolver(resolver), myBounds(bounds)
     {
     }
 
+    /// Whether no host takes part, so that results may be kept.
+    bool isAlone = false;
+
+    /// The padding in front of a value as the manager tells it.
+    int paddingBefore(ResolvedDatatype& datatype, unsigned int offset)
+    {
+        if (!isAlone || (mySettings.isPaddingImplicit && datatype.alignment == 0))
+            return myManager.implicitPadding(offset, datatype.name);
+        if (!mySettings.isPaddingImplicit) return 0;
+        const auto alignment = static_cast<unsigned int>(datatype.alignment);
+        return static_cast<int>((alignment - offset % alignment) % alignment);
+    }
+
     int padding(unsigned int offset, const DtString& datatype);
-    int alignment(const DtString& datatype, bool mayKeep);
+    int alignment(const DtString& datatype);
     int fromRepresentation(const DtString& datatype);
     int ofFixed(const DtString& datatype);
     int ofArray(const DtString& datatype);
@@ -31,6 +44,7 @@ private:
     void warn() { ++myWarnings; }
 
     DtDatatypeManager& myManager;
+    const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
     DecodingBounds& myBounds;
     std::uint64_t myWarnings = 0;

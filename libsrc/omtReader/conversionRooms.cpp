@@ -10,12 +10,12 @@ using Manager = DtDatatypeManager;
 ConversionRooms::ConversionRooms(DtDatatypeManager& manager, ConversionSettings& settings)
     : myManager(manager),
       myOwnTable(virtualTable(&manager)),
-      resolver(settings),
-      alignment(manager, resolver, myBounds),
+      resolver(manager, settings),
+      alignment(manager, settings, resolver, myBounds),
       renderer(manager, resolver),
-      walker(manager, settings, resolver, myBounds),
+      walker(manager, settings, resolver, alignment, myBounds),
       cutter(manager, settings, resolver, renderer, myWritingBounds),
-      writer(manager, settings, resolver, cutter, myWritingBounds)
+      writer(manager, settings, resolver, alignment, cutter, myWritingBounds)
 {
 }
 
@@ -24,7 +24,10 @@ void ConversionRooms::lookAtManager()
     const char* const table = myTable = virtualTable(&myManager);
     const auto isOurs = [&](auto... operations)
     { return !(isReplaced(table, myOwnTable, operations) || ...); };
-    mayKeepAlignments = isOurs(&Manager::byteAlignment, &Manager::byteAlignmentFromRep,
+    resolver.hasHostsKinds = !isOurs(&Manager::getDatatypeEnum);
+    renderer.hasHostsDelimiters = !isOurs(&Manager::getDelimiterMap);
+    alignment.isAlone = isOurs(&Manager::isImplicitPaddingEnabled, &Manager::implicitPadding,
+                               &Manager::byteAlignment, &Manager::byteAlignmentFromRep,
                                &Manager::byteAlignmentFixed, &Manager::byteAlignmentArray,
                                &Manager::byteAlignmentVariant, &Manager::byteAlignmentComplex);
     using ByName =
@@ -32,15 +35,12 @@ void ConversionRooms::lookAtManager()
                                    unsigned int, DtStringTree*, DtObjectHistory*);
     using ByNode = DtStringTree* (Manager::*)(const DtOMTDatatypeNode&, const void*, int, int&,
                                               unsigned int, DtStringTree*, DtObjectHistory*);
-    walker.isAlone =
-        mayKeepAlignments &&
-        isOurs(ByName(&Manager::createStringTreeRep), ByNode(&Manager::createStringTreeRep),
-               &Manager::createFixedTreeRep, &Manager::createComplexTreeRep,
-               &Manager::createArrayTreeRep, &Manager::createVariantTreeRep,
-               &Manager::createDefinedTreeRep, &Manager::getDatatypeRep, &Manager::getDatatypeEnum,
-               &Manager::implicitPadding, &Manager::isImplicitPaddingEnabled);
+    walker.isAlone = isOurs(
+        ByName(&Manager::createStringTreeRep), ByNode(&Manager::createStringTreeRep),
+        &Manager::createFixedTreeRep, &Manager::createComplexTreeRep, &Manager::createArrayTreeRep,
+        &Manager::createVariantTreeRep, &Manager::createDefinedTreeRep, &Manager::getDatatypeRep);
+    writer.isAlone = isOurs(&Manager::getValueFromStringRep, &Manager::getValueFromDatatypeRep);
     mayRenderAtOnce = isOurs(&Manager::convertStringTreeToString);
-    renderer.hasHostsDelimiters = !isOurs(&Manager::getDelimiterMap);
 }
 
 }  // namespace omt

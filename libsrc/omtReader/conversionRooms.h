@@ -32,8 +32,7 @@ public:
         return *this;
     }
 
-    bool mayKeepAlignments = false;  ///< no host takes part in alignments
-    bool mayRenderAtOnce = false;    ///< no host takes part in rendering
+    bool mayRenderAtOnce = false;  ///< no host takes part in rendering
 
 private:
     void lookAtManager();

@@ -594,12 +594,12 @@ int DtDatatypeManager::getComplexDatatypeCount(DtComplexComponentNode* node, con
 
 int DtDatatypeManager::implicitPadding(unsigned int offset, const DtString& datatype)
 {
-    return myRooms->alignment.padding(offset, datatype);
+    return myRooms->open().alignment.padding(offset, datatype);
 }
 
 int DtDatatypeManager::byteAlignment(const DtString& datatype)
 {
-    return myRooms->alignment.alignment(datatype, myRooms->open().mayKeepAlignments);
+    return myRooms->open().alignment.alignment(datatype);
 }
 
 int DtDatatypeManager::byteAlignmentFromRep(const DtString& datatype)

@@ -2,7 +2,10 @@
 // What a datatype's name stands for, found once and kept while nothing changes.
 #include "omtReader/datatypeResolver.h"
 
+#include "omtReader/charDatatypeRep.h"
+#include "omtReader/complexDatatypeNode.h"
 #include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/omtDatatypeNode.h"
 #include "omtReader/omtTree.h"
 
@@ -49,8 +52,7 @@ ResolvedDatatype& DatatypeResolver::search(const DtString& name)
 
 ResolvedDatatype& DatatypeResolver::resolve(const DtString& name)
 {
-    ResolvedDatatype& datatype = myDatatypes.emplace_back();
-    datatype.name = name;
+    ResolvedDatatype& datatype = myDatatypes.emplace_back(name);
     datatype.epoch = myEpoch;
     myTable.emplace(datatype.name.view(), &datatype);
     if (const auto kind = mySettings.kinds.find(name); kind != mySettings.kinds.end())
@@ -60,6 +62,8 @@ ResolvedDatatype& DatatypeResolver::resolve(const DtString& name)
     {
         datatype.mapping = &mapping->second;
         datatype.rep = mySettings.registered(mapping->second);
+        datatype.append = datatype.rep ? appendTextOf(*datatype.rep) : nullptr;
+        datatype.isCharacter = dynamic_cast<const DtCharDatatypeRep*>(datatype.rep) != nullptr;
     }
     const auto delimiter = mySettings.delimiters.find(name);
     if (delimiter != mySettings.delimiters.end()) datatype.delimiter = &delimiter->second;
@@ -73,10 +77,31 @@ ResolvedDatatype& DatatypeResolver::component(ResolvedDatatype& record, std::siz
     ResolvedComponent& component = record.components[place];
     startAnewAfterChange();
     // A record that was found before a change may hold what is outdated.
-    if (component.node != &node || component.datatype->epoch != myEpoch ||
-        component.datatype->name != node.getDatatype())
-        component = {&node, &find(node.getDatatype())};
+    if (component.node != &node || component.datatype->epoch != myEpoch)
+        component = {&node, &find(node.getDatatype()), nullptr};
     return *component.datatype;
+}
+
+const std::vector<ResolvedComponent>& DatatypeResolver::fields(ResolvedDatatype& record)
+{
+    std::size_t count = 0;
+    if (DtFixedDatatypeNode* const node = fixed(record))
+    {
+        const auto end = node->getComponentNodeEnd();
+        for (auto it = node->getComponentNodeList(); it != end; ++it)
+            component(record, count++, **it);
+    }
+    else if (DtComplexDatatypeNode* const complexNode = complex(record))
+    {
+        const auto end = complexNode->getComponentNodeEnd();
+        for (auto it = complexNode->getComponentNodeList(); it != end; ++it, ++count)
+        {
+            component(record, count, **it);
+            record.components[count].component = *it;
+        }
+    }
+    record.components.resize(count);
+    return record.components;
 }
 
 ResolvedDatatype& DatatypeResolver::of(const DtOMTDatatypeNode& node)

@@ -4,6 +4,7 @@
 
 #include "omtReader/conversionSettings.h"
 #include "omtReader/modelRevision.h"
+#include "omtReader/scalarText.h"
 
 #include <cstdint>
 #include <deque>
@@ -27,15 +28,24 @@ struct ResolvedComponent
 {
     const DtOMTDatatypeNode* node = nullptr;
     ResolvedDatatype* datatype = nullptr;
+    DtComplexComponentNode* component = nullptr;  // the node, where it is one of a complex datatype
 };
 
 /// One datatype. What a kind needs is found when it is first asked for.
 struct ResolvedDatatype
 {
-    DtString name;
+    explicit ResolvedDatatype(const DtString& itsName)
+        : sharedName(std::make_shared<const DtString>(itsName)), name(*sharedName)
+    {
+    }
+
+    std::shared_ptr<const DtString> sharedName;  // for the nodes of trees
+    const DtString& name;
     const DtDatatypeManager::DtDatatypeEnum* kind = nullptr;  // in the kind table, null if absent
-    const DtString* mapping = nullptr;    // the name of the representation, null if none is mapped
-    DtDatatypeRep* rep = nullptr;         // the one mapped and registered
+    const DtString* mapping = nullptr;  // the name of the representation, null if none is mapped
+    DtDatatypeRep* rep = nullptr;       // the one mapped and registered
+    AppendText append = nullptr;        // what rep does with a text, where that is known beforehand
+    bool isCharacter = false;           // shown by the representation of characters
     const DtString* delimiter = nullptr;  // null if none is mapped
     int alignment = 0;                    // 0 while not known, or not to be kept
     bool isBeingAligned = false;
@@ -64,7 +74,20 @@ struct ResolvedDatatype
 class DatatypeResolver
 {
 public:
-    explicit DatatypeResolver(ConversionSettings& settings) : mySettings(settings) {}
+    DatatypeResolver(DtDatatypeManager& manager, ConversionSettings& settings)
+        : myManager(manager), mySettings(settings)
+    {
+    }
+
+    /// Whether a host's manager tells kinds.
+    bool hasHostsKinds = false;
+
+    /// The kind of a datatype as the manager tells it.
+    DtDatatypeManager::DtDatatypeEnum kindOf(ResolvedDatatype& datatype)
+    {
+        return datatype.kind && !hasHostsKinds ? *datatype.kind
+                                               : myManager.getDatatypeEnum(datatype.name);
+    }
 
     /// What a name stands for now; valid until release().
     ResolvedDatatype& find(const DtString& name)
@@ -77,6 +100,9 @@ public:
     /// What a component's datatype stands for, kept in the list of its record at this place.
     ResolvedDatatype& component(ResolvedDatatype& record, std::size_t place,
                                 const DtOMTDatatypeNode& node);
+
+    /// The fields or components of a record as they are now. The list stays while no model changes.
+    const std::vector<ResolvedComponent>& fields(ResolvedDatatype& record);
 
     /// Says which component is asked for next, so that find() need not search.
     const DtOMTDatatypeNode& expect(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype)
@@ -115,6 +141,7 @@ private:
     ResolvedDatatype& search(const DtString& name);
     ResolvedDatatype& resolve(const DtString& name);
 
+    DtDatatypeManager& myManager;
     ConversionSettings& mySettings;
     std::uint64_t myChanges = 0;
     std::uint64_t myModelRevision = 0;

@@ -13,7 +13,7 @@ public:
     DtOMTDatatypeNode& operator=(const DtOMTDatatypeNode& other);
     ~DtOMTDatatypeNode() override;
 
-    virtual void setDatatype(const DtString& datatype) { myDatatype = datatype; }
+    virtual void setDatatype(const DtString& datatype);
     virtual const DtString& getDatatype() const { return myDatatype; }
 
 private:

@@ -5,6 +5,7 @@
 #include "omtReader/conversionString.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cstdint>
@@ -38,6 +39,13 @@ struct ScalarOctets
         std::vector<char> octets(theWidth);
         std::memcpy(octets.data(), &bits, theWidth);
         return octets;
+    }
+
+    static void append(Number number, std::vector<char>& octets)
+    {
+        const auto bits =
+            std::bit_cast<std::array<char, theWidth>>(inOrder(std::bit_cast<Bits>(number)));
+        octets.insert(octets.end(), bits.begin(), bits.end());
     }
 
     /// The same octets as a number without a sign.
@@ -99,9 +107,13 @@ inline std::vector<char> writeOctet(std::int64_t number)
 /// end at the float beside it. Where no float is read, it is what the double says.
 inline float readFloat(const DtString& text)
 {
-    const double number = text.toDouble();
-    float nearest = static_cast<float>(number);
     std::string_view digits = text.view();
+    float nearest = 0.0F;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
+    if (error == std::errc() && end == digits.data() + digits.size()) return nearest;
+    const double number = text.toDouble();
+    nearest = static_cast<float>(number);
     digits.remove_prefix(std::min(digits.find_first_not_of(" \t\n\v\f\r+"), digits.size()));
     if (number != 0) std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
     return nearest;

@@ -27,7 +27,7 @@ struct SpareStore
     int count = 0;
     bool isClosed = false;
 };
-thread_local SpareStore theSpares;
+[[gnu::tls_model("initial-exec")]] thread_local SpareStore theSpares;
 
 struct SpareStoreCloser
 {

@@ -6,6 +6,7 @@
 #include "util/dtString.h"
 
 #include <cstddef>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -19,9 +20,9 @@ class OMTREADER_EXPORT DtStringTree
 {
 public:
     DtStringTree() = default;
-    /// A node without value and links.
-    DtStringTree(const DtString& key, const DtString& datatype, unsigned int offset)
-        : myKey(key), myDatatype(datatype), myOffset(offset)
+    /// A node without value and links. Nodes may share the text that names their datatype.
+    DtStringTree(const DtString& key, std::shared_ptr<const DtString> datatype, unsigned int offset)
+        : myKey(key), myDatatype(std::move(datatype)), myOffset(offset)
     {
     }
     /// Copies the whole tree; nothing is shared with the source.
@@ -53,8 +54,11 @@ public:
     const DtString& key() const { return myKey; }
 
     /// The name of the datatype that the value has in the object model.
-    void setDatatype(DtString datatype) { myDatatype = std::move(datatype); }
-    const DtString& datatype() const { return myDatatype; }
+    void setDatatype(DtString datatype)
+    {
+        myDatatype = std::make_shared<const DtString>(std::move(datatype));
+    }
+    const DtString& datatype() const { return myDatatype ? *myDatatype : DtString::nullString(); }
 
     /// Where the value begins, in octets from the start of the decoded buffer.
     void setOffset(unsigned int offset) { myOffset = offset; }
@@ -81,6 +85,6 @@ private:
     DtStringTree* myNextElement = nullptr;
     DtString myValue;
     DtString myKey;
-    DtString myDatatype;
+    std::shared_ptr<const DtString> myDatatype;
     unsigned int myOffset = 0;
 };

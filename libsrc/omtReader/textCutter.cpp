@@ -11,9 +11,7 @@
 #include "omtReader/textCutter.h"
 
 #include "omtReader/arrayDatatypeNode.h"
-#include "omtReader/charDatatypeRep.h"
-#include "omtReader/complexDatatypeNode.h"
-#include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/complexComponentNode.h"
 #include "omtReader/stringTree.h"
 
 #include <algorithm>
@@ -60,11 +58,6 @@ bool TextCutter::startsAt(std::size_t place, std::size_t limit, std::string_view
            myText.substr(place, text.size()) == text;
 }
 
-bool TextCutter::isCharacter(const ResolvedDatatype& datatype)
-{
-    return dynamic_cast<const DtCharDatatypeRep*>(datatype.rep) != nullptr;
-}
-
 std::string_view TextCutter::unwrapped(std::string_view text) const
 {
     const std::string_view open = mySettings.wrapperOpen.view();
@@ -85,69 +78,77 @@ std::vector<TextPiece> TextCutter::fields(ResolvedDatatype& record, std::string_
     return cutRecord(record, {0, text.size()}, delimiter, {}, true, nullptr);
 }
 
-std::vector<TextCutter::Field> TextCutter::fieldsOf(ResolvedDatatype& record)
-{
-    std::vector<Field> fields;
-    if (DtFixedDatatypeNode* const fixed = myResolver.fixed(record))
-        for (auto it = fixed->getComponentNodeList(); it != fixed->getComponentNodeEnd(); ++it)
-            fields.push_back({*it, nullptr});
-    else if (DtComplexDatatypeNode* const complex = myResolver.complex(record))
-        for (auto it = complex->getComponentNodeList(); it != complex->getComponentNodeEnd(); ++it)
-            fields.push_back({*it, *it});
-    return fields;
-}
-
 std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range range,
                                              const DtString& delimiter, std::string_view follow,
                                              bool takesRest, std::size_t* end)
 {
-    const std::vector<Field> fields = fieldsOf(record);
+    const std::vector<ResolvedComponent>& fields = myResolver.fields(record);
+    if (!fields.empty() && fields.front().component)
+        return cutComplex(fields, range, delimiter, follow, takesRest, end);
+    std::vector<TextPiece> pieces;
+    pieces.reserve(fields.size());
+    const DtString* serving = &delimiter;
+    for (std::size_t at = 0; at < fields.size(); ++at)
+    {
+        ResolvedDatatype& datatype = *fields[at].datatype;
+        if (at > 0) serving = &myRenderer.delimiterOf(datatype, *serving);
+        const bool isLast = at + 1 == fields.size();
+        const std::string_view behind = isLast ? follow : serving->view();
+        const std::size_t pieceEnd =
+            isLast && takesRest ? range.end : endOf(datatype, range, *serving, behind, false);
+        pieces.push_back({&datatype, textOf({range.begin, pieceEnd}), serving, nullptr});
+        range.begin = isLast ? pieceEnd : placeBehind(pieceEnd, range.end, behind);
+    }
+    if (end) *end = range.begin;
+    return pieces;
+}
+
+// Components come and go with the text of those in front of them.
+std::vector<TextPiece> TextCutter::cutComplex(const std::vector<ResolvedComponent>& components,
+                                              Range range, const DtString& delimiter,
+                                              std::string_view follow, bool takesRest,
+                                              std::size_t* end)
+{
     // What was cut so far, in the form in which conditions look for it.
     DtStringTree earlier;
     DtStringTree* last = nullptr;
-    const auto isThere = [&](const Field& field)
+    std::size_t at = 0;
+    const auto findPresent = [&]
     {
-        return !field.component || myManager.getComplexDatatypeCount(field.component, nullptr, 0,
-                                                                     &earlier, &earlier) > 0;
+        while (at < components.size() &&
+               myManager.getComplexDatatypeCount(components[at].component, nullptr, 0, &earlier,
+                                                 &earlier) <= 0)
+            ++at;
     };
     std::vector<TextPiece> pieces;
     const DtString* serving = &delimiter;
-    std::size_t place = range.begin;
-    std::size_t at = 0;
-    while (at < fields.size() && !isThere(fields[at])) ++at;
-    while (at < fields.size())
+    for (findPresent(); at < components.size();)
     {
-        const Field& field = fields[at];
-        ResolvedDatatype& datatype = myResolver.component(record, at, *field.node);
-        if (!pieces.empty()) serving = &myRenderer.delimiterOf(datatype.name, *serving);
-        const Range rest{place, range.end};
-        const auto endBefore = [&](std::string_view what)
-        {
-            const std::size_t behind =
-                endOf(datatype, rest, *serving, what, field.component != nullptr);
-            return field.component ? endOfGroups(behind, range.end) : behind;
-        };
+        const ResolvedComponent now = components[at++];
+        ResolvedDatatype& datatype = *now.datatype;
+        if (!pieces.empty()) serving = &myRenderer.delimiterOf(datatype, *serving);
+        const auto endBefore = [&](std::string_view behind)
+        { return endOfGroups(endOf(datatype, range, *serving, behind, true), range.end); };
         std::size_t pieceEnd = endBefore(serving->view());
-        if (field.component)
-        {
-            auto* const node = new DtStringTree;
-            node->setKey(field.node->getName());
-            node->setDatatype(datatype.name);
-            node->setValue(myText.substr(place, pieceEnd - place));
-            last ? last->setNextSibling(node) : earlier.setFirstChild(node);
-            last = node;
-        }
-        do ++at;
-        while (at < fields.size() && !isThere(fields[at]));
-        if (at == fields.size()) pieceEnd = takesRest ? range.end : endBefore(follow);
-        pieces.push_back(
-            {&datatype, myText.substr(place, pieceEnd - place), serving, field.component});
-        place = pieceEnd;
-        if (at < fields.size() && startsAt(place, range.end, serving->view()))
-            place += serving->length();
+        auto* const node = new DtStringTree(now.node->getName(), datatype.sharedName, 0);
+        node->setValue(textOf({range.begin, pieceEnd}));
+        last ? last->setNextSibling(node) : earlier.setFirstChild(node);
+        last = node;
+        findPresent();
+        const bool isLast = at == components.size();
+        if (isLast) pieceEnd = takesRest ? range.end : endBefore(follow);
+        pieces.push_back({&datatype, textOf({range.begin, pieceEnd}), serving, now.component});
+        range.begin = isLast ? pieceEnd : placeBehind(pieceEnd, range.end, serving->view());
     }
-    if (end) *end = place;
+    if (end) *end = range.begin;
     return pieces;
+}
+
+// Behind a text that stands at a place, or the place itself if it does not.
+std::size_t TextCutter::placeBehind(std::size_t place, std::size_t limit,
+                                    std::string_view text) const
+{
+    return startsAt(place, limit, text) ? place + text.size() : place;
 }
 
 // Where a value's line ends that begins at a place, with another text to follow.
@@ -155,12 +156,16 @@ std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range ran
 std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
                               std::string_view follow, bool isElement)
 {
-    if (const std::size_t end = endOfWrapper(range); end != theNoPlace) return end;
+    std::size_t end = mySettings.wrapperOpen.empty() ? theNoPlace : endOfWrapper(range);
+    if (end != theNoPlace) return end;
+    const auto kind = myResolver.kindOf(datatype);
+    if (kind == DtDatatypeManager::DtDatatypeSimple)
+        return endOfSingle(datatype, range, follow, isElement);
     if (myDepth >= DecodingBounds::theDeepest || !myBounds.allowWork(theStepWork, datatype.name))
         return range.begin;
     ++myDepth;
-    std::size_t end = range.begin;
-    switch (myManager.getDatatypeEnum(datatype.name))
+    end = range.begin;
+    switch (kind)
     {
         case DtDatatypeManager::DtDatatypeFixed:
         case DtDatatypeManager::DtDatatypeComplex:
@@ -186,11 +191,12 @@ std::size_t TextCutter::endOfSingle(const ResolvedDatatype& datatype, Range rang
                (isElement && myText[place] == '[');
     };
     // A character may be the delimiter itself, which then stands in front of another one.
-    if (isCharacter(datatype) && range.begin < range.end && isEnd(range.begin + 1))
+    if (datatype.isCharacter && range.begin < range.end && isEnd(range.begin + 1))
         return range.begin + 1;
-    std::size_t place = range.begin;
-    while (!isEnd(place)) ++place;
-    return place;
+    const std::string_view text = myText.substr(0, range.end);
+    std::size_t end = follow.empty() ? theNoPlace : text.find(follow, range.begin);
+    if (isElement) end = std::min(end, text.find('[', range.begin));
+    return std::min(end, range.end);
 }
 
 std::size_t TextCutter::endOfArray(ResolvedDatatype& datatype, Range range,
@@ -290,7 +296,7 @@ std::vector<TextPiece> TextCutter::elements(ResolvedDatatype& element, std::stri
     const auto add = [&](std::size_t begin, std::size_t end) {
         pieces.push_back({&element, text.substr(begin, end - begin), serving, nullptr});
     };
-    const bool areCharacters = isCharacter(element);
+    const bool areCharacters = element.isCharacter;
     if (areCharacters && isPlain(text))
     {
         const std::size_t count = std::min(text.size(), static_cast<std::size_t>(most));
@@ -309,7 +315,7 @@ std::vector<TextPiece> TextCutter::elements(ResolvedDatatype& element, std::stri
         if (split == theNoPlace) break;
         add(range.begin, split);
         range = {split + 1, range.end - 1};
-        serving = &myRenderer.delimiterOf(element.name, *serving);
+        serving = &myRenderer.delimiterOf(element, *serving);
     }
     if (most > 0) add(range.begin, range.end);
     return pieces;
@@ -363,15 +369,14 @@ std::size_t TextCutter::splitBeforeRest(const ResolvedDatatype& element, Groups 
 TextCutter::Groups TextCutter::groupsOf(ResolvedDatatype& datatype, int depth)
 {
     if (depth >= DecodingBounds::theDeepest) return {0, 0};
-    const auto kind = myManager.getDatatypeEnum(datatype.name);
+    const auto kind = myResolver.kindOf(datatype);
     if (kind == DtDatatypeManager::DtDatatypeFixed || kind == DtDatatypeManager::DtDatatypeComplex)
     {
-        const std::vector<Field> fields = fieldsOf(datatype);
+        const std::vector<ResolvedComponent>& fields = myResolver.fields(datatype);
         if (fields.empty()) return {0, 0};
-        const std::size_t last = fields.size() - 1;
-        const Groups groups =
-            groupsOf(myResolver.component(datatype, last, *fields[last].node), depth + 1);
-        return {groups.least, groups.most + (fields[last].component ? 1 : 0)};
+        const bool mayRepeat = fields.back().component != nullptr;
+        const Groups groups = groupsOf(*fields.back().datatype, depth + 1);
+        return {groups.least, groups.most + (mayRepeat ? 1 : 0)};
     }
     if (kind != DtDatatypeManager::DtDatatypeArray) return {0, 0};
     const DtArrayDatatypeNode* const node = myResolver.array(datatype);

@@ -52,8 +52,6 @@ public:
     /// The text without the array wrapper around it, if it is in one.
     std::string_view unwrapped(std::string_view text) const;
 
-    /// Whether the elements of this datatype are characters.
-    static bool isCharacter(const ResolvedDatatype& datatype);
     /// Whether a text of characters is none that rendering made, but stands for itself.
     static bool isPlain(std::string_view text);
 
@@ -75,17 +73,18 @@ private:
         int least;
         int most;
     };
-    struct Field
-    {
-        DtOMTDatatypeNode* node;
-        DtComplexComponentNode* component;
-    };
-
     void takeText(std::string_view text);
-    std::vector<Field> fieldsOf(ResolvedDatatype& record);
     std::vector<TextPiece> cutRecord(ResolvedDatatype& record, Range range,
                                      const DtString& delimiter, std::string_view follow,
                                      bool takesRest, std::size_t* end);
+    std::vector<TextPiece> cutComplex(const std::vector<ResolvedComponent>& components, Range range,
+                                      const DtString& delimiter, std::string_view follow,
+                                      bool takesRest, std::size_t* end);
+    std::string_view textOf(Range range) const
+    {
+        return myText.substr(range.begin, range.end - range.begin);
+    }
+    std::size_t placeBehind(std::size_t place, std::size_t limit, std::string_view text) const;
     std::size_t endOf(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
                       std::string_view follow, bool isElement);
     std::size_t endOfSingle(const ResolvedDatatype& datatype, Range range, std::string_view follow,

@@ -13,58 +13,70 @@ namespace omt
 namespace
 {
 
-/// What is still to be written: a node with the delimiter that serves it and the text in front of
-/// it, or only a text.
+/// What is still to be written: a node with the text in front of it and the delimiter that serves
+/// it, or, without a node, a number of closing brackets.
 struct Pending
 {
     const DtStringTree* node;
     const DtString* delimiter;
     std::string_view before;
+    std::size_t brackets;
 };
+
+/// Brackets that close together take one place, as a chain has as many as elements.
+void addBracket(std::vector<Pending>& pending)
+{
+    if (pending.empty() || pending.back().node) pending.push_back({nullptr, nullptr, {}, 0});
+    ++pending.back().brackets;
+}
 
 }  // namespace
 
-const DtString& TreeRenderer::delimiterOf(const DtString& datatype, const DtString& neighbours)
+const DtString& TreeRenderer::ownDelimiterOf(const ResolvedDatatype& datatype)
 {
-    ResolvedDatatype& resolved = myResolver.find(datatype);
-    switch (myManager.getDatatypeEnum(resolved.name))
-    {
-        case DtDatatypeManager::DtDatatypeSimple:
-        case DtDatatypeManager::DtDatatypeEnumerated:
-        case DtDatatypeManager::DtDatatypeVariant:
-            return neighbours;
-        default:
-            break;
-    }
-    const DtString& delimiter = myManager.getDelimiterMap(resolved.name, nullptr);
+    const DtString& delimiter = myManager.getDelimiterMap(datatype.name, nullptr);
     return hasHostsDelimiters ? myCopies.emplace_back(delimiter) : delimiter;
 }
 
 DtString TreeRenderer::line(const DtStringTree& tree, const DtString& delimiter)
 {
     const std::size_t copiesBefore = myCopies.size();
+    constexpr std::size_t theUsualLength = 256;
+    constexpr std::size_t theUsualDepth = 16;
     std::string text;
-    std::vector<Pending> pending = {
-        {&tree, &delimiter, {}}
-    };
+    text.reserve(theUsualLength);
+    std::vector<Pending> pending;
+    pending.reserve(theUsualDepth);
+    pending.push_back({&tree, &delimiter, {}, 0});
     while (!pending.empty())
     {
-        const Pending now = pending.back();
+        Pending& top = pending.back();
+        text += top.before;
+        text.append(top.brackets, ']');
+        const DtStringTree* node = top.node;
+        const DtString* serving = top.delimiter;
         pending.pop_back();
-        text += now.before;
-        if (!now.node) continue;
-        text += now.node->value().view();
-        // In reverse, as the last one pushed is the first one written.
-        if (const DtStringTree* const sibling = now.node->nextSibling())
-            pending.push_back({sibling, &delimiterOf(sibling->datatype(), *now.delimiter),
-                               now.delimiter->view()});
-        if (const DtStringTree* const element = now.node->nextElement())
+        // Most nodes have a sibling and nothing else, and need not wait.
+        while (node)
         {
-            pending.push_back({nullptr, nullptr, "]"});
-            pending.push_back({element, &delimiterOf(element->datatype(), *now.delimiter), "["});
+            text += node->value().view();
+            const DtStringTree* const sibling = node->nextSibling();
+            const DtStringTree* const element = node->nextElement();
+            const DtStringTree* const child = node->firstChild();
+            if (sibling && (element || child))
+                pending.push_back(
+                    {sibling, &delimiterOf(sibling->datatype(), *serving), serving->view(), 0});
+            if (element)
+            {
+                addBracket(pending);
+                pending.push_back({element, &delimiterOf(element->datatype(), *serving), "[", 0});
+            }
+            node = child;
+            if (element || child || !sibling) continue;
+            text += serving->view();
+            serving = &delimiterOf(sibling->datatype(), *serving);
+            node = sibling;
         }
-        if (const DtStringTree* const child = now.node->firstChild())
-            pending.push_back({child, now.delimiter, {}});
     }
     myCopies.resize(copiesBefore);
     return DtString(std::move(text));

@@ -28,7 +28,22 @@ public:
 
     /// The delimiter that serves a sibling or an element, given that of its neighbour. It is right
     /// for as long as the neighbour's and the settings are.
-    const DtString& delimiterOf(const DtString& datatype, const DtString& neighbours);
+    const DtString& delimiterOf(ResolvedDatatype& datatype, const DtString& neighbours)
+    {
+        switch (myResolver.kindOf(datatype))
+        {
+            case DtDatatypeManager::DtDatatypeSimple:
+            case DtDatatypeManager::DtDatatypeEnumerated:
+            case DtDatatypeManager::DtDatatypeVariant:
+                return neighbours;
+            default:
+                return ownDelimiterOf(datatype);
+        }
+    }
+    const DtString& delimiterOf(const DtString& datatype, const DtString& neighbours)
+    {
+        return delimiterOf(myResolver.find(datatype), neighbours);
+    }
 
     /// Frees the copies of delimiters, which must not be in use any more.
     void release() { myCopies.clear(); }
@@ -37,6 +52,8 @@ public:
     bool hasHostsDelimiters = false;
 
 private:
+    const DtString& ownDelimiterOf(const ResolvedDatatype& datatype);
+
     DtDatatypeManager& myManager;
     DatatypeResolver& myResolver;
     std::deque<DtString> myCopies;

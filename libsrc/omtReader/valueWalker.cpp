@@ -130,7 +130,7 @@ DtString ValueWalker::line(const DtString& datatype, Value value)
     const Call call(*this, value);
     ResolvedDatatype& resolved = myResolver.find(datatype);
     DtString text;
-    switch (kindOf(resolved))
+    switch (myResolver.kindOf(resolved))
     {
         case DtDatatypeManager::DtDatatypeSimple:
         case DtDatatypeManager::DtDatatypeDefined:
@@ -155,7 +155,7 @@ DtString ValueWalker::line(const DtString& datatype, Value value)
     return text;
 }
 
-DtString ValueWalker::wrappedLine(ResolvedDatatype& datatype, Value value)
+DtString ValueWalker::wrappedLine(ResolvedDatatype& datatype, const Value& value)
 {
     DtString line = mySettings.wrapperOpen;
     line += renderedLine(datatype.name, value);
@@ -163,7 +163,7 @@ DtString ValueWalker::wrappedLine(ResolvedDatatype& datatype, Value value)
     return line;
 }
 
-DtString ValueWalker::renderedLine(const DtString& datatype, Value value)
+DtString ValueWalker::renderedLine(const DtString& datatype, const Value& value)
 {
     const std::unique_ptr<DtStringTree> tree(myManager.createStringTreeRep(
         datatype, value.data, value.length, value.consumed, nullptr, 0, nullptr, nullptr));
@@ -234,8 +234,9 @@ DtStringTree* ValueWalker::tree(const DtString& datatype, Value value, const DtO
     return build(myResolver.find(datatype), value, keyNode, offset, root, history);
 }
 
-DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, Value value, const DtOMTNode* keyNode,
-                                 unsigned int offset, DtStringTree* root, DtObjectHistory* history)
+DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
+                                 const DtOMTNode* keyNode, unsigned int offset, DtStringTree* root,
+                                 DtObjectHistory* history)
 {
     value.consumed = 0;
     if (!myBounds.allowNode(datatype.name, offset, myDepth + 1))
@@ -243,38 +244,25 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, Value value, const 
         value.consumed = -1;
         return nullptr;
     }
-    const int padding = paddingBefore(datatype, offset);
+    const int padding = myAlignment.paddingBefore(datatype, offset);
+    const void* data = value.data;
     if (padding > 0)
     {
-        value.data = advance(value.data, padding);
+        data = advance(data, padding);
         offset = offsetBehind(offset, padding);
         if (isPaddingShown())
             DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
                     << "\n";
     }
     const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
-    auto node = std::make_unique<DtStringTree>(key, datatype.name, offset);
+    auto node = std::make_unique<DtStringTree>(key, datatype.sharedName, offset);
     // The length stays as it was, on purpose: padding is not taken off it.
-    fill(datatype, value, *node, root ? root : node.get(), history);
+    fill(datatype, {data, value.length, value.consumed}, *node, root ? root : node.get(), history);
     if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
     return node.release();
 }
 
-int ValueWalker::paddingBefore(ResolvedDatatype& datatype, unsigned int offset)
-{
-    if (!isAlone || (mySettings.isPaddingImplicit && datatype.alignment == 0))
-        return myManager.implicitPadding(offset, datatype.name);
-    if (!mySettings.isPaddingImplicit) return 0;
-    const auto alignment = static_cast<unsigned int>(datatype.alignment);
-    return static_cast<int>((alignment - offset % alignment) % alignment);
-}
-
-DtDatatypeManager::DtDatatypeEnum ValueWalker::kindOf(ResolvedDatatype& datatype)
-{
-    return isAlone && datatype.kind ? *datatype.kind : myManager.getDatatypeEnum(datatype.name);
-}
-
-void ValueWalker::simpleText(ResolvedDatatype& datatype, Value value, DtString& text)
+void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text)
 {
     if (isAlone && datatype.rep)
         represent(*datatype.rep, datatype.name, value, text);
@@ -282,8 +270,8 @@ void ValueWalker::simpleText(ResolvedDatatype& datatype, Value value, DtString& 
         myManager.getDatatypeRep(datatype.name, value.data, value.length, value.consumed, text);
 }
 
-void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype, Value value,
-                       const Place& place)
+void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype,
+                       const Value& value, const Place& place)
 {
     ++myDepth;
     if (isAlone)
@@ -294,13 +282,13 @@ void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype
     --myDepth;
 }
 
-void ValueWalker::fill(ResolvedDatatype& datatype, Value value, DtStringTree& node,
+void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringTree& node,
                        DtStringTree* root, DtObjectHistory* history)
 {
     using Manager = DtDatatypeManager;
     const Place place{&node, root, node.offset(), history};
     DtString text;
-    switch (kindOf(datatype))
+    switch (myResolver.kindOf(datatype))
     {
         case Manager::DtDatatypeSimple:
             simpleText(datatype, value, text);
@@ -335,7 +323,7 @@ void ValueWalker::fill(ResolvedDatatype& datatype, Value value, DtStringTree& no
 
 // A part of a value, which may have a mapping of its own.
 DtStringTree* ValueWalker::treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
-                                  Value value, unsigned int offset, DtStringTree* root,
+                                  const Value& value, unsigned int offset, DtStringTree* root,
                                   DtObjectHistory* history)
 {
     if (isAlone && mySettings.attributeMappings.empty())
@@ -363,7 +351,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
     myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-    auto child = std::make_unique<DtStringTree>(node.getName(), node.getDatatype(), offset);
+    auto child = std::make_unique<DtStringTree>(node.getName(), resolved.sharedName, offset);
     child->setValue(std::move(text));
     return child.release();
 }
@@ -416,7 +404,7 @@ bool ValueWalker::hasAttributeMapping(const DtString& name) const
            mySettings.attributeMappings.find(name) != mySettings.attributeMappings.end();
 }
 
-void ValueWalker::represent(const DtDatatypeRep& rep, const DtString& name, Value value,
+void ValueWalker::represent(const DtDatatypeRep& rep, const DtString& name, const Value& value,
                             DtString& text)
 {
     value.consumed = 0;
@@ -496,7 +484,8 @@ void ValueWalker::enumerated(const DtString& datatype, Value value, DtString& te
 }
 
 // The text is set only where it is no number, or none that an enumerator could have.
-std::int64_t ValueWalker::enumeratorNumber(const DtDatatypeRep& rep, Value value, DtString& text)
+std::int64_t ValueWalker::enumeratorNumber(const DtDatatypeRep& rep, const Value& value,
+                                           DtString& text)
 {
     value.consumed = 0;
     if (const auto* const enumeration = dynamic_cast<const DtEnumDatatypeRep*>(&rep))
@@ -574,7 +563,7 @@ void ValueWalker::fixed(const DtString& datatype, Value value, const Place& plac
     walkFixed(myResolver.find(datatype), value, place);
 }
 
-void ValueWalker::walkFixed(ResolvedDatatype& resolved, Value value, const Place& place)
+void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     DtFixedDatatypeNode* const node = myResolver.fixed(resolved);
     if (!node) return;
@@ -612,7 +601,7 @@ void ValueWalker::variant(const DtString& datatype, Value value, const Place& pl
     walkVariant(myResolver.find(datatype), value, place);
 }
 
-void ValueWalker::walkVariant(ResolvedDatatype& resolved, Value value, const Place& place)
+void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     DtVariantDatatypeNode* const node = myResolver.variant(resolved);
     if (!node) return;
@@ -620,7 +609,8 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, Value value, const Pla
         myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
                                value.data, value.length, value.consumed);
     // At the discriminant's size and not at its place, on purpose.
-    auto* const discriminant = new DtStringTree(node->getDiscriminant(), node->getDatatype(),
+    auto* const discriminant = new DtStringTree(node->getDiscriminant(),
+                                                myResolver.component(resolved, 0, *node).sharedName,
                                                 static_cast<unsigned int>(value.consumed));
     place.parent->setFirstChild(discriminant);
     const int padding = myManager.implicitPadding(place.offset, resolved.name);
@@ -647,7 +637,7 @@ void ValueWalker::defined(const DtString& datatype, Value value, const Place& pl
     walkDefined(myResolver.find(datatype), value, place);
 }
 
-void ValueWalker::walkDefined(ResolvedDatatype& resolved, Value value, const Place& place)
+void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     const DtDatatypeRep* const mapped = resolved.rep;
     if (!mapped) return;
@@ -672,7 +662,7 @@ void ValueWalker::array(const DtString& datatype, Value value, const Place& plac
     walkArray(myResolver.find(datatype), value, place);
 }
 
-void ValueWalker::walkArray(ResolvedDatatype& resolved, Value value, const Place& place)
+void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     if (DtArrayDatatypeNode* const node = myResolver.array(resolved))
         countedArray(*node, value, place);
@@ -696,7 +686,7 @@ enum ArrayForm
 }  // namespace
 
 // Ends where the octets end. A -1 is not passed on, on purpose.
-void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, Value value, const Place& place)
+void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
 {
     Chain chain(*place.parent);
     value.consumed = 0;
@@ -713,7 +703,7 @@ void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, Value value, const 
     }
 }
 
-void ValueWalker::countedArray(DtArrayDatatypeNode& node, Value value, const Place& place)
+void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
 {
     const int form = node.getCardinalityType();
     if (form == theLengthlessForm) return lengthlessArray(node, value, place);
@@ -737,8 +727,8 @@ void ValueWalker::countedArray(DtArrayDatatypeNode& node, Value value, const Pla
 }
 
 // Gives how many there are: for a form that ends at a zero, in octets.
-std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, Value value, const Place& place,
-                                   std::int64_t count)
+std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value,
+                                   const Place& place, std::int64_t count)
 {
     const int form = node.getCardinalityType();
     Chain chain(*place.parent);
@@ -808,7 +798,7 @@ void ValueWalker::complex(const DtString& datatype, Value value, const Place& pl
     walkComplex(myResolver.find(datatype), value, place);
 }
 
-void ValueWalker::walkComplex(ResolvedDatatype& resolved, Value value, const Place& place)
+void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     DtComplexDatatypeNode* const node = myResolver.complex(resolved);
     if (!node) return;
@@ -824,7 +814,7 @@ void ValueWalker::walkComplex(ResolvedDatatype& resolved, Value value, const Pla
 }
 
 void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
-                                  Value value, const Place& place, DtStringTree*& last)
+                                  const Value& value, const Place& place, DtStringTree*& last)
 {
     constexpr int thePaddingComponent = 6;
     const int boundary = node.getCardinalityMaximum();

@@ -2,6 +2,7 @@
 // The walk over a value's octets, one function for each kind of datatype.
 #pragma once
 
+#include "omtReader/alignmentCalculator.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
 #include "omtReader/decodingBounds.h"
@@ -20,13 +21,17 @@ class ValueWalker
 {
 public:
     ValueWalker(DtDatatypeManager& manager, ConversionSettings& settings,
-                DatatypeResolver& resolver, DecodingBounds& bounds)
-        : myManager(manager), mySettings(settings), myResolver(resolver), myBounds(bounds)
+                DatatypeResolver& resolver, AlignmentCalculator& alignment, DecodingBounds& bounds)
+        : myManager(manager),
+          mySettings(settings),
+          myResolver(resolver),
+          myAlignment(alignment),
+          myBounds(bounds)
     {
     }
 
-    /// Whether the manager's operations are all our own, so that the walk may go from step to step
-    /// without asking at the door.
+    /// Whether the operations of the walk are our own, so that it may go from step to step without
+    /// asking at the door.
     bool isAlone = false;
 
     /// What every walk is handed.
@@ -83,39 +88,39 @@ private:
         return myViews[myOpenViews - 1].advance(from, octets);
     }
     std::int64_t octetsToZero(const void* from, int length) const;
-    void represent(const DtDatatypeRep& rep, const DtString& name, Value value, DtString& text);
-    std::int64_t enumeratorNumber(const DtDatatypeRep& rep, Value value, DtString& text);
+    void represent(const DtDatatypeRep& rep, const DtString& name, const Value& value,
+                   DtString& text);
+    std::int64_t enumeratorNumber(const DtDatatypeRep& rep, const Value& value, DtString& text);
 
-    DtDatatypeManager::DtDatatypeEnum kindOf(ResolvedDatatype& datatype);
-    int paddingBefore(ResolvedDatatype& datatype, unsigned int offset);
-    void simpleText(ResolvedDatatype& datatype, Value value, DtString& text);
-    DtStringTree* treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype, Value value,
-                         unsigned int offset, DtStringTree* root, DtObjectHistory* history);
-    DtStringTree* build(ResolvedDatatype& datatype, Value value, const DtOMTNode* keyNode,
+    void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
+    DtStringTree* treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
+                         const Value& value, unsigned int offset, DtStringTree* root,
+                         DtObjectHistory* history);
+    DtStringTree* build(ResolvedDatatype& datatype, const Value& value, const DtOMTNode* keyNode,
                         unsigned int offset, DtStringTree* root, DtObjectHistory* history);
-    void fill(ResolvedDatatype& datatype, Value value, DtStringTree& node, DtStringTree* root,
-              DtObjectHistory* history);
-    using Walk = void (ValueWalker::*)(ResolvedDatatype&, Value, const Place&);
+    void fill(ResolvedDatatype& datatype, const Value& value, DtStringTree& node,
+              DtStringTree* root, DtObjectHistory* history);
+    using Walk = void (ValueWalker::*)(ResolvedDatatype&, const Value&, const Place&);
     using Operation = void (DtDatatypeManager::*)(const DtString&, const void*, int, int&,
                                                   DtStringTree*, DtStringTree*, unsigned int,
                                                   DtObjectHistory*);
-    void walk(Walk ours, Operation managers, ResolvedDatatype& datatype, Value value,
+    void walk(Walk ours, Operation managers, ResolvedDatatype& datatype, const Value& value,
               const Place& place);
-    void walkFixed(ResolvedDatatype& datatype, Value value, const Place& place);
-    void walkComplex(ResolvedDatatype& datatype, Value value, const Place& place);
-    void walkArray(ResolvedDatatype& datatype, Value value, const Place& place);
-    void walkVariant(ResolvedDatatype& datatype, Value value, const Place& place);
-    void walkDefined(ResolvedDatatype& datatype, Value value, const Place& place);
-    DtString wrappedLine(ResolvedDatatype& datatype, Value value);
-    DtString renderedLine(const DtString& datatype, Value value);
+    void walkFixed(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkComplex(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkArray(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkVariant(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkDefined(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    DtString wrappedLine(ResolvedDatatype& datatype, const Value& value);
+    DtString renderedLine(const DtString& datatype, const Value& value);
     bool hasAttributeMapping(const DtString& name) const;
 
-    void lengthlessArray(DtArrayDatatypeNode& node, Value value, const Place& place);
-    void countedArray(DtArrayDatatypeNode& node, Value value, const Place& place);
-    std::int64_t elements(DtArrayDatatypeNode& node, Value value, const Place& place,
+    void lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place);
+    void countedArray(DtArrayDatatypeNode& node, const Value& value, const Place& place);
+    std::int64_t elements(DtArrayDatatypeNode& node, const Value& value, const Place& place,
                           std::int64_t count);
-    void componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype, Value value,
-                         const Place& place, DtStringTree*& last);
+    void componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
+                         const Value& value, const Place& place, DtStringTree*& last);
     const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
                                          const DtStringTree* parent) const;
     bool holdsValue(const DtStringTree& node, const DtString& value);
@@ -123,6 +128,7 @@ private:
     DtDatatypeManager& myManager;
     ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
+    AlignmentCalculator& myAlignment;
     DecodingBounds& myBounds;
     std::deque<ValueOctets> myViews;
     std::size_t myOpenViews = 0;

@@ -78,7 +78,7 @@ void ValueWriter::value(const DtString& datatype, const DtString& text, Octets& 
 
 void ValueWriter::byKind(ResolvedDatatype& datatype, const DtString& text, Octets& out)
 {
-    switch (myManager.getDatatypeEnum(datatype.name))
+    switch (myResolver.kindOf(datatype))
     {
         case DtDatatypeManager::DtDatatypeSimple:
         case DtDatatypeManager::DtDatatypeDefined:
@@ -99,9 +99,14 @@ void ValueWriter::byKind(ResolvedDatatype& datatype, const DtString& text, Octet
 
 void ValueWriter::simple(const DtString& datatype, const DtString& text, Octets& out)
 {
-    const DtDatatypeRep* const rep = myResolver.find(datatype).rep;
-    if (!rep) return;
-    const Octets octets = rep->valueFromStringRep(text);
+    append(myResolver.find(datatype), text, out);
+}
+
+void ValueWriter::append(const ResolvedDatatype& datatype, const DtString& text, Octets& out)
+{
+    if (datatype.append) return datatype.append(text, out);
+    if (!datatype.rep) return;
+    const Octets octets = datatype.rep->valueFromStringRep(text);
     out.insert(out.end(), octets.begin(), octets.end());
 }
 
@@ -184,7 +189,7 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
     {
         appendZeros(out, theCountSize);
         // As of the array's own offset, as it is read.
-        pad(element.name, start, out);
+        pad(element, start, out);
     }
     const std::string_view content = myCutter.unwrapped(text.view());
     const std::int64_t most = TextCutter::mostElements(*node);
@@ -200,8 +205,8 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
         for (std::size_t at = 0; at < theCountSize; ++at)
             out[start + at] = static_cast<char>(count >> 8 * (theCountSize - 1 - at));
     }
-    const bool needsEnd = form == theZeroEndedForm && TextCutter::isCharacter(element) &&
-                          TextCutter::isPlain(content);
+    const bool needsEnd =
+        form == theZeroEndedForm && element.isCharacter && TextCutter::isPlain(content);
     if (needsEnd) out.push_back('\0');
 }
 
@@ -210,7 +215,9 @@ void ValueWriter::piece(const TextPiece& piece, Octets& out)
     ResolvedDatatype& datatype = *piece.datatype;
     const auto offset = static_cast<unsigned int>(out.size() - myStart);
     if (!myBounds.allowNode(datatype.name, offset, myDepth + 1)) return;
-    pad(datatype.name, out.size(), out);
+    pad(datatype, out.size(), out);
+    const bool isSingle = myResolver.kindOf(datatype) == DtDatatypeManager::DtDatatypeSimple;
+    if (isAlone && isSingle) return append(datatype, DtString(piece.text), out);
     myHanded = piece.delimiter;
     myHandedTo = &datatype;
     ++myDepth;
@@ -232,10 +239,10 @@ const DtString& ValueWriter::delimiterFor(const DtString& datatype)
     return delimiter;
 }
 
-void ValueWriter::pad(const DtString& datatype, std::size_t place, Octets& out)
+void ValueWriter::pad(ResolvedDatatype& datatype, std::size_t place, Octets& out)
 {
     const auto offset = static_cast<unsigned int>(place - myStart);
-    appendZeros(out, myManager.implicitPadding(offset, datatype));
+    appendZeros(out, myAlignment.paddingBefore(datatype, offset));
 }
 
 }  // namespace omt

@@ -2,6 +2,7 @@
 // Text to the octets of a value, with the counts and the padding that decoding expects.
 #pragma once
 
+#include "omtReader/alignmentCalculator.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
 #include "omtReader/decodingBounds.h"
@@ -17,14 +18,19 @@ public:
     using Octets = DtDatatypeManager::Octets;
 
     ValueWriter(DtDatatypeManager& manager, const ConversionSettings& settings,
-                DatatypeResolver& resolver, TextCutter& cutter, DecodingBounds& bounds)
+                DatatypeResolver& resolver, AlignmentCalculator& alignment, TextCutter& cutter,
+                DecodingBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
+          myAlignment(alignment),
           myCutter(cutter),
           myBounds(bounds)
     {
     }
+
+    /// Whether no host takes part in encoding single values.
+    bool isAlone = false;
 
     void value(const DtString& datatype, const DtString& text, Octets& out);
     void simple(const DtString& datatype, const DtString& text, Octets& out);
@@ -42,11 +48,13 @@ private:
                            const DtComplexComponentNode* behind,
                            const DtComplexComponentNode* before, std::size_t start, Octets& out);
     const DtString& delimiterFor(const DtString& datatype);
-    void pad(const DtString& datatype, std::size_t place, Octets& out);
+    void pad(ResolvedDatatype& datatype, std::size_t place, Octets& out);
+    static void append(const ResolvedDatatype& datatype, const DtString& text, Octets& out);
 
     DtDatatypeManager& myManager;
     const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
+    AlignmentCalculator& myAlignment;
     TextCutter& myCutter;
     DecodingBounds& myBounds;
     const Octets* myOut = nullptr;  // of the outermost call
