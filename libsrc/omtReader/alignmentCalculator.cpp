@@ -12,6 +12,12 @@
 
 namespace omt
 {
+namespace
+{
+
+constexpr int theStepWork = 100;
+
+}  // namespace
 
 int AlignmentCalculator::padding(unsigned int offset, const DtString& datatype)
 {
@@ -29,13 +35,14 @@ int AlignmentCalculator::alignment(const DtString& datatype)
     const std::uint64_t warningsBefore = myWarnings;
     int result = -1;
     // Inside itself a datatype has no alignment yet.
-    const bool isInside = resolved.isBeingAligned || myDepth >= DecodingBounds::theDeepest;
-    if (!isInside && (myDepth == 0 || myBounds.allowWork(1, resolved.name)))
+    const bool isInside = resolved.isBeingAligned || myDepth >= ConversionBounds::theDeepest;
+    if (!isInside && (myDepth == 0 || myBounds.allowWork(theStepWork, resolved.name)))
     {
+        if (myDepth == 0) myBounds.begin(mySettings.nodeLimit, 0);
         resolved.isBeingAligned = true;
         ++myDepth;
         result = byKind(resolved);
-        --myDepth;
+        if (--myDepth == 0) myBounds.end();
         resolved.isBeingAligned = false;
     }
     if (result < 1)

@@ -2,8 +2,8 @@
 // At multiples of how many octets the values of a datatype stand.
 #pragma once
 
+#include "omtReader/conversionBounds.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/decodingBounds.h"
 
 namespace omt
 {
@@ -14,7 +14,7 @@ class AlignmentCalculator
 {
 public:
     AlignmentCalculator(DtDatatypeManager& manager, const ConversionSettings& settings,
-                        DatatypeResolver& resolver, DecodingBounds& bounds)
+                        DatatypeResolver& resolver, ConversionBounds& bounds)
         : myManager(manager), mySettings(settings), myResolver(resolver), myBounds(bounds)
     {
     }
@@ -46,7 +46,7 @@ private:
     DtDatatypeManager& myManager;
     const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
-    DecodingBounds& myBounds;
+    ConversionBounds& myBounds;
     std::uint64_t myWarnings = 0;
     int myDepth = 0;
 };

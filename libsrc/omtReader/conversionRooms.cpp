@@ -14,8 +14,8 @@ ConversionRooms::ConversionRooms(DtDatatypeManager& manager, ConversionSettings&
       alignment(manager, settings, resolver, myBounds),
       renderer(manager, resolver),
       walker(manager, settings, resolver, alignment, myBounds),
-      cutter(manager, settings, resolver, renderer, myWritingBounds),
-      writer(manager, settings, resolver, alignment, cutter, myWritingBounds)
+      cutter(manager, settings, resolver, renderer, myBounds),
+      writer(manager, settings, resolver, alignment, cutter, myBounds)
 {
 }
 

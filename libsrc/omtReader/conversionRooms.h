@@ -3,9 +3,9 @@
 #pragma once
 
 #include "omtReader/alignmentCalculator.h"
+#include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/decodingBounds.h"
 #include "omtReader/orphanCheck.h"
 #include "omtReader/textCutter.h"
 #include "omtReader/treeRenderer.h"
@@ -40,8 +40,7 @@ private:
     DtDatatypeManager& myManager;
     const char* myOwnTable;
     const char* myTable = nullptr;
-    DecodingBounds myBounds;
-    DecodingBounds myWritingBounds;
+    ConversionBounds myBounds;
 
 public:
     DatatypeResolver resolver;

@@ -23,7 +23,7 @@ namespace
 {
 
 constexpr std::size_t theNoPlace = std::string_view::npos;
-constexpr int theStepWork = 16;
+constexpr int theStepWork = 64;
 
 /// The place of the other bracket for each bracket; no place for one that has none.
 std::vector<std::size_t> bracketPartners(std::string_view text)
@@ -161,7 +161,7 @@ std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtS
     const auto kind = myResolver.kindOf(datatype);
     if (kind == DtDatatypeManager::DtDatatypeSimple)
         return endOfSingle(datatype, range, follow, isElement);
-    if (myDepth >= DecodingBounds::theDeepest || !myBounds.allowWork(theStepWork, datatype.name))
+    if (myDepth >= ConversionBounds::theDeepest || !myBounds.allowWork(theStepWork, datatype.name))
         return range.begin;
     ++myDepth;
     end = range.begin;
@@ -368,7 +368,7 @@ std::size_t TextCutter::splitBeforeRest(const ResolvedDatatype& element, Groups 
 
 TextCutter::Groups TextCutter::groupsOf(ResolvedDatatype& datatype, int depth)
 {
-    if (depth >= DecodingBounds::theDeepest) return {0, 0};
+    if (depth >= ConversionBounds::theDeepest) return {0, 0};
     const auto kind = myResolver.kindOf(datatype);
     if (kind == DtDatatypeManager::DtDatatypeFixed || kind == DtDatatypeManager::DtDatatypeComplex)
     {

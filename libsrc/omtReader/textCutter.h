@@ -2,9 +2,9 @@
 // The line of a record or an array, cut back into the lines of its parts.
 #pragma once
 
+#include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/decodingBounds.h"
 #include "omtReader/treeRenderer.h"
 
 #include <string_view>
@@ -28,7 +28,7 @@ class TextCutter
 {
 public:
     TextCutter(DtDatatypeManager& manager, const ConversionSettings& settings,
-               DatatypeResolver& resolver, TreeRenderer& renderer, DecodingBounds& bounds)
+               DatatypeResolver& resolver, TreeRenderer& renderer, ConversionBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
@@ -103,7 +103,7 @@ private:
     const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
     TreeRenderer& myRenderer;
-    DecodingBounds& myBounds;
+    ConversionBounds& myBounds;
     std::string_view myText;
     std::vector<std::size_t> myPartners;  // of each bracket, the place of the other one
     int myDepth = 0;

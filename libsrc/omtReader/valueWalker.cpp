@@ -73,11 +73,8 @@ public:
         if (walker.myViews.size() == walker.myOpenViews) walker.myViews.emplace_back();
         ValueOctets& view = walker.myViews[walker.myOpenViews];
         view.copy(value.data, value.length);
-        if (walker.myOpenViews == 0)
-        {
-            walker.myBounds.start(walker.mySettings.nodeLimit, view.length());
-            walker.myDepth = 0;
-        }
+        if (walker.myOpenViews == 0) walker.myDepth = 0;
+        walker.myBounds.begin(walker.mySettings.nodeLimit, view.length());
         ++walker.myOpenViews;
         value.data = view.begin();
         myIsOpener = true;
@@ -86,9 +83,10 @@ public:
     Call& operator=(const Call&) = delete;
     ~Call()
     {
-        if (!myIsOpener || --myWalker.myOpenViews > 0) return;
+        if (!myIsOpener) return;
+        --myWalker.myOpenViews;
         if (myWalker.myBounds.isPast()) myConsumed = -1;
-        myWalker.myResolver.release();
+        if (myWalker.myBounds.end()) myWalker.myResolver.release();
     }
 
 private:

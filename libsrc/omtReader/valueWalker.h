@@ -3,9 +3,9 @@
 #pragma once
 
 #include "omtReader/alignmentCalculator.h"
+#include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/decodingBounds.h"
 #include "omtReader/valueOctets.h"
 
 #include <deque>
@@ -21,7 +21,8 @@ class ValueWalker
 {
 public:
     ValueWalker(DtDatatypeManager& manager, ConversionSettings& settings,
-                DatatypeResolver& resolver, AlignmentCalculator& alignment, DecodingBounds& bounds)
+                DatatypeResolver& resolver, AlignmentCalculator& alignment,
+                ConversionBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
@@ -129,7 +130,7 @@ private:
     ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
     AlignmentCalculator& myAlignment;
-    DecodingBounds& myBounds;
+    ConversionBounds& myBounds;
     std::deque<ValueOctets> myViews;
     std::size_t myOpenViews = 0;
     int myDepth = 0;

@@ -42,10 +42,8 @@ public:
           myStartBefore(writer.myStart),
           myDepthBefore(writer.myDepth)
     {
+        writer.myBounds.begin(writer.mySettings.nodeLimit, static_cast<std::int64_t>(textLength));
         if (writer.myOut == &out) return;
-        if (!writer.myOut)
-            writer.myBounds.start(writer.mySettings.nodeLimit,
-                                  static_cast<std::int64_t>(textLength));
         writer.myOut = &out;
         writer.myStart = out.size();
         writer.myDepth = 0;
@@ -57,7 +55,7 @@ public:
         myWriter.myOut = myOutBefore;
         myWriter.myStart = myStartBefore;
         myWriter.myDepth = myDepthBefore;
-        if (myOutBefore) return;
+        if (!myWriter.myBounds.end()) return;
         myWriter.myCutter.release();
         myWriter.myResolver.release();
     }

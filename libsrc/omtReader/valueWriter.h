@@ -3,9 +3,9 @@
 #pragma once
 
 #include "omtReader/alignmentCalculator.h"
+#include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/decodingBounds.h"
 #include "omtReader/textCutter.h"
 
 namespace omt
@@ -19,7 +19,7 @@ public:
 
     ValueWriter(DtDatatypeManager& manager, const ConversionSettings& settings,
                 DatatypeResolver& resolver, AlignmentCalculator& alignment, TextCutter& cutter,
-                DecodingBounds& bounds)
+                ConversionBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
@@ -56,7 +56,7 @@ private:
     DatatypeResolver& myResolver;
     AlignmentCalculator& myAlignment;
     TextCutter& myCutter;
-    DecodingBounds& myBounds;
+    ConversionBounds& myBounds;
     const Octets* myOut = nullptr;  // of the outermost call
     std::size_t myStart = 0;        // where its value begins in it
     int myDepth = 0;

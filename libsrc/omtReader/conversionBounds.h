@@ -12,20 +12,24 @@ namespace omt
 
 /// Counts what one outermost call makes and searches, and says when it is too much.
 ///
-/// Nodes are counted as promised to hosts. Work that leaves no node (scanning for an end that is
-/// far away without getting on, alignments that are not kept, texts that cannot be cut) has a bound
-/// of its own, far above what honest values need.
-class DecodingBounds
+/// Nodes and pieces are counted as promised to hosts. Work that leaves none of them (scanning for
+/// an end that is far away without getting on, alignments that are not kept, measuring texts) has a
+/// bound of its own, far above what honest values need.
+class ConversionBounds
 {
 public:
     static constexpr int theDeepest = 200;
 
-    void start(std::int64_t nodeLimit, std::int64_t length)
+    /// Begins counting, unless a call further out did so.
+    void begin(std::int64_t nodeLimit, std::int64_t length)
     {
+        if (myCalls++ > 0) return;
         myNodes = nodeLimit + length;
-        myWork = theWorkForEach * (theLeastWork + length);
+        myWork = theWorkForEach * myNodes;
         myIsPast = false;
     }
+    /// Whether the outermost call ends here.
+    bool end() { return --myCalls == 0; }
 
     bool isPast() const { return myIsPast; }
 
@@ -47,7 +51,6 @@ public:
 
 private:
     static constexpr std::int64_t theWorkForEach = 64;
-    static constexpr std::int64_t theLeastWork = 1000000;
 
     bool stop(const char* what, const DtString& datatype, unsigned int offset)
     {
@@ -57,6 +60,7 @@ private:
         return false;
     }
 
+    int myCalls = 0;
     std::int64_t myNodes = 0;
     std::int64_t myWork = 0;
     bool myIsPast = false;
