@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Runs omt as a user does: what it prints, what it complains about, how it ends.
-#include "support.h"
+#include "toolRun.h"
 
 #include <nlohmann/json.hpp>
-#include <sys/wait.h>
-
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 namespace
 {
@@ -49,37 +44,10 @@ constexpr const char* theSmallModel =
 constexpr const char* the2000Model =
     R"(<objectModel name="A"><objects><objectClass name="HLAobjectRoot"/></objects></objectModel>)";
 
-/// How a run of omt ended, and what it wrote.
-struct Outcome
-{
-    int status;
-    std::string out;
-    std::string err;
-};
-
-std::string contentOf(const std::filesystem::path& file)
-{
-    std::ostringstream content;
-    content << std::ifstream(file, std::ios::binary).rdbuf();
-    return content.str();
-}
-
-class ToolTest : public testing::Test
+class ToolTest : public ToolRun
 {
 protected:
     void SetUp() override { write("small.xml", theSmallModel); }
-
-    void write(const std::string& name, std::string_view content) { myFolder.write(name, content); }
-
-    /// Runs omt in the temporary folder with arguments as a shell takes them.
-    Outcome run(const std::string& arguments, const std::string& environment = "env -u RTI_CONFIG")
-    {
-        const std::string command = "cd " + myFolder.path().string() + " && " + environment +
-                                    " timeout 60 " OMT_TOOL " " + arguments + " >.out 2>.err";
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(myFolder.path() / ".out"),
-                contentOf(myFolder.path() / ".err")};
-    }
 
     json showJson(const std::string& arguments)
     {
@@ -87,8 +55,6 @@ protected:
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         return json::parse(outcome.out, nullptr, false);
     }
-
-    TemporaryFolder myFolder;
 };
 
 TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)

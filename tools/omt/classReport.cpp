@@ -1,76 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "classReport.h"
 
-#include "modelInput.h"
+#include "classSearch.h"
 #include "modelLists.h"
-#include "nearestNames.h"
 #include "plainText.h"
 #include "textTable.h"
 
-#include <variant>
-
 namespace
 {
-
-using Class = std::variant<const DtObjectClassFedNode*, const DtInteractionClassFedNode*>;
-
-const DtFedNode& nodeOf(const Class& found)
-{
-    return *std::visit([](const auto* node) -> const DtFedNode* { return node; }, found);
-}
-
-std::vector<Class> allClasses(DtOMTTree& tree)
-{
-    std::vector<Class> all;
-    for (const auto* node : ClassKind<DtObjectClassFedNode>::all(tree)) all.emplace_back(node);
-    for (const auto* node : ClassKind<DtInteractionClassFedNode>::all(tree)) all.emplace_back(node);
-    return all;
-}
-
-/// The classes that a name may mean: those of this full name, else those whose full name ends so.
-std::vector<Class> candidates(const std::vector<Class>& all, const std::string& name)
-{
-    std::vector<Class> exact;
-    std::vector<Class> ending;
-    for (const Class& one : all)
-    {
-        const DtString& fullName = nodeOf(one).getFullName();
-        if (fullName == name.c_str())
-            exact.push_back(one);
-        else if (fullName.endsWith('.' + name))
-            ending.push_back(one);
-    }
-    return exact.empty() ? ending : exact;
-}
-
-/// A sentence for a name that means more than one class.
-std::string ambiguousName(const std::string& name, const std::vector<Class>& found)
-{
-    constexpr std::size_t theMostShown = 10;
-    std::vector<std::string> names;
-    for (const Class& one : found)
-        if (names.size() < theMostShown) names.push_back(nodeOf(one).getFullName().str());
-    if (names.size() < found.size()) names.emplace_back("...");
-    return '"' + name + "\" is the name of " + std::to_string(found.size()) +
-           " classes; choose one of " + joined(names, ", ");
-}
-
-Class findClass(DtOMTTree& tree, const std::string& name)
-{
-    const std::vector<Class> all = allClasses(tree);
-    const std::vector<Class> found = candidates(all, name);
-    if (found.size() == 1) return found.front();
-    if (!found.empty()) throw InputError(ambiguousName(name, found));
-
-    const bool isPath = name.find('.') != std::string::npos;
-    std::vector<std::string> names;
-    for (const Class& one : all)
-    {
-        const DtFedNode& node = nodeOf(one);
-        names.push_back(isPath ? node.getFullName().str() : node.getName().str());
-    }
-    throw InputError(unknownName("class", name, names));
-}
 
 std::string namesText(const std::list<DtString>& names)
 {
@@ -167,7 +104,13 @@ std::string fullText(const Node& node, const DatatypeKinds& kinds)
 
 std::string classReport(DtOMTTree& tree, const std::string& name)
 {
+    std::vector<const DtFedNode*> all = classesOf<DtObjectClassFedNode>(tree);
+    const std::vector<const DtFedNode*> interactions = classesOf<DtInteractionClassFedNode>(tree);
+    all.insert(all.end(), interactions.begin(), interactions.end());
+
     const DatatypeKinds kinds(tree);
-    return std::visit([&](const auto* node) { return fullText(*node, kinds); },
-                      findClass(tree, name));
+    const DtFedNode& found = findClass(all, "class", name);
+    if (const auto* node = dynamic_cast<const DtObjectClassFedNode*>(&found))
+        return fullText(*node, kinds);
+    return fullText(dynamic_cast<const DtInteractionClassFedNode&>(found), kinds);
 }

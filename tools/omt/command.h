@@ -6,6 +6,17 @@
 
 #include <functional>
 #include <string>
+#include <vector>
+
+/// What a subcommand made of its input.
+struct Result
+{
+    /// For standard output.
+    std::string text;
+    /// What is wrong with the input, a sentence each; the text shows what could be read all the
+    /// same.
+    std::vector<std::string> complaints = {};
+};
 
 /// One subcommand: its place on the command line, and what it does once it was chosen there.
 ///
@@ -13,7 +24,7 @@
 struct Command
 {
     CLI::App* app;
-    /// Gives the text for standard output, or throws a std::exception whose message is for the
-    /// user: what is wrong and where.
-    std::function<std::string()> run;
+    /// Throws a std::exception whose message is for the user where there is no result: what is
+    /// wrong and where.
+    std::function<Result()> run;
 };

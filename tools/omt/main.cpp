@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line tool omt: which subcommand, with what result and which exit status.
+#include "decodeCommand.h"
+#include "encodeCommand.h"
 #include "messages.h"
 #include "showCommand.h"
 
@@ -44,8 +46,10 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "Results go to standard output, messages to standard error. The exit status is 0 when all\n"
         "went well, 1 for bad input, 2 for wrong usage.\n"
         "\n"
-        "Example:\n"
-        "  omt show HarbourBase.xml HarbourTraffic.xml --mim");
+        "Examples:\n"
+        "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
+        "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
+        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"");
 }
 
 ExitStatus writeResult(const std::string& text)
@@ -71,7 +75,10 @@ ExitStatus run(const Command& command)
 {
     try
     {
-        return writeResult(command.run());
+        const Result result = command.run();
+        const ExitStatus status = writeResult(result.text);
+        for (const std::string& complaint : result.complaints) writeMessage(complaint);
+        return result.complaints.empty() ? status : theBadInput;
     }
     catch (const std::exception& error)
     {
@@ -84,10 +91,10 @@ ExitStatus run(const Command& command)
 
 int main(int argumentCount, char** arguments)
 {
-    CLI::App app("Reads HLA object models.", "omt");
+    CLI::App app("Reads HLA object models and the values that they describe.", "omt");
     GeneralChoice choice;
     addGeneralArguments(app, choice);
-    const Command commands[] = {addShowCommand(app)};
+    const Command commands[] = {addShowCommand(app), addDecodeCommand(app), addEncodeCommand(app)};
     try
     {
         app.parse(argumentCount, arguments);

@@ -178,11 +178,12 @@ DtOMTTree* readSeveral(DtXMLFileReader& reader, const ModelChoice& choice)
 
 }  // namespace
 
-void addModelArguments(CLI::App& command, ModelChoice& choice)
+CLI::Option* addModelArguments(CLI::App& command, ModelChoice& choice)
 {
-    command.add_option("MODEL", choice.files, "Files of the model; modules are merged in order")
-        ->required();
     command.add_flag("--mim", choice.withMIM, "Merge the standard MIM in, behind the files");
+    return command
+        .add_option("MODEL", choice.files, "Files of the model; modules are merged in order")
+        ->required();
 }
 
 DtOMTTreePtr readModel(const ModelChoice& choice)

@@ -24,8 +24,8 @@ struct ModelChoice
     bool withMIM = false;
 };
 
-/// Adds the arguments that fill the choice to a subcommand.
-void addModelArguments(CLI::App& command, ModelChoice& choice);
+/// Adds the arguments that fill the choice to a subcommand; gives the one for the files.
+CLI::Option* addModelArguments(CLI::App& command, ModelChoice& choice);
 
 /// Reads the model; several files are merged in the order given, and the standard MIM behind them.
 ///

@@ -57,5 +57,5 @@ Command addShowCommand(CLI::App& app)
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt show HarbourBase.xml --class PortEntity\n"
         "  omt show HarbourBase.xml --json");
-    return {command, [choice] { return show(*choice); }};
+    return {command, [choice] { return Result{show(*choice)}; }};
 }

@@ -26,7 +26,8 @@ struct TextTable::Place
 void TextTable::add(const std::vector<std::string>& cells)
 {
     Row row;
-    for (const std::string& cell : cells) row.push_back(oneLine(cell));
+    for (std::size_t at = 0; at < cells.size(); ++at)
+        row.push_back(myColumns[at].isExact ? visible(cells[at]) : oneLine(cells[at]));
     row.resize(myColumns.size());
     myRows.push_back(std::move(row));
 }

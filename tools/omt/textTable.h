@@ -20,6 +20,8 @@ struct Column
 {
     std::string heading;
     Fit fit;
+    /// Whether blanks stay as they are.
+    bool isExact = false;
 };
 
 inline Column whole(const char* heading)
@@ -34,9 +36,14 @@ inline Column wrap(const char* heading)
 {
     return {heading, Fit::wrap};
 }
+/// For texts whose blanks count: indented names, values.
+inline Column exact(const char* heading)
+{
+    return {heading, Fit::whole, true};
+}
 
-/// Rows of cells below their headings. Every cell is made one visible line first; columns in which
-/// no row has anything are left out.
+/// Rows of cells below their headings. Every cell is made one visible line first, its blanks too
+/// unless the column is exact; columns in which no row has anything are left out.
 class TextTable
 {
 public:
