@@ -25,6 +25,13 @@ public:
     SingleAttribute& operator=(const SingleAttribute&) = delete;
     virtual ~SingleAttribute();
 
+    /// The octets and their number; null and 0 for an empty slot.
+    const char* bytes() const { return myBytes.get(); }
+    std::int32_t byteCount() const { return myByteCount; }
+    /// The tree and the octets that it took; null and 0 before anybody asked for it.
+    const DtStringTree* tree() const { return myTree.get(); }
+    std::int32_t treeCount() const { return myTreeCount; }
+
 private:
     friend class DtAttributeHistory;
 

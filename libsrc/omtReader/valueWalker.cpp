@@ -188,7 +188,6 @@ DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
 DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
 {
     value.consumed = 0;
-    if (!value.data) return DtString();
     const Call call(*this, value);
     const int minimum = node.getCardinalityMinimum();
     const int maximum = std::max(node.getCardinalityMaximum(), minimum);
@@ -196,7 +195,7 @@ DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
     DtString text;
     // The counter runs down, on purpose: once a value was read, the maximum stops nothing.
     int count = 0;
-    while (value.consumed < value.length && (count < maximum || isUnlimited))
+    while (value.data && value.consumed < value.length && (count < maximum || isUnlimited))
     {
         if (!text.empty()) text += myManager.getDelimiterMap(node.getName(), nullptr);
         if (hasAttributeMapping(node.getName()))
@@ -340,18 +339,25 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
     if (!hasAttributeMapping(node.getName()))
         return myManager.createStringTreeRep(resolved.name, value.data, value.length,
                                              value.consumed, &node, offset, root, history);
-    if (!myBounds.allowNode(resolved.name, offset, myDepth))
+    return attributeTree(node.getName(), resolved, value, offset);
+}
+
+// A value whose own name is mapped stands where it stands: there is no padding in front of it.
+DtStringTree* ValueWalker::attributeTree(const DtString& name, const ResolvedDatatype& datatype,
+                                         const Value& value, unsigned int offset)
+{
+    if (!myBounds.allowNode(datatype.name, offset, myDepth))
     {
         value.consumed = -1;
         return nullptr;
     }
     DtString text;
-    myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
+    myManager.getAttributeRep(name, value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-    auto child = std::make_unique<DtStringTree>(node.getName(), resolved.sharedName, offset);
-    child->setValue(std::move(text));
-    return child.release();
+    auto node = std::make_unique<DtStringTree>(name, datatype.sharedName, offset);
+    node->setValue(std::move(text));
+    return node.release();
 }
 
 DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsigned int offset,
@@ -361,13 +367,7 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
     if (!value.data) return nullptr;
     const Call call(*this, value);
     if (hasAttributeMapping(node.getName()))
-    {
-        DtOMTDatatypeNode component;
-        component.setName(node.getName());
-        component.setDatatype(node.getDatatype());
-        return myManager.createStringTreeRep(component, value.data, value.length, value.consumed,
-                                             offset, nullptr, history);
-    }
+        return attributeTree(node.getName(), myResolver.find(node.getDatatype()), value, offset);
     const int minimum = node.getCardinalityMinimum();
     const bool isOpen =
         node.getCardinalityType() == 1 || std::max(node.getCardinalityMaximum(), minimum) > 0;

@@ -94,6 +94,8 @@ private:
     std::int64_t enumeratorNumber(const DtDatatypeRep& rep, const Value& value, DtString& text);
 
     void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
+    DtStringTree* attributeTree(const DtString& name, const ResolvedDatatype& datatype,
+                                const Value& value, unsigned int offset);
     DtStringTree* treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
                          const Value& value, unsigned int offset, DtStringTree* root,
                          DtObjectHistory* history);
