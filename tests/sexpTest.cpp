@@ -12,13 +12,14 @@ namespace
 /// An object as text: numbers after "#", strings in quotes.
 std::string print(const DtlObjPtr& object)
 {
-    if (DtcStringp(object)) return '"' + object->string().str() + '"';
-    if (object->kind() == DtlObj::Kind::fixnum) return "#" + object->string().str();
-    if (object->kind() == DtlObj::Kind::symbol) return object->string().str();
-    std::string text;
+    const std::string& word = object->string().str();
+    if (DtcStringp(object)) return std::string(1, '"').append(word).append(1, '"');
+    if (object->kind() == DtlObj::Kind::fixnum) return std::string(1, '#').append(word);
+    if (object->kind() == DtlObj::Kind::symbol) return word;
+    std::string text(1, '(');
     for (DtlObjPtr list = object; DtcListp(list); list = DtcCdr(list))
-        text += (text.empty() ? "" : " ") + print(DtcCar(list));
-    return "(" + text + ")";
+        text.append(text.size() > 1 ? " " : "").append(print(DtcCar(list)));
+    return text.append(1, ')');
 }
 
 /// All forms up to the end, or up to what is wrong.
@@ -103,7 +104,8 @@ TEST(SexpTest, ListsTakeNoStack)
     for (const auto& [before, after] : cases)
     {
         SCOPED_TRACE(before);
-        const std::string head = "(" + times(1000000, before), tail = times(1000000, after) + ")";
+        const std::string head = std::string(1, '(').append(times(1000000, before));
+        const std::string tail = times(1000000, after).append(1, ')');
         const DtlObjPtr list = readOne(head + "x" + tail, environment);
         EXPECT_TRUE(DtcEqual(list, readOne(head + "x" + tail, environment)));
         EXPECT_FALSE(DtcEqual(list, readOne(head + "y" + tail, environment)));

@@ -3,6 +3,7 @@
 //   integer | integer "," integer ... | "[" integer "." ... "." integer "]"
 #include "omtReader/arrayDatatypeNode.h"
 
+#include "omtReader/modelRevision.h"
 #include "omtReader/textScan.h"
 
 #include <algorithm>
@@ -36,12 +37,14 @@ void DtArrayDatatypeNode::setCardinality(const DtString& cardinality)
 {
     myCardinality = cardinality;
     myDerivedValuesAreStale = true;
+    omt::noteModelChange();
 }
 
 void DtArrayDatatypeNode::setEncoding(const DtString& encoding)
 {
     myEncoding = encoding;
     myDerivedValuesAreStale = true;
+    omt::noteModelChange();
 }
 
 std::int32_t DtArrayDatatypeNode::getCardinalityType() const

@@ -43,8 +43,9 @@ const char* DtAttributeHistory::getByteStream(int index)
 
 void DtAttributeHistory::setByteStream(const void* data, int n)
 {
-    myEntries.pop_back();
+    // Copied first: the octets may be those of a value that goes.
     myEntries.push_front(std::make_unique<SingleAttribute>(data, n));
+    myEntries.pop_back();
     myIsUpdated = true;
 }
 

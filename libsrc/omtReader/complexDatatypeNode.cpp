@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/complexDatatypeNode.h"
 
+#include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
 
 DtComplexDatatypeNode::DtComplexDatatypeNode() = default;
@@ -8,6 +9,12 @@ DtComplexDatatypeNode::DtComplexDatatypeNode(const DtComplexDatatypeNode& other)
 DtComplexDatatypeNode& DtComplexDatatypeNode::operator=(const DtComplexDatatypeNode& other) =
     default;
 DtComplexDatatypeNode::~DtComplexDatatypeNode() = default;
+
+void DtComplexDatatypeNode::addComponentNode(DtComplexComponentNode* component)
+{
+    myComponents.add(component);
+    omt::noteModelChange();
+}
 
 DtComplexComponentNode* DtComplexDatatypeNode::getComponentNode(const DtString& name) const
 {

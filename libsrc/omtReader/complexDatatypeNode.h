@@ -21,10 +21,7 @@ public:
     ~DtComplexDatatypeNode() override;
 
     /// Takes a component over; null is ignored, a repeated name is not noticed.
-    virtual void addComponentNode(DtComplexComponentNode* component)
-    {
-        myComponents.add(component);
-    }
+    virtual void addComponentNode(DtComplexComponentNode* component);
     /// The first component of this name, or null.
     virtual DtComplexComponentNode* getComponentNode(const DtString& name) const;
     virtual ComponentList::iterator getComponentNodeList();

@@ -126,7 +126,7 @@ DtDatatypeManager::DtDatatypeEnum DtDatatypeManager::getDatatypeEnum(const DtStr
 {
     omt::ResolvedDatatype& resolved = myRooms->resolver.find(datatype);
     // A name that is asked for gets its place in the table.
-    if (!resolved.kind) resolved.kind = &mySettings->kinds[resolved.name];
+    if (!resolved.kind) resolved.kind = &entryOf(*mySettings, mySettings->kinds, resolved.name);
     return *resolved.kind;
 }
 

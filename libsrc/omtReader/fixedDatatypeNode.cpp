@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/fixedDatatypeNode.h"
 
+#include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
 
 DtFixedDatatypeNode::DtFixedDatatypeNode() = default;
 DtFixedDatatypeNode::DtFixedDatatypeNode(const DtFixedDatatypeNode& other) = default;
 DtFixedDatatypeNode& DtFixedDatatypeNode::operator=(const DtFixedDatatypeNode& other) = default;
 DtFixedDatatypeNode::~DtFixedDatatypeNode() = default;
+
+void DtFixedDatatypeNode::addComponentNode(DtFieldComponentNode* field)
+{
+    myFields.add(field);
+    omt::noteModelChange();
+}
 
 DtFieldComponentNode* DtFixedDatatypeNode::getComponentNode(const DtString& name) const
 {

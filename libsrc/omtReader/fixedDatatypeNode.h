@@ -27,7 +27,7 @@ public:
     virtual const DtString& getEncoding() const { return myEncoding; }
 
     /// Takes a field over; null is ignored, a repeated name is not noticed.
-    virtual void addComponentNode(DtFieldComponentNode* field) { myFields.add(field); }
+    virtual void addComponentNode(DtFieldComponentNode* field);
     /// The first field of this name, or null.
     virtual DtFieldComponentNode* getComponentNode(const DtString& name) const;
     virtual ComponentList::const_iterator getComponentNodeList() const;

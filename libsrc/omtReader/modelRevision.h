@@ -8,8 +8,9 @@
 namespace omt
 {
 
-/// Grows with every change, in any model of the process, of what is found by name or number: a node
-/// added, named, pointed at another datatype.
+/// Grows with every change, in any model of the process, of what decoding looks up or works out
+/// beforehand: a node or component added, named, pointed at another datatype, an array laid out
+/// anew.
 inline std::atomic<std::uint64_t> theModelRevision = 0;
 
 inline void noteModelChange() noexcept

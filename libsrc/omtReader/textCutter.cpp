@@ -24,6 +24,7 @@ namespace
 
 constexpr std::size_t theNoPlace = std::string_view::npos;
 constexpr int theStepWork = 64;
+constexpr std::int64_t theUnlimited = std::numeric_limits<std::int32_t>::max();
 
 /// The place of the other bracket for each bracket; no place for one that has none.
 std::vector<std::size_t> bracketPartners(std::string_view text)
@@ -75,12 +76,12 @@ std::vector<TextPiece> TextCutter::fields(ResolvedDatatype& record, std::string_
                                           const DtString& delimiter)
 {
     takeText(text);
-    return cutRecord(record, {0, text.size()}, delimiter, {}, true, nullptr);
+    return cutRecord(record, {0, text.size()}, delimiter, {}, true, false, nullptr);
 }
 
 std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range range,
                                              const DtString& delimiter, std::string_view follow,
-                                             bool takesRest, std::size_t* end)
+                                             bool takesRest, bool isElement, std::size_t* end)
 {
     const std::vector<ResolvedComponent>& fields = myResolver.fields(record);
     if (!fields.empty() && fields.front().component)
@@ -95,7 +96,8 @@ std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range ran
         const bool isLast = at + 1 == fields.size();
         const std::string_view behind = isLast ? follow : serving->view();
         const std::size_t pieceEnd =
-            isLast && takesRest ? range.end : endOf(datatype, range, *serving, behind, false);
+            isLast && takesRest ? range.end
+                                : endOf(datatype, range, *serving, behind, isLast && isElement);
         pieces.push_back({&datatype, textOf({range.begin, pieceEnd}), serving, nullptr});
         range.begin = isLast ? pieceEnd : placeBehind(pieceEnd, range.end, behind);
     }
@@ -122,9 +124,16 @@ std::vector<TextPiece> TextCutter::cutComplex(const std::vector<ResolvedComponen
     };
     std::vector<TextPiece> pieces;
     const DtString* serving = &delimiter;
+    // Whether the text goes on with the next one; one without a value has no delimiter either.
+    bool isThere = range.begin < range.end;
     for (findPresent(); at < components.size();)
     {
         const ResolvedComponent now = components[at++];
+        if (!isThere && now.component->getCardinalityMinimum() == 0)
+        {
+            findPresent();
+            continue;
+        }
         ResolvedDatatype& datatype = *now.datatype;
         if (!pieces.empty()) serving = &myRenderer.delimiterOf(datatype, *serving);
         const auto endBefore = [&](std::string_view behind)
@@ -139,6 +148,7 @@ std::vector<TextPiece> TextCutter::cutComplex(const std::vector<ResolvedComponen
         if (isLast) pieceEnd = takesRest ? range.end : endBefore(follow);
         pieces.push_back({&datatype, textOf({range.begin, pieceEnd}), serving, now.component});
         range.begin = isLast ? pieceEnd : placeBehind(pieceEnd, range.end, serving->view());
+        isThere = range.begin > pieceEnd;
     }
     if (end) *end = range.begin;
     return pieces;
@@ -169,10 +179,10 @@ std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtS
     {
         case DtDatatypeManager::DtDatatypeFixed:
         case DtDatatypeManager::DtDatatypeComplex:
-            cutRecord(datatype, range, delimiter, follow, false, &end);
+            cutRecord(datatype, range, delimiter, follow, false, isElement, &end);
             break;
         case DtDatatypeManager::DtDatatypeArray:
-            end = endOfArray(datatype, range, delimiter, follow);
+            end = endOfArray(datatype, range, delimiter, follow, isElement);
             break;
         default:
             end = endOfSingle(datatype, range, follow, isElement);
@@ -190,30 +200,43 @@ std::size_t TextCutter::endOfSingle(const ResolvedDatatype& datatype, Range rang
         return place >= range.end || startsAt(place, range.end, follow) ||
                (isElement && myText[place] == '[');
     };
+    const bool isEmpty = range.begin >= range.end || (isElement && opensGroup(range));
+    if (datatype.isCharacter && isEmpty) return range.begin;
     // A character may be the delimiter itself, which then stands in front of another one.
-    if (datatype.isCharacter && range.begin < range.end && isEnd(range.begin + 1))
-        return range.begin + 1;
+    const bool isBehind = !isEnd(range.begin) || range.begin + 1 < range.end;
+    if (datatype.isCharacter && isBehind && isEnd(range.begin + 1)) return range.begin + 1;
     const std::string_view text = myText.substr(0, range.end);
     std::size_t end = follow.empty() ? theNoPlace : text.find(follow, range.begin);
     if (isElement) end = std::min(end, text.find('[', range.begin));
     return std::min(end, range.end);
 }
 
+// Whether a bracket stands here that has its partner in the range.
+bool TextCutter::opensGroup(Range range) const
+{
+    return !myPartners.empty() && myText[range.begin] == '[' && myPartners[range.begin] < range.end;
+}
+
 std::size_t TextCutter::endOfArray(ResolvedDatatype& datatype, Range range,
-                                   const DtString& delimiter, std::string_view follow)
+                                   const DtString& delimiter, std::string_view follow,
+                                   bool isElement)
 {
     const DtArrayDatatypeNode* const node = myResolver.array(datatype);
+    // An empty text in front of brackets, which the array around it steps over with its own.
+    if (isElement && range.begin < range.end && opensGroup(range)) return range.begin;
     if (!node || mostElements(*node) == 0) return range.begin;
-    const bool isAtEnd = range.begin == range.end || startsAt(range.begin, range.end, follow);
-    if (isAtEnd && !hasFixedCount(*node)) return range.begin;
+    const bool isAtEnd = range.begin == range.end;
+    const bool isEmpty =
+        isAtEnd ? !hasFixedCount(*node)
+                : startsAt(range.begin, range.end, follow) && mostElements(*node) == theUnlimited;
+    if (isEmpty) return range.begin;
     ResolvedDatatype& element = myResolver.component(datatype, 0, *node);
     return endOfGroups(endOf(element, range, delimiter, follow, true), range.end);
 }
 
 std::size_t TextCutter::endOfGroups(std::size_t from, std::size_t limit) const
 {
-    while (from < limit && !myPartners.empty() && myText[from] == '[' && myPartners[from] < limit)
-        from = myPartners[from] + 1;
+    while (from < limit && opensGroup({from, limit})) from = myPartners[from] + 1;
     return from;
 }
 
@@ -280,7 +303,7 @@ std::int64_t TextCutter::mostElements(const DtArrayDatatypeNode& node)
         case 7:
         case 8:
         case 10:
-            return std::numeric_limits<std::int32_t>::max();
+            return theUnlimited;
         default:
             return 1;
     }
@@ -303,7 +326,9 @@ std::vector<TextPiece> TextCutter::elements(ResolvedDatatype& element, std::stri
         for (std::size_t at = 0; at < count; ++at) add(at, at + 1);
         return pieces;
     }
-    if (areCharacters && isEveryThirdABracket(range))
+    // With fewer than a fixed number, the brackets stand around characters of value 0.
+    const auto every = static_cast<std::int64_t>((text.size() + 2) / 3);
+    if (areCharacters && (most == theUnlimited || every == most) && isEveryThirdABracket(range))
     {
         for (std::size_t at = 0; 3 * at < text.size() + 2; ++at) add(2 * at, 2 * at + 1);
         return pieces;
@@ -348,7 +373,7 @@ std::size_t TextCutter::splitBeforeRest(const ResolvedDatatype& element, Groups 
         return open != theNoPlace && open >= range.begin ? open : theNoPlace;
     };
     const std::size_t open = openOf(range.end);
-    if (open == theNoPlace || open == range.begin) return open;
+    if (open == theNoPlace) return open;
     int count = 1;
     std::size_t first = open;
     while (count <= groups.most && openOf(first) != theNoPlace)
@@ -356,8 +381,9 @@ std::size_t TextCutter::splitBeforeRest(const ResolvedDatatype& element, Groups 
         first = openOf(first);
         ++count;
     }
+    const bool isMissing = groups.mayBeMissing && first == range.begin;
+    if (count <= groups.least && !isMissing) return theNoPlace;
     if (first == range.begin || count > groups.most) return open;
-    if (count <= groups.least) return theNoPlace;
     // It could also be the rest of an array that the element ends in. A record has a delimiter in
     // front of that array.
     if (!element.fixed.node && !element.complex.node) return open;
@@ -376,7 +402,7 @@ TextCutter::Groups TextCutter::groupsOf(ResolvedDatatype& datatype, int depth)
         if (fields.empty()) return {0, 0};
         const bool mayRepeat = fields.back().component != nullptr;
         const Groups groups = groupsOf(*fields.back().datatype, depth + 1);
-        return {groups.least, groups.most + (mayRepeat ? 1 : 0)};
+        return {groups.least, groups.most + (mayRepeat ? 1 : 0), groups.mayBeMissing};
     }
     if (kind != DtDatatypeManager::DtDatatypeArray) return {0, 0};
     const DtArrayDatatypeNode* const node = myResolver.array(datatype);
@@ -384,7 +410,9 @@ TextCutter::Groups TextCutter::groupsOf(ResolvedDatatype& datatype, int depth)
     if (most == 0) return {0, 0};
     const Groups groups = groupsOf(myResolver.component(datatype, 0, *node), depth + 1);
     if (most == 1) return groups;
-    return {groups.least + (hasFixedCount(*node) ? 1 : 0), groups.most + 1};
+    // Only at the end of a value may one have fewer than the most.
+    const bool isLimited = most < theUnlimited;
+    return {groups.least + (isLimited ? 1 : 0), groups.most + 1, !isLimited};
 }
 
 }  // namespace omt

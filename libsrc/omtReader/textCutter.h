@@ -72,11 +72,12 @@ private:
     {
         int least;
         int most;
+        bool mayBeMissing = false;  // as in an empty array
     };
     void takeText(std::string_view text);
     std::vector<TextPiece> cutRecord(ResolvedDatatype& record, Range range,
                                      const DtString& delimiter, std::string_view follow,
-                                     bool takesRest, std::size_t* end);
+                                     bool takesRest, bool isElement, std::size_t* end);
     std::vector<TextPiece> cutComplex(const std::vector<ResolvedComponent>& components, Range range,
                                       const DtString& delimiter, std::string_view follow,
                                       bool takesRest, std::size_t* end);
@@ -90,7 +91,8 @@ private:
     std::size_t endOfSingle(const ResolvedDatatype& datatype, Range range, std::string_view follow,
                             bool isElement) const;
     std::size_t endOfArray(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
-                           std::string_view follow);
+                           std::string_view follow, bool isElement);
+    bool opensGroup(Range range) const;
     std::size_t endOfGroups(std::size_t from, std::size_t limit) const;
     std::size_t endOfWrapper(Range range) const;
     std::size_t splitBeforeRest(const ResolvedDatatype& element, Groups groups, Range range,

@@ -415,6 +415,7 @@ void ValueWalker::represent(const DtDatatypeRep& rep, const DtString& name, cons
 // No more than `length`; behind the value there are zeros.
 std::int64_t ValueWalker::octetsToZero(const void* from, int length) const
 {
+    if (!from) return 0;
     const ValueOctets& view = myViews[myOpenViews - 1];
     const auto* const begin = static_cast<const char*>(from);
     const std::int64_t left =
@@ -471,39 +472,39 @@ void ValueWalker::enumerated(const DtString& datatype, Value value, DtString& te
     const Call call(*this, value);
     ResolvedDatatype& resolved = myResolver.find(datatype);
     if (!resolved.rep) return;
-    const std::int64_t number = enumeratorNumber(*resolved.rep, value, text);
+    const auto number = enumeratorNumber(*resolved.rep, value, text);
+    if (!number) return;
     // 32 bits are looked up as they are, with and without a sign.
     constexpr std::int64_t theLowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t theHighest = std::numeric_limits<std::uint32_t>::max();
-    if (!text.empty() || number < theLowest || number > theHighest) return;
-    const auto bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
-    const DtString* const name = myResolver.enumerator(resolved, bits);
-    text = name ? *name : DtString(static_cast<long long>(number));
+    const DtString* name = nullptr;
+    if (*number >= theLowest && *number <= theHighest)
+        name = myResolver.enumerator(resolved, static_cast<std::int32_t>(*number & theHighest));
+    text = name ? *name : DtString(static_cast<long long>(*number));
 }
 
-// The text is set only where it is no number, or none that an enumerator could have.
-std::int64_t ValueWalker::enumeratorNumber(const DtDatatypeRep& rep, const Value& value,
-                                           DtString& text)
+// Whatever representation is mapped tells the number. Where it is none, its text stands.
+std::optional<std::int64_t> ValueWalker::enumeratorNumber(const DtDatatypeRep& rep,
+                                                          const Value& value, DtString& text)
 {
     value.consumed = 0;
     if (const auto* const enumeration = dynamic_cast<const DtEnumDatatypeRep*>(&rep))
         return enumeration->enumVal(value.data, &value.consumed);
-    double number = 0.0;
     if (const auto* const hexadecimal = dynamic_cast<const DtHexDatatypeRep*>(&rep))
+        return static_cast<std::int64_t>(hexadecimal->numberRep(value.data, &value.consumed));
+    represent(rep, rep.datatype(), value, text);
+    if (const auto* const numeric = dynamic_cast<const DtNumberDatatypeRep*>(&rep))
     {
-        number = hexadecimal->numberRep(value.data, &value.consumed);
+        // The text may be a word, a character or a rounded number. Only a number too large for a
+        // double is better told by its text.
+        constexpr double theLargestExact = 9007199254740992.0;
+        const double number = numeric->numberRep(value.data, &value.consumed);
+        if (number != std::floor(number)) return std::nullopt;
+        if (std::abs(number) < theLargestExact) return static_cast<std::int64_t>(number);
     }
-    else
-    {
-        bool isWhole = false;
-        represent(rep, rep.datatype(), value, text);
-        number = text.toDouble(&isWhole);
-        if (!isWhole) return 0;
-    }
-    constexpr double theLimit = 9e15;
-    if (!(number >= -theLimit && number <= theLimit) || number != std::floor(number)) return 0;
-    text = DtString();
-    return static_cast<std::int64_t>(number);
+    bool isWhole = false;
+    const std::int64_t number = text.toInt64(&isWhole);
+    return isWhole ? std::optional(number) : std::nullopt;
 }
 
 void ValueWalker::variantLine(const DtString& datatype, Value value, DtString& text)
@@ -766,7 +767,6 @@ int ValueWalker::arrayCount(const DtArrayDatatypeNode& node, const void* data, i
     }
     int ignored = 0;
     Value value{data, length, ignored};
-    if (!data) return 0;
     const Call call(*this, value);
     switch (node.getCardinalityType())
     {

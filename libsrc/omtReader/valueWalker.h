@@ -10,6 +10,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 
 namespace omt
 {
@@ -91,7 +92,8 @@ private:
     std::int64_t octetsToZero(const void* from, int length) const;
     void represent(const DtDatatypeRep& rep, const DtString& name, const Value& value,
                    DtString& text);
-    std::int64_t enumeratorNumber(const DtDatatypeRep& rep, const Value& value, DtString& text);
+    std::optional<std::int64_t> enumeratorNumber(const DtDatatypeRep& rep, const Value& value,
+                                                 DtString& text);
 
     void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
     DtStringTree* attributeTree(const DtString& name, const ResolvedDatatype& datatype,

@@ -203,8 +203,8 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
         for (std::size_t at = 0; at < theCountSize; ++at)
             out[start + at] = static_cast<char>(count >> 8 * (theCountSize - 1 - at));
     }
-    const bool needsEnd =
-        form == theZeroEndedForm && element.isCharacter && TextCutter::isPlain(content);
+    const bool needsEnd = form == theZeroEndedForm && element.isCharacter &&
+                          (content.empty() || TextCutter::isPlain(content));
     if (needsEnd) out.push_back('\0');
 }
 

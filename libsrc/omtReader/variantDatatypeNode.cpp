@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/variantDatatypeNode.h"
 
+#include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
 
 DtVariantDatatypeNode::DtVariantDatatypeNode() = default;
@@ -8,6 +9,12 @@ DtVariantDatatypeNode::DtVariantDatatypeNode(const DtVariantDatatypeNode& other)
 DtVariantDatatypeNode& DtVariantDatatypeNode::operator=(const DtVariantDatatypeNode& other) =
     default;
 DtVariantDatatypeNode::~DtVariantDatatypeNode() = default;
+
+void DtVariantDatatypeNode::addComponentNode(DtAlternativeComponentNode* alternative)
+{
+    myAlternatives.add(alternative);
+    omt::noteModelChange();
+}
 
 DtAlternativeComponentNode* DtVariantDatatypeNode::getComponentNode(const DtString& name) const
 {

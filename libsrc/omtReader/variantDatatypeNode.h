@@ -34,10 +34,7 @@ public:
     virtual const DtString& getEncoding() const { return myEncoding; }
 
     /// Takes an alternative over; null is ignored, a repeated name is not noticed.
-    virtual void addComponentNode(DtAlternativeComponentNode* alternative)
-    {
-        myAlternatives.add(alternative);
-    }
+    virtual void addComponentNode(DtAlternativeComponentNode* alternative);
     /// The first alternative of this name, or null.
     virtual DtAlternativeComponentNode* getComponentNode(const DtString& name) const;
     virtual ComponentList::const_iterator getComponentNodeList() const;

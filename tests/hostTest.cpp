@@ -1,0 +1,381 @@
+// SPDX-License-Identifier: Apache-2.0
+// The manager with edits between conversions, with hosts that replace a part of it, and with others
+// at the same model.
+#include "modelText.h"
+#include "omtReader/charDatatypeRep.h"
+#include "omtReader/datatypeManager.h"
+#include "omtReader/definedDatatypeRep.h"
+#include "omtReader/stringTree.h"
+#include "support.h"
+
+#include <map>
+#include <sstream>
+#include <thread>
+
+namespace
+{
+
+using Manager = DtDatatypeManager;
+using Text = const DtString&;
+using Data = const void*;
+using Tree = DtStringTree*;
+using Old = DtObjectHistory*;
+using Offset = unsigned int;
+using Key = const DtOMTNode*;
+using Part = const DtOMTDatatypeNode&;
+
+/// A character under a name of its own.
+struct Letter : DtCharDatatypeRep
+{
+    explicit Letter(const char* itsName) : name(itsName) {}
+    const char* datatype() const override { return name; }
+    const char* name;
+};
+
+/// A record of two octets, as a whole.
+struct Whole : DtDefinedDatatypeRep
+{
+    Whole() : DtDefinedDatatypeRep(false) {}
+    const char* datatype() const override { return "Whole"; }
+    DtString stringRep(Data position, int* consumed) const override
+    {
+        if (consumed) *consumed = 2;
+        return "whole" + DtString(static_cast<int>(*static_cast<const char*>(position)));
+    }
+    DtString stringRep(Data position, int* consumed, Old) const override
+    {
+        return stringRep(position, consumed);
+    }
+    Tree createTreeRep(Data, int*, Old) const override { return new DtStringTree; }
+    DtString originalStringRep(Data, int*, Old) const override { return DtString(); }
+    std::vector<char> valueFromStringRep(Text) const override { return {'W', 'W'}; }
+    unsigned int byteAlignment() const override { return 2; }
+};
+
+/// Counts the calls of operations that classes further down replace.
+struct Host : Manager
+{
+    void note(const char* operation) const { ++calls[operation]; }
+    mutable std::map<std::string, int> calls;
+};
+
+// Each replaces one operation, or those that are always called, and changes nothing.
+// clang-format off
+template <class B> struct Alignment : B
+{ int byteAlignment(Text n) override
+  { this->note(__func__); return B::byteAlignment(n); } };
+template <class B> struct AlignmentFromRep : B
+{ int byteAlignmentFromRep(Text n) override
+  { this->note(__func__); return B::byteAlignmentFromRep(n); } };
+template <class B> struct AlignmentFixed : B
+{ int byteAlignmentFixed(Text n) override
+  { this->note(__func__); return B::byteAlignmentFixed(n); } };
+template <class B> struct AlignmentArray : B
+{ int byteAlignmentArray(Text n) override
+  { this->note(__func__); return B::byteAlignmentArray(n); } };
+template <class B> struct AlignmentVariant : B
+{ int byteAlignmentVariant(Text n) override
+  { this->note(__func__); return B::byteAlignmentVariant(n); } };
+template <class B> struct AlignmentComplex : B
+{ int byteAlignmentComplex(Text n) override
+  { this->note(__func__); return B::byteAlignmentComplex(n); } };
+template <class B> struct Padding : B
+{ int implicitPadding(Offset o, Text n) override
+  { this->note(__func__); return B::implicitPadding(o, n); } };
+template <class B> struct PaddingFlag : B
+{ bool isImplicitPaddingEnabled() const override
+  { this->note(__func__); return B::isImplicitPaddingEnabled(); } };
+template <class B> struct KindOf : B
+{ Manager::DtDatatypeEnum getDatatypeEnum(Text n) override
+  { this->note(__func__); return B::getDatatypeEnum(n); } };
+template <class B> struct Delimiter : B
+{ Text getDelimiterMap(Text n, bool* f) override
+  { this->note(__func__); return copy = B::getDelimiterMap(n, f); }
+  DtString copy; };
+template <class B> struct Line : B
+{ DtString convertStringTreeToString(Tree t, Text d) override
+  { this->note(__func__); return B::convertStringTreeToString(t, d); } };
+template <class B> struct Simple : B
+{ void getDatatypeRep(Text n, Data d, int l, int& c, DtString& t) override
+  { this->note(__func__); B::getDatatypeRep(n, d, l, c, t); } };
+template <class B> struct ByName : B
+{ using B::createStringTreeRep;
+  Tree createStringTreeRep(Text n, Data d, int l, int& c, Key k, Offset o, Tree r, Old h) override
+  { this->note("by name"); return B::createStringTreeRep(n, d, l, c, k, o, r, h); } };
+template <class B> struct ByNode : B
+{ using B::createStringTreeRep;
+  Tree createStringTreeRep(Part n, Data d, int l, int& c, Offset o, Tree r, Old h) override
+  { this->note("by node"); return B::createStringTreeRep(n, d, l, c, o, r, h); } };
+template <class B> struct Fixed : B
+{ void createFixedTreeRep(Text n, Data d, int l, int& c, Tree p, Tree r, Offset o, Old h) override
+  { this->note(__func__); B::createFixedTreeRep(n, d, l, c, p, r, o, h); } };
+template <class B> struct Complex : B
+{ void createComplexTreeRep(Text n, Data d, int l, int& c, Tree p, Tree r, Offset o, Old h) override
+  { this->note(__func__); B::createComplexTreeRep(n, d, l, c, p, r, o, h); } };
+template <class B> struct Array : B
+{ void createArrayTreeRep(Text n, Data d, int l, int& c, Tree p, Tree r, Offset o, Old h) override
+  { this->note(__func__); B::createArrayTreeRep(n, d, l, c, p, r, o, h); } };
+template <class B> struct Variant : B
+{ void createVariantTreeRep(Text n, Data d, int l, int& c, Tree p, Tree r, Offset o, Old h) override
+  { this->note(__func__); B::createVariantTreeRep(n, d, l, c, p, r, o, h); } };
+template <class B> struct Defined : B
+{ void createDefinedTreeRep(Text n, Data d, int l, int& c, Tree p, Tree r, Offset o, Old h) override
+  { this->note(__func__); B::createDefinedTreeRep(n, d, l, c, p, r, o, h); } };
+template <class B> struct Always : B
+{ using B::getStringRep;
+  DtString getStringRep(Text n, Data d, int l, int& c) override
+  { this->note(__func__); return B::getStringRep(n, d, l, c); }
+  void getEnumRep(Text n, Data d, int l, int& c, DtString& t) override
+  { this->note(__func__); B::getEnumRep(n, d, l, c, t); }
+  int getArrayDatatypeCount(DtArrayDatatypeNode* n, Data d, int l, Tree r, Tree o) override
+  { this->note(__func__); return B::getArrayDatatypeCount(n, d, l, r, o); } };
+template <class B> struct Write : B
+{ void getValueFromStringRep(Text n, Text t, Manager::Octets& o) override
+  { this->note(__func__); B::getValueFromStringRep(n, t, o); } };
+template <class B> struct WriteSimple : B
+{ void getValueFromDatatypeRep(Text n, Text t, Manager::Octets& o) override
+  { this->note(__func__); B::getValueFromDatatypeRep(n, t, o); } };
+// clang-format on
+
+const char theModel[] =
+    "simple Small HLAoctet;simple Count HLAinteger32BE;simple Large HLAinteger64BE;"
+    "simple Later x;enumerated Color HLAoctet Red=1 Blue=2;enumerated Wide HLAinteger32BE Blue=2;"
+    "array Row Small HLAvariableArray Dynamic;fixed Pos X:Count Y:Small;"
+    "variant Choice Kind:Color Red:Small Blue:Pos;complex Old First:Small:1 Second:Small:1;"
+    "fixed Some A:Small B:Color C:Row D:Pos;"
+    "fixed All A:Small B:Color C:Color D:Small E:Row F:Pos G:Small H:Small I:Choice J:Old "
+    "K:Small L:Gone M:Whole N:Lost";
+/// A value of All, which stands where it is with padding and without.
+const char theValue[] =
+    "01 02 05 03 00 00 00 04 41 42 43 44 00 00 00 07 08 09 0A 02 00 00 00 0B 0C 0D 0E 0F 10 11 1E "
+    "13 14 15 16 17 18 19 1A 1B";
+
+/// A manager of some class, with a model of all kinds; what there is in it, `results` shows.
+template <typename Kind = Manager>
+struct Bench
+{
+    explicit Bench(bool pads)
+    {
+        attribute.setName("attribute");
+        attribute.setDatatype("Row");
+        attribute.setCardinality("0+");
+        spare->setDatatype("Large");
+        enumerator->setEnum("Five");
+        enumerator->setNumber(5);
+        manager.setImplicitPadding(pads);
+        manager.fillDefaultDatatypeRepList();
+        manager.addDefinedDatatypeRep(new Whole);
+        manager.initOMTData(earlier.get());
+        manager.initOMTData(tree.get());
+        manager.readStandardMappings();
+        manager.addRepMapping("Later", "late");
+        manager.addDelimiterMap("Pos", ";");
+    }
+
+    std::string decoded()
+    {
+        const std::vector<char> value = octets(theValue);
+        const int length = static_cast<int>(value.size());
+        int consumed = 0;
+        std::ostringstream text;
+        text << manager.getStringRep("All", value.data(), length, consumed) << consumed << '\n';
+        const std::unique_ptr<DtStringTree> all(manager.createStringTreeRep(
+            "All", value.data(), length, consumed, nullptr, 4, nullptr, nullptr));
+        outline(all.get(), text);
+        text << consumed << '\n';
+        text << manager.getFedNodeStringRep(&attribute, &value[4], 8, consumed);
+        const std::unique_ptr<DtStringTree> rows(
+            manager.createStringTreeRep(&attribute, &value[4], 8, consumed, 0, nullptr));
+        outline(rows.get(), text);
+        manager.getArrayRep("Row", &value[4], length - 4, consumed, row);
+        text << row << manager.getStringRep("Later", value.data(), 4, consumed) << '\n';
+        return text.str();
+    }
+
+    std::string encoded()
+    {
+        std::ostringstream text;
+        Manager::Octets out;
+        manager.getValueFromStringRep("Some", "7 Red 1[2] 4;5", out);
+        manager.getValueFromStringRep("Color", "Blue", out);
+        for (const char octet : out) text << static_cast<int>(octet) << ' ';
+        for (const char* name : {"All", "Row", "Choice"})
+            text << manager.byteAlignment(name) << ' ';
+        return text.str();
+    }
+
+    std::string results() { return decoded() + encoded(); }
+
+    DtFixedDatatypeNode& pos() { return *tree->getFixedDatatypeNode("Pos"); }
+    DtEnumeratedDatatypeNode& color() { return *tree->getEnumeratedDatatypeNode("Color"); }
+    DtVariantDatatypeNode& choice() { return *tree->getVariantDatatypeNode("Choice"); }
+    DtArrayDatatypeNode& rows() { return *tree->getArrayDatatypeNode("Row"); }
+
+    static void outline(Tree node, std::ostream& text)
+    {
+        if (!node) return;
+        text << node->key() << '@' << node->offset() << '=' << node->value() << ' ';
+        for (Tree part : {node->firstChild(), node->nextElement(), node->nextSibling()})
+            outline(part, text);
+    }
+
+    const Messages messages;
+    TreePtr earlier = modelOf("fixed Gone A:Small");
+    TreePtr gone = modelOf("fixed Gone B:Small");
+    TreePtr tree = modelOf(theModel);
+    std::unique_ptr<DtFixedDatatypeNode> later{
+        new DtFixedDatatypeNode(*gone->getFixedDatatypeNode("Gone"))};
+    std::unique_ptr<DtFieldComponentNode> spare{named<DtFieldComponentNode>("spare")};
+    std::unique_ptr<DtEnumerationNode> enumerator{new DtEnumerationNode};
+    DtAttributeFedNode attribute;
+    DtString row;
+    Kind manager;
+};
+
+template <template <class> class... Replacements>
+struct Hosts
+{
+    using All = Host;
+    static void compare(const std::string&, const std::map<std::string, int>&, bool) {}
+};
+
+template <template <class> class First, template <class> class... Others>
+struct Hosts<First, Others...>
+{
+    using All = First<typename Hosts<Others...>::All>;
+    /// What is replaced alone is called as often as if all were replaced, when nothing can be kept.
+    static void compare(const std::string& decoded, const std::map<std::string, int>& all,
+                        bool pads)
+    {
+        Bench<First<Host>> bench(pads);
+        EXPECT_EQ(bench.decoded(), decoded);
+        EXPECT_FALSE(pads && bench.manager.calls.empty()) << typeid(First<Host>).name();
+        for (const auto& [name, calls] : bench.manager.calls)
+            EXPECT_EQ(calls, all.at(name)) << name << (pads ? ", padded" : "");
+        Hosts<Others...>::compare(decoded, all, pads);
+    }
+};
+
+/// Changes mappings and converts other values while a value is being converted.
+struct Editor : Manager
+{
+    void edit()
+    {
+        if (std::exchange(isEditing, true)) return;
+        addRepMapping(DtString(++edits), "int");
+        int consumed = 0;
+        getStringRep("Pos", "\1\2\3\4\5", 5, consumed);
+        Octets out;
+        getValueFromStringRep("Some", "7 Red 1[2] 4;5", out);
+        isEditing = false;
+    }
+    void getEnumRep(Text n, Data d, int l, int& c, DtString& t) override
+    {
+        edit();
+        Manager::getEnumRep(n, d, l, c, t);
+    }
+    void getValueFromEnumRep(Text n, Text t, Octets& o) override
+    {
+        edit();
+        Manager::getValueFromEnumRep(n, t, o);
+    }
+    int edits = 0;
+    bool isEditing = false;
+};
+
+}  // namespace
+
+TEST(HostTest, KeepsNothingThatAnEditChanges)
+{
+    // clang-format off
+    const struct
+    {
+        const char* what;
+        void (*edit)(Bench<>&);
+    } theEdits[] = {
+        {"mapping", [](auto& b) { b.manager.addRepMapping("HLAoctet", "char"); }},
+        {"mapping removed", [](auto& b) { b.manager.removeRepMapping("Count"); }},
+        {"mapping modified", [](auto& b) { b.manager.modifyRepMapping("Small", "short"); }},
+        {"representation", [](auto& b) { b.manager.addDatatypeRep(new Letter("late")); }},
+        {"defined", [](auto& b) { b.manager.addDefinedDatatypeRep(new Letter("Later")); }},
+        {"delimiter", [](auto& b) { b.manager.addDelimiterMap("Old", ","); }},
+        {"delimiter removed", [](auto& b) { b.manager.removeDelimiterMap("Pos"); }},
+        {"default delimiter", [](auto& b) { b.manager.setDefaultDelimiter("/"); }},
+        {"attribute", [](auto& b) { b.manager.addAttributeMapping("X", "hex"); }},
+        {"model", [](auto& b) { b.manager.initOMTData(b.gone.get()); }},
+        {"node added", [](auto& b) { b.tree->addFixedDatatypeNode(b.later.release()); }},
+        {"node renamed", [](auto& b) { b.pos().setName("X"); }},
+        {"field's datatype", [](auto& b) { b.pos().getComponentNode("X")->setDatatype("Large"); }},
+        {"field added", [](auto& b) { b.pos().addComponentNode(b.spare.release()); }},
+        {"element's datatype", [](auto& b) { b.rows().setDatatype("Count"); }},
+        {"encoding", [](auto& b) { b.rows().setEncoding("HLAfixedArray"); }},
+        {"discriminant", [](auto& b) { b.choice().setDatatype("Wide"); }},
+        {"enumerator added", [](auto& b) { b.color().addEnumerationNode(b.enumerator.release()); }},
+        {"renumbered", [](auto& b) { b.color().getEnumerationNode("Blue")->setNumber(5); }},
+        {"renamed", [](auto& b) { b.color().getEnumerationNode("Blue")->setEnum("Red2"); }},
+    };
+    // clang-format on
+    for (const bool pads : {false, true})
+        for (const auto& [what, edit] : theEdits)
+        {
+            Bench used(pads), fresh(pads);
+            const std::string before = used.results();
+            edit(used);
+            edit(fresh);
+            const std::string after = fresh.results();
+            EXPECT_EQ(used.results(), after) << what << (pads ? ", padded" : "");
+            EXPECT_NE(before, after) << what << (pads ? ", padded" : "");
+        }
+}
+
+TEST(HostTest, CallsWhatAHostReplaced)
+{
+    using Each =
+        Hosts<Alignment, AlignmentFromRep, AlignmentFixed, AlignmentArray, AlignmentVariant,
+              AlignmentComplex, Padding, PaddingFlag, KindOf, Delimiter, Line, Simple, ByName,
+              ByNode, Fixed, Complex, Array, Variant, Defined, Always>;
+    for (const bool pads : {false, true})
+    {
+        Bench plain(pads);
+        Bench<Each::All> all(pads);
+        const std::string decoded = plain.decoded();
+        EXPECT_EQ(all.decoded(), decoded);
+        const auto calls = all.manager.calls;
+        Each::compare(decoded, calls, pads);
+        all.decoded();
+        for (const auto& [name, count] : calls)
+            EXPECT_EQ(all.manager.calls[name], 2 * count) << name << ", asked again";
+
+        Bench<Write<Host>> writing(pads);
+        Bench<WriteSimple<Host>> writingSimple(pads);
+        EXPECT_EQ(writing.encoded(), plain.encoded());
+        EXPECT_EQ(writingSimple.encoded(), plain.encoded());
+        EXPECT_EQ(writing.manager.calls["getValueFromStringRep"], 10);
+        EXPECT_EQ(writingSimple.manager.calls["getValueFromDatatypeRep"], 5);
+    }
+}
+
+TEST(HostTest, AllowsEditsInBetween)
+{
+    Bench<Editor> bench(true);
+    EXPECT_EQ(bench.results(), Bench(true).results());
+    EXPECT_GE(bench.manager.edits, 6);
+}
+
+TEST(HostTest, SharesAPreparedModel)
+{
+    const TreePtr shared = modelOf(theModel);
+    shared->prepareForSharing();
+    const std::string expected = Bench(true).results();
+    Bench<> benches[] = {Bench(true), Bench(true)};
+    std::vector<std::thread> threads;
+    for (Bench<>& bench : benches)
+        threads.emplace_back(
+            [&]
+            {
+                bench.manager.initOMTData(shared.get());
+                bench.manager.readStandardMappings();
+                EXPECT_EQ(bench.results(), expected);
+            });
+    for (std::thread& thread : threads) thread.join();
+}

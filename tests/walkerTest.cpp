@@ -1,0 +1,478 @@
+// SPDX-License-Identifier: Apache-2.0
+// Values to text and back: against a slow decoder, with random models, octets and settings; hostile
+// values and models.
+#include "modelText.h"
+#include "omtReader/xmlFileReader.h"
+#include "referenceWalk.h"
+#include "support.h"
+
+#include <algorithm>
+#include <random>
+#include <sstream>
+
+namespace
+{
+
+using Manager = DtDatatypeManager;
+using Names = std::vector<std::string>;
+
+/// A manager with the default representations and a model of its own.
+struct Converter : Manager
+{
+    Converter(TreePtr ownModel, bool pads) : model(std::move(ownModel))
+    {
+        setImplicitPadding(pads);
+        fillDefaultDatatypeRepList();
+        initOMTData(model.get());
+    }
+
+    std::string encoded(const DtString& datatype, const DtString& text)
+    {
+        Octets out;
+        getValueFromStringRep(datatype, text, out);
+        return {out.begin(), out.end()};
+    }
+
+    TreePtr model;
+};
+
+/// A value at the end of a block of memory, a number of octets behind an aligned address.
+class Value
+{
+public:
+    explicit Value(std::string_view octets, std::size_t shift = 0)
+        : myBlock(new char[shift + octets.size()]),
+          myData(myBlock.get() + shift),
+          myLength(static_cast<int>(octets.size()))
+    {
+        std::copy(octets.begin(), octets.end(), myBlock.get() + shift);
+    }
+
+    const char* data() const { return myData; }
+    int length() const { return myLength; }
+
+    std::string line(Manager& manager, const DtString& datatype, int& consumed) const
+    {
+        return manager.getStringRep(datatype, myData, myLength, consumed).str();
+    }
+    std::unique_ptr<DtStringTree> tree(Manager& manager, const DtString& datatype,
+                                       int& consumed) const
+    {
+        return std::unique_ptr<DtStringTree>(manager.createStringTreeRep(
+            datatype, myData, myLength, consumed, nullptr, 0, nullptr, nullptr));
+    }
+
+private:
+    std::unique_ptr<char[]> myBlock;
+    const char* myData;
+    int myLength;
+};
+
+std::string hexadecimal(const std::string& octets)
+{
+    std::ostringstream text;
+    for (const char octet : octets) text << std::hex << (octet & 0xFF) << ' ';
+    return text.str();
+}
+
+/// Makes everything up, the same for the same seed.
+class Random
+{
+public:
+    explicit Random(unsigned seed) : mySource(seed) {}
+
+    std::size_t below(std::size_t end) { return mySource() % end; }
+    bool isOneIn(std::size_t count) { return below(count) == 0; }
+    const std::string& oneOf(const Names& list) { return list[below(list.size())]; }
+
+    /// Small numbers more often than others, so that counts and discriminants fit.
+    std::string octets(std::size_t length)
+    {
+        const std::size_t zeros = below(12);
+        std::string result(length, '\0');
+        for (char& octet : result)
+            if (below(12) >= zeros) octet = static_cast<char>(below(isOneIn(2) ? 4 : 256));
+        return result;
+    }
+
+    /// Declarations of datatypes that contain those in front of them.
+    std::string model(const Names& reps)
+    {
+        std::string text =
+            "enumerated E8 HLAoctet A=0 B=1 C=2 D=255;enumerated E16 HLAinteger16BE A=0 B=1 C=2;"
+            "enumerated E32 HLAinteger32BE A=0 B=1 C=-1;enumerated E3 24bits A=0 B=1;";
+        names = {"E8", "E16", "E32", "E3", "Nowhere"};
+        for (int at = 0; at < 4; ++at) text += "simple " + add("S") + ' ' + oneOf(reps) + ';';
+        for (int at = 0; at < 8; ++at)
+            text += isOneIn(2) ? array(oneOf(names), anyForms) : isOneIn(2) ? variant() : record();
+        return text;
+    }
+
+    /// The same of what gives the same line again. Characters stand in arrays only: one of value 0
+    /// is no text, which next to another such field cannot be told from a delimiter.
+    std::string encodableModel(const Names& reps)
+    {
+        std::string text = "simple Char char;enumerated E8 HLAoctet";
+        for (int number = 0; number < 256; ++number)
+            text += " N" + std::to_string(number) + '=' + std::to_string(number);
+        names = {"E8"};
+        for (int at = 0; at < 4; ++at) text += ";simple " + add("S") + ' ' + oneOf(reps);
+        const std::string rest = oneOf(names);
+        text += ';';
+        for (int at = 0; at < 8; ++at)
+        {
+            const bool isRecord = isOneIn(2), isText = isOneIn(3), isBounded = isOneIn(3);
+            const std::string element = isText ? "Char" : oneOf(names);
+            const Names& forms = isBounded && !isText ? boundedForms : closedForms;
+            text += isRecord ? record() : array(element, forms);
+        }
+        names.insert(names.end(), {"Rest", "Ended", "RestAtEnd"});
+        return text + "array Rest " + rest +
+               " HLAlengthlessVarArray -;array Ended Char "
+               "HLAnullTerminatedArray -;fixed RestAtEnd f2:Ended f1:Rest;";
+    }
+
+    Names names;
+
+private:
+    const Names boundedForms = {"HLAfixedArray [0..2]", "HLAfixedArray [1..3]"};
+    const Names closedForms = {"HLAfixedArray 0",
+                               "HLAfixedArray 3",
+                               "HLAvariableArray Dynamic",
+                               "HLAvariableArray Dynamic",
+                               "RPRpaddingTo32Array -",
+                               "HLAbitArray -",
+                               "Other 2"};
+    const Names anyForms = {"HLAfixedArray 0",          "HLAfixedArray 3",
+                            "HLAfixedArray 2,2",        "HLAfixedArray [0..2]",
+                            "HLAfixedArray [1..3]",     "HLAvariableArray Dynamic",
+                            "HLAvariableArray Dynamic", "HLAnullTerminatedArray -",
+                            "HLAlengthlessVarArray -",  "HLAbitArray -",
+                            "RPRpaddingTo32Array -"};
+
+    const std::string& add(const std::string& letter)
+    {
+        return names.emplace_back(letter + std::to_string(names.size()));
+    }
+    std::string array(const std::string& element, const Names& forms)
+    {
+        const std::string end = ' ' + element + ' ' + oneOf(forms) + ';';
+        return "array " + add("A") + end;
+    }
+    std::string record()
+    {
+        std::string fields;
+        for (std::size_t at = below(5); at > 0; --at)
+            fields += " f" + std::to_string(at) + ':' + oneOf(names);
+        return "fixed " + add("R") + fields + ';';
+    }
+    std::string variant()
+    {
+        std::string components = " kind:" + oneOf(names);
+        for (std::size_t at = below(4); at > 0; --at)
+        {
+            components += ' ' + oneOf({"A", "B", "C", "0", "1", "true"});
+            components += ':' + oneOf(names);
+        }
+        return "variant " + add("V") + components + ';';
+    }
+
+    std::mt19937 mySource;
+};
+
+const Names theExactReps = {"byte",     "short",  "int",     "long",     "float",    "double",
+                            "short-LE", "int-LE", "long-LE", "float-LE", "double-LE"};
+
+/// Whether "long", which writes 32 bits only, could not write a number of this line.
+bool hasLargeNumber(const std::string& line)
+{
+    constexpr char theDigits[] = "0123456789";
+    for (std::size_t at = 0; (at = line.find_first_of(theDigits, at)) != std::string::npos;)
+    {
+        const std::size_t end = std::min(line.find_first_not_of(theDigits, at), line.size());
+        if (end - at > 10 || std::stoull(line.substr(at, end - at)) > 2147483647) return true;
+        at = end;
+    }
+    return false;
+}
+
+}  // namespace
+
+TEST(WalkerTest, DecodesAsTheSlowWalk)
+{
+    const Messages messages;
+    Names reps = theExactReps;
+    for (const char* rep : {"char", "bool", "hex", "string", "utf8", "utf16", "unsigned-int",
+                            "unsigned-long", "enum8", "enum16", "enum32", "---"})
+        reps.push_back(rep);
+    for (unsigned seed = 0; seed < 600 && !HasFailure(); ++seed)
+    {
+        Random random(seed);
+        const std::string declarations = random.model(reps);
+        Converter manager(modelOf(declarations), random.isOneIn(2));
+        manager.setNodeLimit(500);
+        const char* const open = random.isOneIn(3) ? "<" : "";
+        manager.setArrayWrapper(open, ">");
+        std::string settings = manager.isImplicitPaddingEnabled() ? "padding\n" : "";
+        const auto set = [&](auto operation, const Names& names, const Names& values)
+        {
+            if (!random.isOneIn(8)) return;
+            const std::string name = random.oneOf(names), value = random.oneOf(values);
+            settings += name + " '" + value + "'\n";
+            (manager.*operation)(name, value);
+        };
+        for (const std::string& name : random.names)
+        {
+            // Changed in between, so that nothing outdated may be used.
+            set(&Manager::addRepMapping, {"E8", "E16", "E32", "E3"},
+                {"byte", "int-LE", "unsigned-long", "hex", "utf8", "---"});
+            set(&Manager::addAttributeMapping, {"f1", "f2", "A", random.names.back()}, reps);
+            set(&Manager::addDelimiterMap, random.names, {",", "; ", ""});
+            const std::string octets = random.octets(random.below(48));
+            const Value value(octets, random.below(16));
+            SCOPED_TRACE("seed " + std::to_string(seed) + '\n' + declarations + '\n' + settings +
+                         name + ": " + hexadecimal(octets));
+            const Decoded expected =
+                decodeSlowly(manager, name, value.data(), value.length(), open, ">");
+            int consumed = 0;
+            const std::string line = value.line(manager, name, consumed);
+            EXPECT_EQ(consumed, expected.lineConsumed);
+            const std::string tree = shown(value.tree(manager, name, consumed).get());
+            EXPECT_EQ(consumed, expected.treeConsumed);
+            if (expected.tree == theTooMany) continue;
+            EXPECT_EQ(line, expected.line);
+            EXPECT_EQ(tree, expected.tree);
+        }
+    }
+}
+
+TEST(WalkerTest, EncodesWhatItDecodes)
+{
+    const Messages messages;
+    const Names theDelimiters = {" ", ",", "; ", "|"};
+    int count = 0;
+    for (unsigned seed = 0; seed < 600 && !HasFailure(); ++seed)
+    {
+        Random random(seed);
+        const std::string declarations = random.encodableModel(theExactReps);
+        Converter manager(modelOf(declarations), random.isOneIn(2));
+        manager.setNodeLimit(500);
+        manager.setDefaultDelimiter(random.oneOf(theDelimiters));
+        for (const std::string& name : random.names)
+            if (random.isOneIn(4)) manager.addDelimiterMap(name, random.oneOf(theDelimiters));
+        for (const std::string& name : random.names)
+        {
+            std::string octets = random.octets(random.below(64));
+            // As characters they could be taken for brackets and delimiters.
+            for (char& octet : octets)
+                if (std::string_view("[] ,;|").find(octet) != std::string_view::npos) octet = 'x';
+            int consumed = 0, consumedAgain = 0;
+            Value(octets).line(manager, name, consumed);
+            if (consumed <= 0 || consumed > static_cast<int>(octets.size())) continue;
+            octets.resize(static_cast<std::size_t>(consumed));
+            const std::string line = Value(octets).line(manager, name, consumedAgain);
+            if (consumed != consumedAgain || line.empty() || hasLargeNumber(line)) continue;
+            ++count;
+            const std::string encoded = manager.encoded(name, line);
+            SCOPED_TRACE("seed " + std::to_string(seed) + '\n' + declarations + '\n' + name + ": " +
+                         hexadecimal(octets) + "\ngave " + hexadecimal(encoded));
+            EXPECT_EQ(Value(encoded).line(manager, name, consumed), line);
+            EXPECT_EQ(consumed, static_cast<int>(encoded.size()));
+        }
+    }
+    EXPECT_GT(count, 3000);
+}
+
+TEST(WalkerTest, EncodesWhatPeopleWrite)
+{
+    const std::string theBase =
+        "simple B byte;simple I int;simple C char;array V B HLAvariableArray "
+        "Dynamic;array T C HLAnullTerminatedArray -;array P B HLAfixedArray 2;fixed R a:B v:V b:I;"
+        "enumerated E HLAinteger16BE Low=1 High=258;variant W k:E Low:B;";
+    struct
+    {
+        const char* datatype;
+        const char* text;
+        const char* octets;
+    } const theCases[] = {
+        {"T", "HELLO",        "48 45 4C 4C 4F 00"                              },
+        {"T", "H[I]",         "48 49"                                          },
+        {"P", "1[2[3]]",      "01 02"                                          },
+        {"P", "1",            "01"                                             },
+        {"V", "{1[2]}",       "00 00 00 02 01 02"                              },
+        {"R", "1  2",         "01 00 00 00 00 00 00 00 00 00 00 02"            },
+        {"R", "{1 {2[3]} 4}", "01 00 00 00 00 00 00 02 02 03 00 00 00 00 00 04"},
+        {"R", "1",            "01 00 00 00 00 00 00 00 00 00 00 00"            },
+        {"R", "",             ""                                               },
+        {"E", "High",         "02 01"                                          },
+        {"E", "258",          ""                                               },
+        {"W", "Low 1",        ""                                               },
+    };
+    for (const auto& each : theCases)
+    {
+        SCOPED_TRACE(std::string(each.datatype) + ": " + each.text);
+        Converter manager(modelOf(theBase), true);
+        manager.setArrayWrapper("{", "}");
+        // What is there already stays, and counts for no padding.
+        std::vector<char> out = octets("FF"), expected = octets(each.octets);
+        manager.getValueFromStringRep(each.datatype, each.text, out);
+        expected.insert(expected.begin(), '\xFF');
+        EXPECT_EQ(out, expected);
+    }
+}
+
+TEST(WalkerTest, DecodesAndEncodesComplexDatatypes)
+{
+    const std::string theBase = "simple B byte;enumerated Kind HLAoctet One=1 Two=2;complex C ";
+    struct
+    {
+        const char* components;
+        const char* octets;
+        const char* line;
+        int consumed;
+    } const theCases[] = {
+        {"a:B:1 b:B:1",                    "01 02",                      "1 2",       2 },
+        {"a:B:3",                          "01 02 03",                   "1[2[3]]",   3 },
+        {"a:B:3",                          "01 02",                      "1[2[0]]",   -1},
+        {"a:B:1-3 b:B:1",                  "01 02 03 04",                "1[2[3]] 4", 4 },
+        {"a:B:1-3",                        "01 02",                      "1[2]",      2 },
+        {"a:B:0+",                         "01 02 03",                   "1[2[3]]",   3 },
+        {"a:B:1 b:B:0+",                   "01",                         "1",         1 },
+        {"a:B:1 b:B:0-1 c:B:0+",           "01 02",                      "1 2",       2 },
+        {"a:B:1+",                         "",                           "0",         -1},
+        {"k:Kind:1 a:B:0-1_(k_=_2) b:B:1", "02 05 06",                   "Two 5 6",   3 },
+        {"k:Kind:1 a:B:0-1_(k_=_2) b:B:1", "01 05",                      "One 5",     2 },
+        {"k:Kind:1 a:B:(k_=_Two) b:B:1",   "02 05 06",                   "Two 5 6",   3 },
+        {"k:Kind:1 a:B:(k_=_Two) b:B:1",   "01 06",                      "One 6",     2 },
+        {"n:B:1 a:B:0+_(n) b:B:1",         "02 05 06 07",                "2 5[6] 7",  4 },
+        {"n:B:1 a:B:0+_(n) b:B:1",         "00 07",                      "0 7",       2 },
+        {"a:B:1 p:B:%8 b:B:1",             "01 00 00 00 00 00 00 00 02", "1 2",       9 },
+    };
+    for (const auto& each : theCases)
+    {
+        SCOPED_TRACE(std::string(each.components) + " of " + each.octets);
+        Converter manager(modelOf(theBase + each.components + ';'), false);
+        const std::vector<char> given = octets(each.octets);
+        const std::string value(given.begin(), given.end());
+        int consumed = 0;
+        EXPECT_EQ(Value(value).line(manager, "C", consumed), each.line);
+        EXPECT_EQ(consumed, each.consumed);
+        if (each.consumed < 0) continue;
+        EXPECT_EQ(hexadecimal(manager.encoded("C", each.line)), hexadecimal(value));
+    }
+}
+
+TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
+{
+    std::string theLevels = "fixed L40;";
+    for (int level = 39; level >= 0; --level)
+    {
+        const std::string next = ":L" + std::to_string(level + 1);
+        theLevels += "fixed L" + std::to_string(level) + " a" + next + " b" + next + ';';
+    }
+    const std::string theCount = "\x7F\xFF\xFF\xFF";
+    struct
+    {
+        const char* datatype;
+        std::string declarations;
+        std::string octets;
+        bool isStopped;
+    } const theCases[] = {
+        {"Itself",    "fixed Itself a:Itself;",                                  "\1",              true                                          },
+        {"EachOther", "fixed EachOther a:Back;fixed Back a:EachOther;",          "\1",              true                                          },
+        {"OwnKind",   "variant OwnKind a:OwnKind;",                              "\1",              true                                          },
+        {"Elements",  "array Elements Elements HLAfixedArray 2;",                "\1",              true                                          },
+        {"Rest",      "array Rest Rest HLAlengthlessVarArray -;",                "\1",              true                                          },
+        {"Nothings",  "fixed R;array Nothings R HLAvariableArray Dynamic;",      theCount + "\1\1", true                                          },
+        {"NoTexts",   "simple T utf8;array NoTexts T HLAvariableArray Dynamic;",
+         theCount + std::string(1 << 20,                                                            'a') + '\xE4',                                  true},
+        {"L0",           theLevels,                                                                 "\1",                                                               true                                        },
+        {"CircleOfMaps",           "simple a b;simple b a;fixed CircleOfMaps x:a;",                                                       "\1\2",               false},
+    };
+    for (const auto& each : theCases)
+        for (const bool pads : {false, true})
+        {
+            SCOPED_TRACE(each.datatype);
+            SCOPED_TRACE(pads);
+            Converter manager(modelOf(each.declarations), pads);
+            manager.setNodeLimit(100000);
+            const auto decode = [&](bool asLine)
+            {
+                const Messages messages;
+                int consumed = 0;
+                const Value value(each.octets);
+                if (asLine)
+                    value.line(manager, each.datatype, consumed);
+                else
+                    value.tree(manager, each.datatype, consumed);
+                EXPECT_EQ(consumed < 0, each.isStopped);
+                EXPECT_EQ(std::count_if(messages.list().begin(), messages.list().end(),
+                                        [](const std::string& text)
+                                        { return text.rfind("Stopped at", 0) == 0; }),
+                          each.isStopped ? 1 : 0);
+            };
+            decode(true);
+            decode(false);
+            const Messages messages;
+            manager.encoded(each.datatype, "1 2 3[4]");
+        }
+}
+
+namespace
+{
+
+class HostileTest : public ModelsTest
+{
+protected:
+    static Names datatypes(DtOMTTree& tree)
+    {
+        Names names;
+        const auto add = [&](auto begin, auto end)
+        {
+            for (; begin != end; ++begin) names.push_back((*begin)->getName().str());
+        };
+        add(tree.getArrayDatatypeNodeList(), tree.getArrayDatatypeEndNode());
+        add(tree.getFixedDatatypeNodeList(), tree.getFixedDatatypeEndNode());
+        add(tree.getVariantDatatypeNodeList(), tree.getVariantDatatypeEndNode());
+        add(tree.getSimpleDatatypeNodeList(), tree.getSimpleDatatypeEndNode());
+        add(tree.getEnumeratedDatatypeNodeList(), tree.getEnumeratedDatatypeEndNode());
+        return names;
+    }
+};
+
+}  // namespace
+
+// The sanitizers see what is read outside a value.
+TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)
+{
+    Names values = {std::string(96, '\xFF'), "\x7F\xFF\xFF\xFF" + std::string(92, '\1')};
+    const std::string octets = Random(1).octets(96);
+    for (std::size_t length = 0; length < 96; length += length < 24 ? 1 : 9)
+        values.push_back(octets.substr(0, length));
+    const std::vector<Names> theModels = {
+        {"mim/HLAstandardMIM.xml", "evolved/RPR_FOM_v2.0_1516-2010.xml"},
+        {"x2000/RPR2-D17.xml"                       },
+        {"x2000/Certi-Test-02.xml"}
+    };
+    for (const Names& files : theModels)
+        for (const bool pads : {false, true})
+        {
+            SCOPED_TRACE(files.back());
+            const Messages messages;
+            std::vector<DtFilename> paths;
+            for (const std::string& file : files) paths.emplace_back(model(file).c_str());
+            DtXMLFileReader reader;
+            Converter manager(TreePtr(paths.size() == 1 ? reader.readFile(paths[0], nullptr)
+                                                        : reader.readFiles(paths, nullptr)),
+                              pads);
+            ASSERT_TRUE(manager.model);
+            manager.readStandardMappings();
+            for (const std::string& datatype : datatypes(*manager.model))
+                for (const std::string& value : values)
+                {
+                    int line = 0, tree = 0;
+                    Value(value, 1).line(manager, datatype, line);
+                    Value(value, 1).tree(manager, datatype, tree);
+                }
+        }
+}
