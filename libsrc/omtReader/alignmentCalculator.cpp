@@ -17,6 +17,22 @@ namespace
 
 constexpr int theStepWork = 100;
 
+/// Marks a datatype while its alignment is being worked out.
+class BeingAligned
+{
+public:
+    explicit BeingAligned(ResolvedDatatype& datatype) : myDatatype(datatype)
+    {
+        myDatatype.isBeingAligned = true;
+    }
+    BeingAligned(const BeingAligned&) = delete;
+    BeingAligned& operator=(const BeingAligned&) = delete;
+    ~BeingAligned() { myDatatype.isBeingAligned = false; }
+
+private:
+    ResolvedDatatype& myDatatype;
+};
+
 }  // namespace
 
 int AlignmentCalculator::padding(unsigned int offset, const DtString& datatype)
@@ -33,18 +49,12 @@ int AlignmentCalculator::alignment(const DtString& datatype)
     ResolvedDatatype& resolved = myResolver.find(datatype);
     if (resolved.alignment > 0 && isAlone) return resolved.alignment;
     const std::uint64_t warningsBefore = myWarnings;
-    int result = -1;
+    const CountedCall call(myBounds, mySettings.nodeLimit);
+    const Descent descent(myDepth);
     // Inside itself a datatype has no alignment yet.
-    const bool isInside = resolved.isBeingAligned || myDepth >= ConversionBounds::theDeepest;
-    if (!isInside && (myDepth == 0 || myBounds.allowWork(theStepWork, resolved.name)))
-    {
-        if (myDepth == 0) myBounds.begin(mySettings.nodeLimit, 0);
-        resolved.isBeingAligned = true;
-        ++myDepth;
-        result = byKind(resolved);
-        if (--myDepth == 0) myBounds.end();
-        resolved.isBeingAligned = false;
-    }
+    const bool isInside = resolved.isBeingAligned || myDepth > ConversionBounds::theDeepest;
+    const bool isAllowed = myDepth == 1 || myBounds.allowWork(theStepWork, resolved.name);
+    int result = isInside || !isAllowed ? -1 : byKind(resolved);
     if (result < 1)
     {
         warn();
@@ -58,6 +68,7 @@ int AlignmentCalculator::alignment(const DtString& datatype)
 
 int AlignmentCalculator::byKind(ResolvedDatatype& datatype)
 {
+    const BeingAligned mark(datatype);
     const DtString& name = datatype.name;
     if (!datatype.kind)
     {

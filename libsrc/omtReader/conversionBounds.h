@@ -31,6 +31,8 @@ public:
     /// Whether the outermost call ends here.
     bool end() { return --myCalls == 0; }
 
+    /// Whether any call is under way.
+    bool isCounting() const { return myCalls > 0; }
     bool isPast() const { return myIsPast; }
 
     /// Whether one more node may be made for this datatype at this depth.
@@ -64,6 +66,35 @@ private:
     std::int64_t myNodes = 0;
     std::int64_t myWork = 0;
     bool myIsPast = false;
+};
+
+/// Counts while it lives.
+class CountedCall
+{
+public:
+    CountedCall(ConversionBounds& bounds, std::int64_t nodeLimit) : myBounds(bounds)
+    {
+        myBounds.begin(nodeLimit, 0);
+    }
+    CountedCall(const CountedCall&) = delete;
+    CountedCall& operator=(const CountedCall&) = delete;
+    ~CountedCall() { myBounds.end(); }
+
+private:
+    ConversionBounds& myBounds;
+};
+
+/// One step down while it lives, also if a host's operation throws on the way.
+class Descent
+{
+public:
+    explicit Descent(int& depth) : myDepth(depth) { ++myDepth; }
+    Descent(const Descent&) = delete;
+    Descent& operator=(const Descent&) = delete;
+    ~Descent() { --myDepth; }
+
+private:
+    int& myDepth;
 };
 
 }  // namespace omt

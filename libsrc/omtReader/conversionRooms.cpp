@@ -10,12 +10,12 @@ using Manager = DtDatatypeManager;
 ConversionRooms::ConversionRooms(DtDatatypeManager& manager, ConversionSettings& settings)
     : myManager(manager),
       myOwnTable(virtualTable(&manager)),
-      resolver(manager, settings),
-      alignment(manager, settings, resolver, myBounds),
+      resolver(manager, settings, bounds),
+      alignment(manager, settings, resolver, bounds),
       renderer(manager, resolver),
-      walker(manager, settings, resolver, alignment, myBounds),
-      cutter(manager, settings, resolver, renderer, myBounds),
-      writer(manager, settings, resolver, alignment, cutter, myBounds)
+      walker(manager, settings, resolver, alignment, bounds),
+      cutter(manager, settings, resolver, renderer, bounds),
+      writer(manager, settings, resolver, alignment, cutter, bounds)
 {
 }
 
@@ -39,6 +39,7 @@ void ConversionRooms::lookAtManager()
         ByName(&Manager::createStringTreeRep), ByNode(&Manager::createStringTreeRep),
         &Manager::createFixedTreeRep, &Manager::createComplexTreeRep, &Manager::createArrayTreeRep,
         &Manager::createVariantTreeRep, &Manager::createDefinedTreeRep, &Manager::getDatatypeRep);
+    mayWalkClasses = isOurs(&Manager::checkObjOrphans, &Manager::checkIntOrphans);
     writer.isAlone = isOurs(&Manager::getValueFromStringRep, &Manager::getValueFromDatatypeRep);
     mayRenderAtOnce = isOurs(&Manager::convertStringTreeToString);
 }

@@ -33,6 +33,7 @@ public:
     }
 
     bool mayRenderAtOnce = false;  ///< no host takes part in rendering
+    bool mayWalkClasses = false;   ///< no host takes part in looking at classes
 
 private:
     void lookAtManager();
@@ -40,9 +41,9 @@ private:
     DtDatatypeManager& myManager;
     const char* myOwnTable;
     const char* myTable = nullptr;
-    ConversionBounds myBounds;
 
 public:
+    ConversionBounds bounds;
     DatatypeResolver resolver;
     AlignmentCalculator alignment;
     TreeRenderer renderer;

@@ -16,9 +16,11 @@
 #include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/floatLEDatatypeRep.h"
 #include "omtReader/hexDatatypeRep.h"
+#include "omtReader/interactionClassFedNode.h"
 #include "omtReader/intLEDatatypeRep.h"
 #include "omtReader/longLEDatatypeRep.h"
 #include "omtReader/mappingFile.h"
+#include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTree.h"
 #include "omtReader/orphanCheck.h"
 #include "omtReader/shortLEDatatypeRep.h"
@@ -134,31 +136,37 @@ void DtDatatypeManager::checkOrphanMappings()
 {
     if (!mySettings->tree) return;
     DtOMTTree& tree = *mySettings->tree;
-    myRooms->orphans.emplace(*mySettings);
+    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
     myRooms->orphans->datatypes();
     const auto objectEnd = tree.getObjectClassNodeEnd();
     for (auto it = tree.getObjectClassNodeBegin(); it != objectEnd; ++it) checkObjOrphans(*it);
     const auto interactionEnd = tree.getInteractionClassNodeEnd();
     for (auto it = tree.getInteractionClassNodeBegin(); it != interactionEnd; ++it)
         checkIntOrphans(*it);
-    myRooms->orphans.reset();
     ++mySettings->changes;
 }
 
 void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
 {
     if (!objectClass) return;
-    omt::OrphanCheck alone(*mySettings);
-    (myRooms->orphans ? *myRooms->orphans : alone).objectClasses(*objectClass);
+    const bool isWhole = myRooms->open().mayWalkClasses;
+    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const bool isNew = myRooms->orphans->objectClasses(*objectClass, isWhole);
     ++mySettings->changes;
+    if (!isWhole && isNew)
+        for (DtObjectClassFedNode* child : objectClass->getChildObjects()) checkObjOrphans(child);
 }
 
 void DtDatatypeManager::checkIntOrphans(DtInteractionClassFedNode* interactionClass)
 {
     if (!interactionClass) return;
-    omt::OrphanCheck alone(*mySettings);
-    (myRooms->orphans ? *myRooms->orphans : alone).interactionClasses(*interactionClass);
+    const bool isWhole = myRooms->open().mayWalkClasses;
+    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const bool isNew = myRooms->orphans->interactionClasses(*interactionClass, isWhole);
     ++mySettings->changes;
+    if (!isWhole && isNew)
+        for (DtInteractionClassFedNode* child : interactionClass->getChildInteractions())
+            checkIntOrphans(child);
 }
 
 // Flags and bounds.
@@ -483,8 +491,10 @@ DtStringTree* DtDatatypeManager::createStringTreeRep(const DtDatatypeFedNode* no
 DtString DtDatatypeManager::convertStringTreeToString(DtStringTree* tree, const DtString& delimiter)
 {
     if (!tree) return DtString();
-    return myRooms->open().mayRenderAtOnce ? myRooms->renderer.line(*tree, delimiter)
-                                           : myRooms->renderer.lineByParts(*tree, delimiter);
+    omt::ConversionRooms& rooms = myRooms->open();
+    const omt::CountedCall call(rooms.bounds, mySettings->nodeLimit);
+    return rooms.mayRenderAtOnce ? rooms.renderer.line(*tree, delimiter)
+                                 : rooms.renderer.lineByParts(*tree, delimiter);
 }
 
 void DtDatatypeManager::getDatatypeRep(const DtString& datatype, const void* data, int length,

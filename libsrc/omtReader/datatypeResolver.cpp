@@ -116,7 +116,6 @@ ResolvedDatatype& DatatypeResolver::of(const DtOMTDatatypeNode& node)
     return find(node.getDatatype());
 }
 
-// What a walk under way still holds stays alive until release().
 void DatatypeResolver::startAnew()
 {
     myChanges = mySettings.changes;
@@ -125,7 +124,8 @@ void DatatypeResolver::startAnew()
     myTable.clear();
     myLast = nullptr;
     myExpectedNode = nullptr;
-    myOutdated.push_back(std::move(myDatatypes));
+    // What a call under way still holds stays alive until release().
+    if (myBounds.isCounting()) myOutdated.push_back(std::move(myDatatypes));
     myDatatypes.clear();
 }
 

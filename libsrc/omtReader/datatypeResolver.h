@@ -2,6 +2,7 @@
 // What a datatype's name stands for, found once and kept while nothing changes.
 #pragma once
 
+#include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/modelRevision.h"
 #include "omtReader/scalarText.h"
@@ -74,8 +75,9 @@ struct ResolvedDatatype
 class DatatypeResolver
 {
 public:
-    DatatypeResolver(DtDatatypeManager& manager, ConversionSettings& settings)
-        : myManager(manager), mySettings(settings)
+    DatatypeResolver(DtDatatypeManager& manager, ConversionSettings& settings,
+                     const ConversionBounds& bounds)
+        : myManager(manager), mySettings(settings), myBounds(bounds)
     {
     }
 
@@ -143,6 +145,7 @@ private:
 
     DtDatatypeManager& myManager;
     ConversionSettings& mySettings;
+    const ConversionBounds& myBounds;
     std::uint64_t myChanges = 0;
     std::uint64_t myModelRevision = 0;
     std::uint64_t myEpoch = 0;

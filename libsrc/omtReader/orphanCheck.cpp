@@ -64,8 +64,9 @@ void OrphanCheck::checkComponents(const DtString& datatype, Manager::DtDatatypeE
 }
 
 template <typename Class, typename Members, typename Children>
-void OrphanCheck::classes(const Class& top, Members members, Children children)
+bool OrphanCheck::classes(const Class& top, bool isWhole, Members members, Children children)
 {
+    if (mySeen.count(&top) != 0) return false;
     std::vector<const Class*> open = {&top};
     while (!open.empty())
     {
@@ -73,19 +74,22 @@ void OrphanCheck::classes(const Class& top, Members members, Children children)
         open.pop_back();
         if (!mySeen.insert(now).second) continue;
         for (const auto* member : (now->*members)()) check(member->getDatatype());
+        if (!isWhole) continue;
         for (const Class* child : (now->*children)()) open.push_back(child);
     }
+    return true;
 }
 
-void OrphanCheck::objectClasses(const DtObjectClassFedNode& top)
+bool OrphanCheck::objectClasses(const DtObjectClassFedNode& top, bool isWhole)
 {
-    classes(top, &DtObjectClassFedNode::getAttributes, &DtObjectClassFedNode::getChildObjects);
+    return classes(top, isWhole, &DtObjectClassFedNode::getAttributes,
+                   &DtObjectClassFedNode::getChildObjects);
 }
 
-void OrphanCheck::interactionClasses(const DtInteractionClassFedNode& top)
+bool OrphanCheck::interactionClasses(const DtInteractionClassFedNode& top, bool isWhole)
 {
-    classes(top, &DtInteractionClassFedNode::getParameters,
-            &DtInteractionClassFedNode::getChildInteractions);
+    return classes(top, isWhole, &DtInteractionClassFedNode::getParameters,
+                   &DtInteractionClassFedNode::getChildInteractions);
 }
 
 }  // namespace omt

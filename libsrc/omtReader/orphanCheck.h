@@ -4,6 +4,7 @@
 
 #include "omtReader/conversionSettings.h"
 
+#include <optional>
 #include <unordered_set>
 
 namespace omt
@@ -18,18 +19,40 @@ public:
 
     /// The datatypes that datatypes refer to.
     void datatypes();
-    /// The datatypes of a class's attributes or parameters, and of all classes below it.
-    void objectClasses(const DtObjectClassFedNode& top);
-    void interactionClasses(const DtInteractionClassFedNode& top);
+    /// The datatypes of a class's attributes or parameters, and on request of all classes below it.
+    /// False if the class was looked at before.
+    bool objectClasses(const DtObjectClassFedNode& top, bool isWhole);
+    bool interactionClasses(const DtInteractionClassFedNode& top, bool isWhole);
 
 private:
     void check(const DtString& datatype);
     void checkComponents(const DtString& datatype, DtDatatypeManager::DtDatatypeEnum kind);
     template <typename Class, typename Members, typename Children>
-    void classes(const Class& top, Members members, Children children);
+    bool classes(const Class& top, bool isWhole, Members members, Children children);
 
     ConversionSettings& mySettings;
     std::unordered_set<const void*> mySeen;
+};
+
+/// Keeps one check for all calls that begin while it lives.
+class OrphanCheckScope
+{
+public:
+    OrphanCheckScope(std::optional<OrphanCheck>& check, ConversionSettings& settings)
+        : myCheck(check), myIsFirst(!check)
+    {
+        if (myIsFirst) myCheck.emplace(settings);
+    }
+    OrphanCheckScope(const OrphanCheckScope&) = delete;
+    OrphanCheckScope& operator=(const OrphanCheckScope&) = delete;
+    ~OrphanCheckScope()
+    {
+        if (myIsFirst) myCheck.reset();
+    }
+
+private:
+    std::optional<OrphanCheck>& myCheck;
+    bool myIsFirst;
 };
 
 }  // namespace omt

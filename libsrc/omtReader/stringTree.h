@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -35,6 +36,7 @@ public:
     /// Memory of nodes comes from and goes to a small store of the thread, as values are decoded
     /// into many nodes that live for a moment.
     static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* memory, std::size_t size) noexcept;
 
     /// Links an element, which this chain then owns, behind the last element of the chain that

@@ -173,7 +173,7 @@ std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtS
         return endOfSingle(datatype, range, follow, isElement);
     if (myDepth >= ConversionBounds::theDeepest || !myBounds.allowWork(theStepWork, datatype.name))
         return range.begin;
-    ++myDepth;
+    const Descent descent(myDepth);
     end = range.begin;
     switch (kind)
     {
@@ -188,7 +188,6 @@ std::size_t TextCutter::endOf(ResolvedDatatype& datatype, Range range, const DtS
             end = endOfSingle(datatype, range, follow, isElement);
             break;
     }
-    --myDepth;
     return end;
 }
 

@@ -2,6 +2,7 @@
 // A tree of texts as one line.
 #include "omtReader/treeRenderer.h"
 
+#include "omtReader/conversionBounds.h"
 #include "omtReader/stringTree.h"
 
 #include <string>
@@ -88,7 +89,8 @@ DtString TreeRenderer::lineByParts(const DtStringTree& tree, const DtString& del
     if (myDepth >= theDeepest) return line(tree, delimiter);
     const auto part = [&](DtStringTree* node, DtString itsDelimiter)
     { return myManager.convertStringTreeToString(node, itsDelimiter); };
-    ++myDepth;
+    const std::size_t copiesBefore = myCopies.size();
+    const Descent descent(myDepth);
     DtString text = tree.value();
     if (tree.firstChild()) text += part(tree.firstChild(), delimiter);
     if (DtStringTree* const element = tree.nextElement())
@@ -102,7 +104,7 @@ DtString TreeRenderer::lineByParts(const DtStringTree& tree, const DtString& del
         text += delimiter;
         text += part(sibling, delimiterOf(sibling->datatype(), delimiter));
     }
-    if (--myDepth == 0) myCopies.clear();
+    if (myDepth == 1) myCopies.resize(copiesBefore);
     return text;
 }
 

@@ -270,13 +270,12 @@ void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtS
 void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype,
                        const Value& value, const Place& place)
 {
-    ++myDepth;
+    const Descent descent(myDepth);
     if (isAlone)
         (this->*ours)(datatype, value, place);
     else
         (myManager.*managers)(datatype.name, value.data, value.length, value.consumed, place.parent,
                               place.root, place.offset, place.history);
-    --myDepth;
 }
 
 void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringTree& node,

@@ -218,13 +218,12 @@ void ValueWriter::piece(const TextPiece& piece, Octets& out)
     if (isAlone && isSingle) return append(datatype, DtString(piece.text), out);
     myHanded = piece.delimiter;
     myHandedTo = &datatype;
-    ++myDepth;
+    const Descent descent(myDepth);
     // A piece that is empty keeps its place, while an empty text on its own stands for nothing.
     if (piece.text.empty())
         byKind(datatype, DtString(), out);
     else
         myManager.getValueFromStringRep(datatype.name, DtString(piece.text), out);
-    --myDepth;
     myHanded = nullptr;
 }
 

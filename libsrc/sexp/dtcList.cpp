@@ -5,7 +5,7 @@
 
 #include <vector>
 
-const char* DtSexpReadEscapeChar = nullptr;
+thread_local const char* DtSexpReadEscapeChar = nullptr;
 
 DtlObjPtr DtcRead(DtlInputStream& stream, DtSexpEnvironment& env)
 {
