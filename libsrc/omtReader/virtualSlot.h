@@ -22,7 +22,8 @@ inline const char* virtualTable(const void* object)
 /// Some results may be kept, and some loops be run flat, only while nobody listens in between. The
 /// language has no question for that; the Itanium C++ ABI, which all compilers for Linux follow,
 /// answers it: a pointer to a virtual member begins with its place in the table, plus 1 on most
-/// processors.
+/// processors. A program that is not position-independent may hold another address of the same
+/// function: it then counts as replaced, which costs time and changes nothing else.
 template <typename Operation>
 bool isReplaced(const char* table, const char* baseTable, Operation operation)
 {
