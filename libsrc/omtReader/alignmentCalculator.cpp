@@ -3,6 +3,7 @@
 #include "omtReader/alignmentCalculator.h"
 
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/arrayForm.h"
 #include "omtReader/datatypeRep.h"
 #include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/variantDatatypeNode.h"
@@ -141,20 +142,20 @@ int AlignmentCalculator::ofArray(const DtString& datatype)
     if (!node) return -1;
     switch (node->getCardinalityType())
     {
-        case 7:
-        case 10:
+        case theBitForm:
+        case theVariableForm:
             return theCountAlignment;
-        case 5:
+        case thePaddingForm:
             warn();
             DtWarn << "Unknown alignment, DtArrayDatatypeNode::DtLocation not implemented.\n";
             return -1;
-        case 1:
-        case 2:
+        case theFixedForm:
+        case theBoundedForm:
         case 3:
-        case 4:
+        case theZeroEndedForm:
         case 6:
-        case 8:
-        case 9:
+        case theLengthlessForm:
+        case theDimensionsForm:
             return myManager.byteAlignment(myResolver.component(resolved, 0, *node).name);
         default:
             return -1;

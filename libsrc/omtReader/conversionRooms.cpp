@@ -13,7 +13,8 @@ ConversionRooms::ConversionRooms(DtDatatypeManager& manager, ConversionSettings&
       resolver(manager, settings, bounds),
       alignment(manager, settings, resolver, bounds),
       renderer(manager, resolver),
-      walker(manager, settings, resolver, alignment, bounds),
+      reader(manager, settings, resolver, bounds),
+      walker(manager, settings, resolver, alignment, reader, bounds),
       cutter(manager, settings, resolver, renderer, bounds),
       writer(manager, settings, resolver, alignment, cutter, bounds)
 {

@@ -9,6 +9,7 @@
 #include "omtReader/orphanCheck.h"
 #include "omtReader/textCutter.h"
 #include "omtReader/treeRenderer.h"
+#include "omtReader/valueReader.h"
 #include "omtReader/valueWalker.h"
 #include "omtReader/valueWriter.h"
 #include "omtReader/virtualSlot.h"
@@ -47,6 +48,7 @@ public:
     DatatypeResolver resolver;
     AlignmentCalculator alignment;
     TreeRenderer renderer;
+    ValueReader reader;
     ValueWalker walker;
     TextCutter cutter;
     ValueWriter writer;

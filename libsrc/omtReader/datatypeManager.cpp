@@ -7,6 +7,7 @@
 #include "omtReader/byteDatatypeRep.h"
 #include "omtReader/charDatatypeRep.h"
 #include "omtReader/complexDatatypeNode.h"
+#include "omtReader/componentCount.h"
 #include "omtReader/conversionRooms.h"
 #include "omtReader/doubleLEDatatypeRep.h"
 #include "omtReader/enum16DatatypeRep.h"
@@ -500,24 +501,24 @@ DtString DtDatatypeManager::convertStringTreeToString(DtStringTree* tree, const 
 void DtDatatypeManager::getDatatypeRep(const DtString& datatype, const void* data, int length,
                                        int& consumed, DtString& text)
 {
-    myRooms->open().walker.mapped(datatype, {data, length, consumed}, text);
+    myRooms->open().reader.mapped(datatype, {data, length, consumed}, text);
 }
 
 void DtDatatypeManager::getAttributeRep(const DtString& name, const void* data, int length,
                                         int& consumed, DtString& text)
 {
-    myRooms->open().walker.attribute(name, {data, length, consumed}, text);
+    myRooms->open().reader.attribute(name, {data, length, consumed}, text);
 }
 
 void DtDatatypeManager::getDefaultRep(const void* data, int length, int& consumed, DtString& text)
 {
-    myRooms->open().walker.hexadecimal({data, length, consumed}, text);
+    myRooms->open().reader.hexadecimal({data, length, consumed}, text);
 }
 
 void DtDatatypeManager::getEnumRep(const DtString& datatype, const void* data, int length,
                                    int& consumed, DtString& text)
 {
-    myRooms->open().walker.enumerated(datatype, {data, length, consumed}, text);
+    myRooms->open().reader.enumerated(datatype, {data, length, consumed}, text);
 }
 
 void DtDatatypeManager::getVariantRep(const DtString& datatype, const void* data, int length,
@@ -535,7 +536,7 @@ void DtDatatypeManager::getArrayRep(const DtString& datatype, const void* data, 
 void DtDatatypeManager::getArrayRepBySize(const DtString& datatype, const void* data, int length,
                                           int& consumed, DtString& text)
 {
-    myRooms->open().walker.arrayLineBySize(datatype, {data, length, consumed}, text);
+    myRooms->open().reader.octets(datatype, {data, length, consumed}, text);
 }
 
 void DtDatatypeManager::getArrayRepByCount(DtArrayDatatypeNode* node, const void* data, int length,
@@ -591,13 +592,13 @@ void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const voi
 int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data,
                                              int length, DtStringTree*, DtStringTree*)
 {
-    return node ? myRooms->open().walker.arrayCount(*node, data, length) : 0;
+    return node ? myRooms->open().reader.arrayCount(*node, data, length) : 0;
 }
 
 int DtDatatypeManager::getComplexDatatypeCount(DtComplexComponentNode* node, const void*, int,
                                                DtStringTree* root, DtStringTree* parent)
 {
-    return node ? myRooms->open().walker.complexCount(*node, root, parent) : 0;
+    return node ? omt::ComponentCount(myRooms->resolver).of(*node, root, parent) : 0;
 }
 
 // Alignment.

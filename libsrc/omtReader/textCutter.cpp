@@ -11,6 +11,7 @@
 #include "omtReader/textCutter.h"
 
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/arrayForm.h"
 #include "omtReader/complexComponentNode.h"
 #include "omtReader/stringTree.h"
 
@@ -272,14 +273,14 @@ bool TextCutter::hasFixedCount(const DtArrayDatatypeNode& node)
 {
     switch (node.getCardinalityType())
     {
-        case 2:
+        case theBoundedForm:
         case 3:
-        case 4:
-        case 5:
+        case theZeroEndedForm:
+        case thePaddingForm:
         case 6:
-        case 7:
-        case 8:
-        case 10:
+        case theBitForm:
+        case theLengthlessForm:
+        case theVariableForm:
             return false;
         default:
             return true;
@@ -290,18 +291,18 @@ std::int64_t TextCutter::mostElements(const DtArrayDatatypeNode& node)
 {
     switch (node.getCardinalityType())
     {
-        case 1:
+        case theFixedForm:
             return std::max(node.getCardinalityMinimum(), 0);
-        case 2:
+        case theBoundedForm:
             return std::max(node.getCardinalityMaximum(), 0);
         case 3:
-        case 5:
+        case thePaddingForm:
         case 6:
             return 0;
-        case 4:
-        case 7:
-        case 8:
-        case 10:
+        case theZeroEndedForm:
+        case theBitForm:
+        case theLengthlessForm:
+        case theVariableForm:
             return theUnlimited;
         default:
             return 1;

@@ -17,14 +17,11 @@
 #include "omtReader/alternativeComponentNode.h"
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/arrayDatatypeRep.h"
+#include "omtReader/arrayForm.h"
 #include "omtReader/complexDatatypeNode.h"
 #include "omtReader/datatypeFedNode.h"
 #include "omtReader/definedDatatypeRep.h"
-#include "omtReader/enumDatatypeRep.h"
-#include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/fixedDatatypeNode.h"
-#include "omtReader/hexDatatypeRep.h"
-#include "omtReader/intDatatypeRep.h"
 #include "omtReader/stringTree.h"
 #include "omtReader/variantDatatypeNode.h"
 
@@ -41,13 +38,6 @@ namespace
 
 constexpr int theCountSize = 4;
 
-/// Adds octet counts; what is too large stays the largest.
-void addTo(int& sum, std::int64_t count)
-{
-    constexpr std::int64_t theLargest = std::numeric_limits<int>::max();
-    sum = static_cast<int>(std::clamp(sum + count, -theLargest, theLargest));
-}
-
 unsigned int offsetBehind(unsigned int offset, int octets)
 {
     return offset + static_cast<unsigned int>(octets);
@@ -59,41 +49,6 @@ bool isPaddingShown()
 }
 
 }  // namespace
-
-/// The time between entry and return of one operation. The outermost one copies the value; so does
-/// one that a host calls in between with octets of its own.
-class ValueWalker::Call
-{
-public:
-    Call(ValueWalker& walker, Value& value) : myWalker(walker), myConsumed(value.consumed)
-    {
-        if (!value.data) return;
-        if (walker.myOpenViews > 0 && walker.myViews[walker.myOpenViews - 1].holds(value.data))
-            return;
-        if (walker.myViews.size() == walker.myOpenViews) walker.myViews.emplace_back();
-        ValueOctets& view = walker.myViews[walker.myOpenViews];
-        view.copy(value.data, value.length);
-        if (walker.myOpenViews == 0) walker.myDepth = 0;
-        walker.myBounds.begin(walker.mySettings.nodeLimit, view.length());
-        ++walker.myOpenViews;
-        value.data = view.begin();
-        myIsOpener = true;
-    }
-    Call(const Call&) = delete;
-    Call& operator=(const Call&) = delete;
-    ~Call()
-    {
-        if (!myIsOpener) return;
-        --myWalker.myOpenViews;
-        if (myWalker.myBounds.isPast()) myConsumed = -1;
-        if (myWalker.myBounds.end()) myWalker.myResolver.release();
-    }
-
-private:
-    ValueWalker& myWalker;
-    int& myConsumed;
-    bool myIsOpener = false;
-};
 
 /// Links the elements of an array below a node, in the order in which they come.
 class ValueWalker::Chain
@@ -125,7 +80,7 @@ DtString ValueWalker::line(const DtString& datatype, Value value)
 {
     value.consumed = 0;
     if (!value.data) return DtString();
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     ResolvedDatatype& resolved = myResolver.find(datatype);
     DtString text;
     switch (myResolver.kindOf(resolved))
@@ -174,7 +129,7 @@ DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
 {
     value.consumed = 0;
     if (!value.data) return DtString();
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     if (!hasAttributeMapping(node.getName()))
         return myManager.getStringRep(myResolver.of(node).name, value.data, value.length,
                                       value.consumed);
@@ -188,7 +143,7 @@ DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
 DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
 {
     value.consumed = 0;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     const int minimum = node.getCardinalityMinimum();
     const int maximum = std::max(node.getCardinalityMaximum(), minimum);
     const bool isUnlimited = node.getCardinalityType() == 1;
@@ -207,8 +162,9 @@ DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
             break;
         }
         int valueConsumed = 0;
-        text += myManager.getStringRep(node.getDatatype(), advance(value.data, value.consumed),
-                                       value.length - value.consumed, valueConsumed);
+        text +=
+            myManager.getStringRep(node.getDatatype(), myReader.advance(value.data, value.consumed),
+                                   value.length - value.consumed, valueConsumed);
         addTo(value.consumed, valueConsumed);
         if (valueConsumed == 0) break;
         --count;
@@ -227,7 +183,7 @@ DtStringTree* ValueWalker::tree(const DtString& datatype, Value value, const DtO
 {
     value.consumed = 0;
     if (!value.data) return nullptr;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     return build(myResolver.find(datatype), value, keyNode, offset, root, history);
 }
 
@@ -245,7 +201,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
     const void* data = value.data;
     if (padding > 0)
     {
-        data = advance(data, padding);
+        data = myReader.advance(data, padding);
         offset = offsetBehind(offset, padding);
         if (isPaddingShown())
             DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
@@ -262,7 +218,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
 void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text)
 {
     if (isAlone && datatype.rep)
-        represent(*datatype.rep, datatype.name, value, text);
+        myReader.represent(*datatype.rep, datatype.name, value, text);
     else
         myManager.getDatatypeRep(datatype.name, value.data, value.length, value.consumed, text);
 }
@@ -317,6 +273,12 @@ void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringT
     node.setValue(std::move(text));
 }
 
+bool ValueWalker::hasAttributeMapping(const DtString& name) const
+{
+    return !mySettings.attributeMappings.empty() &&
+           mySettings.attributeMappings.find(name) != mySettings.attributeMappings.end();
+}
+
 // A part of a value, which may have a mapping of its own.
 DtStringTree* ValueWalker::treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
                                   const Value& value, unsigned int offset, DtStringTree* root,
@@ -333,7 +295,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
 {
     value.consumed = 0;
     if (!value.data) return nullptr;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     ResolvedDatatype& resolved = myResolver.of(node);
     if (!hasAttributeMapping(node.getName()))
         return myManager.createStringTreeRep(resolved.name, value.data, value.length,
@@ -364,7 +326,7 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
 {
     value.consumed = 0;
     if (!value.data) return nullptr;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     if (hasAttributeMapping(node.getName()))
         return attributeTree(node.getName(), myResolver.find(node.getDatatype()), value, offset);
     const int minimum = node.getCardinalityMinimum();
@@ -377,9 +339,9 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
     {
         int valueConsumed = 0;
         chain.add(myManager.createStringTreeRep(
-            node.getDatatype(), advance(value.data, value.consumed), value.length - value.consumed,
-            valueConsumed, &node, offsetBehind(offset, value.consumed), holder->firstChild(),
-            history));
+            node.getDatatype(), myReader.advance(value.data, value.consumed),
+            value.length - value.consumed, valueConsumed, &node,
+            offsetBehind(offset, value.consumed), holder->firstChild(), history));
         if (valueConsumed < 0) value.consumed = -1;
         if (valueConsumed <= 0) break;
         addTo(value.consumed, valueConsumed);
@@ -393,125 +355,12 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
     return first;
 }
 
-// Single values.
-
-bool ValueWalker::hasAttributeMapping(const DtString& name) const
-{
-    return !mySettings.attributeMappings.empty() &&
-           mySettings.attributeMappings.find(name) != mySettings.attributeMappings.end();
-}
-
-void ValueWalker::represent(const DtDatatypeRep& rep, const DtString& name, const Value& value,
-                            DtString& text)
-{
-    value.consumed = 0;
-    text = rep.stringRep(value.data, &value.consumed);
-    if (value.consumed > 0 || !value.data) return;
-    // It may have looked far ahead without getting on, and be asked again at the same place.
-    if (!myBounds.allowWork(octetsToZero(value.data, value.length), name)) value.consumed = -1;
-}
-
-// No more than `length`; behind the value there are zeros.
-std::int64_t ValueWalker::octetsToZero(const void* from, int length) const
-{
-    if (!from) return 0;
-    const ValueOctets& view = myViews[myOpenViews - 1];
-    const auto* const begin = static_cast<const char*>(from);
-    const std::int64_t left =
-        std::clamp<std::int64_t>(view.begin() + view.length() - begin, 0, std::max(length, 0));
-    const void* const zero = std::memchr(begin, 0, static_cast<std::size_t>(left));
-    return zero ? static_cast<const char*>(zero) - begin : left;
-}
-
-void ValueWalker::mapped(const DtString& datatype, Value value, DtString& text)
-{
-    text = DtString();
-    value.consumed = -1;
-    const Call call(*this, value);
-    const ResolvedDatatype& resolved = myResolver.find(datatype);
-    if (resolved.rep) represent(*resolved.rep, resolved.name, value, text);
-}
-
-void ValueWalker::attribute(const DtString& name, Value value, DtString& text)
-{
-    text = DtString();
-    value.consumed = -1;
-    const Call call(*this, value);
-    const auto mapping = mySettings.attributeMappings.find(name);
-    if (mapping == mySettings.attributeMappings.end()) return;
-    const DtDatatypeRep* const rep = mySettings.registered(mapping->second);
-    if (rep) represent(*rep, name, value, text);
-}
-
-void ValueWalker::hexadecimal(Value value, DtString& text)
-{
-    text = DtString();
-    value.consumed = 0;
-    const Call call(*this, value);
-    if (!value.data) return;
-    // A manager that was never filled shows octets all the same.
-    static const DtHexDatatypeRep theHex;
-    const DtDatatypeRep* const registered = mySettings.registered("hex");
-    const DtDatatypeRep& rep = registered ? *registered : theHex;
-    while (value.consumed < value.length)
-    {
-        int pieceConsumed = 0;
-        const DtString piece = rep.stringRep(advance(value.data, value.consumed), &pieceConsumed);
-        if (value.consumed > 0) text += ' ';
-        text += piece;
-        if (pieceConsumed <= 0) break;
-        addTo(value.consumed, pieceConsumed);
-    }
-}
-
-void ValueWalker::enumerated(const DtString& datatype, Value value, DtString& text)
-{
-    text = DtString();
-    value.consumed = -1;
-    const Call call(*this, value);
-    ResolvedDatatype& resolved = myResolver.find(datatype);
-    if (!resolved.rep) return;
-    const auto number = enumeratorNumber(*resolved.rep, value, text);
-    if (!number) return;
-    // 32 bits are looked up as they are, with and without a sign.
-    constexpr std::int64_t theLowest = std::numeric_limits<std::int32_t>::min();
-    constexpr std::int64_t theHighest = std::numeric_limits<std::uint32_t>::max();
-    const DtString* name = nullptr;
-    if (*number >= theLowest && *number <= theHighest)
-        name = myResolver.enumerator(resolved, static_cast<std::int32_t>(*number & theHighest));
-    text = name ? *name : DtString(static_cast<long long>(*number));
-}
-
-// Whatever representation is mapped tells the number. Where it is none, its text stands.
-std::optional<std::int64_t> ValueWalker::enumeratorNumber(const DtDatatypeRep& rep,
-                                                          const Value& value, DtString& text)
-{
-    value.consumed = 0;
-    if (const auto* const enumeration = dynamic_cast<const DtEnumDatatypeRep*>(&rep))
-        return enumeration->enumVal(value.data, &value.consumed);
-    if (const auto* const hexadecimal = dynamic_cast<const DtHexDatatypeRep*>(&rep))
-        return static_cast<std::int64_t>(hexadecimal->numberRep(value.data, &value.consumed));
-    represent(rep, rep.datatype(), value, text);
-    if (const auto* const numeric = dynamic_cast<const DtNumberDatatypeRep*>(&rep))
-    {
-        // The text may be a word, a character or a rounded number. Only a number too large for a
-        // double is better told by its text.
-        constexpr double theLargestExact = 9007199254740992.0;
-        const double number = numeric->numberRep(value.data, &value.consumed);
-        if (number != std::floor(number)) return std::nullopt;
-        if (std::abs(number) < theLargestExact) return static_cast<std::int64_t>(number);
-    }
-    bool isWhole = false;
-    const std::int64_t number = text.toInt64(&isWhole);
-    return isWhole ? std::optional(number) : std::nullopt;
-}
-
 void ValueWalker::variantLine(const DtString& datatype, Value value, DtString& text)
 {
     text = DtString();
     value.consumed = 0;
     if (!value.data) return;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     text = renderedLine(datatype, value);
 }
 
@@ -519,7 +368,7 @@ void ValueWalker::arrayLine(const DtString& datatype, Value value, DtString& tex
 {
     text = DtString();
     value.consumed = -1;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     ResolvedDatatype& resolved = myResolver.find(datatype);
     DtArrayDatatypeNode* const node = myResolver.array(resolved);
     if (dynamic_cast<const DtArrayDatatypeRep*>(resolved.rep))
@@ -528,24 +377,12 @@ void ValueWalker::arrayLine(const DtString& datatype, Value value, DtString& tex
         myManager.getArrayRepByCount(node, value.data, value.length, value.consumed, text);
 }
 
-void ValueWalker::arrayLineBySize(const DtString& datatype, Value value, DtString& text)
-{
-    text = DtString();
-    value.consumed = -1;
-    const Call call(*this, value);
-    const DtDatatypeRep* const mapped = myResolver.find(datatype).rep;
-    if (const auto* const rep = dynamic_cast<const DtArrayDatatypeRep*>(mapped))
-        text = rep->stringRep(value.data, std::max(value.length, 0), &value.consumed);
-    else
-        myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-}
-
 void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text)
 {
     text = DtString();
     value.consumed = 0;
     if (!value.data) return;
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     DtStringTree parent;
     parent.setDatatype(node.getName());
     countedArray(node, value, {&parent, &parent, 0, nullptr});
@@ -557,7 +394,7 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
 
 void ValueWalker::fixed(const DtString& datatype, Value value, const Place& place)
 {
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     walkFixed(myResolver.find(datatype), value, place);
 }
 
@@ -574,10 +411,11 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
         int fieldConsumed = -1;
         std::unique_ptr<DtStringTree> child;
         if (value.consumed <= value.length)
-            child.reset(treeOf(
-                field, myResolver.component(resolved, at, field),
-                {advance(value.data, value.consumed), value.length - value.consumed, fieldConsumed},
-                offsetBehind(place.offset, value.consumed), place.root, place.history));
+            child.reset(treeOf(field, myResolver.component(resolved, at, field),
+                               {myReader.advance(value.data, value.consumed),
+                                value.length - value.consumed, fieldConsumed},
+                               offsetBehind(place.offset, value.consumed), place.root,
+                               place.history));
         if (fieldConsumed < 0)
         {
             value.consumed = -1;
@@ -595,7 +433,7 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
 
 void ValueWalker::variant(const DtString& datatype, Value value, const Place& place)
 {
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     walkVariant(myResolver.find(datatype), value, place);
 }
 
@@ -621,17 +459,18 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     discriminant->setValue(std::move(text));
     if (it == end) return;
     int alternativeConsumed = 0;
-    discriminant->setNextSibling(treeOf(
-        **it, myResolver.component(resolved, at, **it),
-        {advance(value.data, value.consumed), value.length - value.consumed, alternativeConsumed},
-        offsetBehind(place.offset, value.consumed), place.root, place.history));
+    discriminant->setNextSibling(treeOf(**it, myResolver.component(resolved, at, **it),
+                                        {myReader.advance(value.data, value.consumed),
+                                         value.length - value.consumed, alternativeConsumed},
+                                        offsetBehind(place.offset, value.consumed), place.root,
+                                        place.history));
     // Added as it is, on purpose, a -1 too.
     addTo(value.consumed, alternativeConsumed);
 }
 
 void ValueWalker::defined(const DtString& datatype, Value value, const Place& place)
 {
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     walkDefined(myResolver.find(datatype), value, place);
 }
 
@@ -656,7 +495,7 @@ void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value, co
 
 void ValueWalker::array(const DtString& datatype, Value value, const Place& place)
 {
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     walkArray(myResolver.find(datatype), value, place);
 }
 
@@ -665,23 +504,6 @@ void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, cons
     if (DtArrayDatatypeNode* const node = myResolver.array(resolved))
         countedArray(*node, value, place);
 }
-
-namespace
-{
-
-/// The forms of an array's cardinality, see DtArrayDatatypeNode::getCardinalityType().
-enum ArrayForm
-{
-    theFixedForm = 1,
-    theBoundedForm = 2,
-    theZeroEndedForm = 4,
-    thePaddingForm = 5,
-    theBitForm = 7,
-    theLengthlessForm = 8,
-    theVariableForm = 10
-};
-
-}  // namespace
 
 // Ends where the octets end. A -1 is not passed on, on purpose.
 void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
@@ -692,10 +514,11 @@ void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value,
     while (value.consumed < value.length)
     {
         int elementConsumed = 0;
-        chain.add(treeOf(
-            node, element,
-            {advance(value.data, value.consumed), value.length - value.consumed, elementConsumed},
-            offsetBehind(place.offset, value.consumed), place.parent->firstChild(), place.history));
+        chain.add(treeOf(node, element,
+                         {myReader.advance(value.data, value.consumed),
+                          value.length - value.consumed, elementConsumed},
+                         offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
+                         place.history));
         if (elementConsumed <= 0) break;
         addTo(value.consumed, elementConsumed);
     }
@@ -735,10 +558,11 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
     while (found < count)
     {
         int elementConsumed = 0;
-        chain.add(treeOf(
-            node, element,
-            {advance(value.data, value.consumed), value.length - value.consumed, elementConsumed},
-            offsetBehind(place.offset, value.consumed), place.parent->firstChild(), place.history));
+        chain.add(treeOf(node, element,
+                         {myReader.advance(value.data, value.consumed),
+                          value.length - value.consumed, elementConsumed},
+                         offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
+                         place.history));
         addTo(value.consumed, elementConsumed);
         found += form == theZeroEndedForm ? elementConsumed : 1;
         if (elementConsumed < 0) return -1;
@@ -747,51 +571,11 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
     return found;
 }
 
-int ValueWalker::arrayCount(const DtArrayDatatypeNode& node, const void* data, int length)
-{
-    switch (node.getCardinalityType())
-    {
-        case theFixedForm:
-        case thePaddingForm:
-            return node.getCardinalityMinimum();
-        case theBoundedForm:
-            return node.getCardinalityMaximum();
-        case 3:
-        case 6:
-            return 0;
-        case theLengthlessForm:
-            return std::numeric_limits<int>::max();
-        default:
-            break;
-    }
-    int ignored = 0;
-    Value value{data, length, ignored};
-    const Call call(*this, value);
-    switch (node.getCardinalityType())
-    {
-        case theZeroEndedForm:
-        {
-            const int count = static_cast<int>(octetsToZero(value.data, length));
-            myBounds.allowWork(count, node.getName());
-            return count < length ? count + 1 : count;
-        }
-        case theBitForm:
-        {
-            const int bits = DtIntDatatypeRep::intValFromBuffer(value.data);
-            return bits > 1 ? (bits - 1) / 8 + 1 : bits;
-        }
-        case theVariableForm:
-            return DtIntDatatypeRep::intValFromBuffer(value.data);
-        default:
-            return 1;
-    }
-}
-
 // HLA 1.3 records.
 
 void ValueWalker::complex(const DtString& datatype, Value value, const Place& place)
 {
-    const Call call(*this, value);
+    const ValueReader::Call call(myReader, value);
     walkComplex(myResolver.find(datatype), value, place);
 }
 
@@ -818,7 +602,7 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
     if (node.getCardinalityType() == thePaddingComponent && boundary > 1)
         addTo(value.consumed, (boundary - value.consumed % boundary) % boundary);
     const int count =
-        myManager.getComplexDatatypeCount(&node, advance(value.data, value.consumed),
+        myManager.getComplexDatatypeCount(&node, myReader.advance(value.data, value.consumed),
                                           value.length - value.consumed, place.root, place.parent);
     const int minimum = std::min(node.getCardinalityMinimum(), count);
     DtStringTree* first = nullptr;
@@ -827,10 +611,11 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
     {
         if (found >= minimum && value.consumed >= value.length) return;
         int valueConsumed = 0;
-        DtStringTree* const child = treeOf(
-            node, datatype,
-            {advance(value.data, value.consumed), value.length - value.consumed, valueConsumed},
-            offsetBehind(place.offset, value.consumed), place.root, place.history);
+        DtStringTree* const child =
+            treeOf(node, datatype,
+                   {myReader.advance(value.data, value.consumed), value.length - value.consumed,
+                    valueConsumed},
+                   offsetBehind(place.offset, value.consumed), place.root, place.history);
         if (child && first)
             latest->appendToArray(child);
         else if (child && last)
@@ -843,49 +628,6 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
         if (valueConsumed < 0 || value.consumed > value.length) value.consumed = -1;
         if (value.consumed < 0 || valueConsumed == 0) return;
     }
-}
-
-int ValueWalker::complexCount(const DtComplexComponentNode& node, const DtStringTree* root,
-                              const DtStringTree* parent)
-{
-    constexpr int theConditionForm = 2;
-    constexpr int theOptionForm = 5;
-    constexpr int thePaddingComponent = 6;
-    const int form = node.getCardinalityType();
-    if (form == thePaddingComponent) return 0;
-    int most = node.getCardinalityMaximum();
-    if (most < 0) most = std::numeric_limits<int>::max();
-    // A component that is named alone keeps the parenthesis behind it.
-    std::string name = node.getConditionalComponent().str();
-    if (!name.empty() && name.back() == ')') name.pop_back();
-    const bool isDecided = form == theConditionForm || form == theOptionForm || most > 1;
-    if (name.empty() || !isDecided) return most;
-    const DtStringTree* const earlier = earlierComponent(name, root, parent);
-    if (form == theConditionForm)
-        return earlier && holdsValue(*earlier, node.getConditionalValue()) ? std::max(most, 1) : 0;
-    if (!earlier) return most;
-    bool isNumber = false;
-    const int number = earlier->value().toInt(&isNumber);
-    return isNumber ? std::clamp(number, 0, most) : most;
-}
-
-// The components of this record come first: those of its parents may have the same name.
-const DtStringTree* ValueWalker::earlierComponent(const DtString& name, const DtStringTree* root,
-                                                  const DtStringTree* parent) const
-{
-    const DtStringTree* child = parent ? parent->firstChild() : nullptr;
-    while (child && child->key() != name) child = child->nextSibling();
-    return child || !root ? child : root->findKey(name);
-}
-
-bool ValueWalker::holdsValue(const DtStringTree& node, const DtString& value)
-{
-    if (node.value() == value) return true;
-    bool isNumber = false;
-    const int number = value.toInt(&isNumber);
-    if (!isNumber) return false;
-    const DtString* const name = myResolver.enumerator(myResolver.find(node.datatype()), number);
-    return name && *name == node.value();
 }
 
 }  // namespace omt

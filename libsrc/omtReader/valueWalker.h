@@ -6,28 +6,26 @@
 #include "omtReader/conversionBounds.h"
 #include "omtReader/conversionSettings.h"
 #include "omtReader/datatypeResolver.h"
-#include "omtReader/valueOctets.h"
+#include "omtReader/valueReader.h"
 
-#include <deque>
 #include <memory>
-#include <optional>
 
 namespace omt
 {
 
 /// Decodes for one manager, whose virtual operations it calls at every step, so that a host may
-/// replace any of them. Positions are addresses in the copy of the value that the outermost call
-/// makes; see ValueOctets.
+/// replace any of them.
 class ValueWalker
 {
 public:
     ValueWalker(DtDatatypeManager& manager, ConversionSettings& settings,
-                DatatypeResolver& resolver, AlignmentCalculator& alignment,
+                DatatypeResolver& resolver, AlignmentCalculator& alignment, ValueReader& reader,
                 ConversionBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
           myAlignment(alignment),
+          myReader(reader),
           myBounds(bounds)
     {
     }
@@ -37,12 +35,7 @@ public:
     bool isAlone = false;
 
     /// What every walk is handed.
-    struct Value
-    {
-        const void* data;
-        int length;
-        int& consumed;
-    };
+    using Value = EncodedValue;
     struct Place
     {
         DtStringTree* parent;
@@ -62,13 +55,8 @@ public:
     DtStringTree* tree(const DtDatatypeFedNode& node, Value value, unsigned int offset,
                        DtObjectHistory* history);
 
-    void mapped(const DtString& datatype, Value value, DtString& text);
-    void attribute(const DtString& name, Value value, DtString& text);
-    void hexadecimal(Value value, DtString& text);
-    void enumerated(const DtString& datatype, Value value, DtString& text);
     void variantLine(const DtString& datatype, Value value, DtString& text);
     void arrayLine(const DtString& datatype, Value value, DtString& text);
-    void arrayLineBySize(const DtString& datatype, Value value, DtString& text);
     void arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text);
 
     void fixed(const DtString& datatype, Value value, const Place& place);
@@ -77,23 +65,8 @@ public:
     void variant(const DtString& datatype, Value value, const Place& place);
     void defined(const DtString& datatype, Value value, const Place& place);
 
-    int arrayCount(const DtArrayDatatypeNode& node, const void* data, int length);
-    int complexCount(const DtComplexComponentNode& node, const DtStringTree* root,
-                     const DtStringTree* parent);
-
 private:
-    class Call;
     class Chain;
-
-    const char* advance(const void* from, std::int64_t octets) const
-    {
-        return myViews[myOpenViews - 1].advance(from, octets);
-    }
-    std::int64_t octetsToZero(const void* from, int length) const;
-    void represent(const DtDatatypeRep& rep, const DtString& name, const Value& value,
-                   DtString& text);
-    std::optional<std::int64_t> enumeratorNumber(const DtDatatypeRep& rep, const Value& value,
-                                                 DtString& text);
 
     void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
     DtStringTree* attributeTree(const DtString& name, const ResolvedDatatype& datatype,
@@ -126,17 +99,12 @@ private:
                           std::int64_t count);
     void componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
                          const Value& value, const Place& place, DtStringTree*& last);
-    const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
-                                         const DtStringTree* parent) const;
-    bool holdsValue(const DtStringTree& node, const DtString& value);
-
     DtDatatypeManager& myManager;
     ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
     AlignmentCalculator& myAlignment;
+    ValueReader& myReader;
     ConversionBounds& myBounds;
-    std::deque<ValueOctets> myViews;
-    std::size_t myOpenViews = 0;
     int myDepth = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "omtReader/valueWriter.h"
 
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/arrayForm.h"
 #include "omtReader/complexDatatypeNode.h"
 #include "omtReader/datatypeRep.h"
 #include "omtReader/enumeratedDatatypeNode.h"
@@ -18,9 +19,6 @@ namespace omt
 namespace
 {
 
-constexpr int theZeroEndedForm = 4;
-constexpr int theBitForm = 7;
-constexpr int theVariableForm = 10;
 constexpr int thePaddingComponent = 6;
 constexpr int theCountSize = 4;
 
