@@ -288,7 +288,7 @@ TEST(WalkerTest, EncodesWhatPeopleWrite)
     const std::string theBase =
         "simple B byte;simple I int;simple C char;array V B HLAvariableArray "
         "Dynamic;array T C HLAnullTerminatedArray -;array P B HLAfixedArray 2;fixed R a:B v:V b:I;"
-        "enumerated E HLAinteger16BE Low=1 High=258;variant W k:E Low:B;";
+        "enumerated E HLAinteger16BE Low=1 High=258;variant W k:E Low:B;fixed D a:C b:C c:B;";
     struct
     {
         const char* datatype;
@@ -307,6 +307,9 @@ TEST(WalkerTest, EncodesWhatPeopleWrite)
         {"E", "High",         "02 01"                                          },
         {"E", "258",          ""                                               },
         {"W", "Low 1",        ""                                               },
+        {"D", "  7",          "00 00 07"                                       },
+        {"D", "   7",         "20 00 07"                                       },
+        {"D", "    7",        "20 20 07"                                       },
     };
     for (const auto& each : theCases)
     {

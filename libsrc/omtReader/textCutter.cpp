@@ -96,14 +96,34 @@ std::vector<TextPiece> TextCutter::cutRecord(ResolvedDatatype& record, Range ran
         if (at > 0) serving = &myRenderer.delimiterOf(datatype, *serving);
         const bool isLast = at + 1 == fields.size();
         const std::string_view behind = isLast ? follow : serving->view();
-        const std::size_t pieceEnd =
-            isLast && takesRest ? range.end
-                                : endOf(datatype, range, *serving, behind, isLast && isElement);
+        const bool isEmptyCharacter =
+            datatype.isCharacter && !isLast && hasTooFew(behind, range, fields.size() - at - 1);
+        std::size_t pieceEnd = range.begin;
+        if (isLast && takesRest)
+            pieceEnd = range.end;
+        else if (!isEmptyCharacter)
+            pieceEnd = endOf(datatype, range, *serving, behind, isLast && isElement);
         pieces.push_back({&datatype, textOf({range.begin, pieceEnd}), serving, nullptr});
         range.begin = isLast ? pieceEnd : placeBehind(pieceEnd, range.end, behind);
     }
     if (end) *end = range.begin;
     return pieces;
+}
+
+// Whether a delimiter stands here of which the fields behind need all that follow, so that it is no
+// character itself.
+bool TextCutter::hasTooFew(std::string_view delimiter, Range range, std::size_t needed) const
+{
+    if (!startsAt(range.begin, range.end, delimiter)) return false;
+    std::size_t place = range.begin + 1;
+    const std::string_view text = myText.substr(0, range.end);
+    for (std::size_t found = 0; found < needed; ++found)
+    {
+        place = text.find(delimiter, place);
+        if (place == theNoPlace) return true;
+        place += delimiter.size();
+    }
+    return false;
 }
 
 // Components come and go with the text of those in front of them.

@@ -85,6 +85,7 @@ private:
     {
         return myText.substr(range.begin, range.end - range.begin);
     }
+    bool hasTooFew(std::string_view delimiter, Range range, std::size_t needed) const;
     std::size_t placeBehind(std::size_t place, std::size_t limit, std::string_view text) const;
     std::size_t endOf(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
                       std::string_view follow, bool isElement);
