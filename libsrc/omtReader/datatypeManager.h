@@ -73,6 +73,7 @@ struct ConversionSettings;
 /// - A text in the array wrapper loses the wrapper first; a delimiter inside a wrapped or bracketed
 ///   part does not cut.
 /// - Variant records cannot be encoded, on purpose: nothing is written for them.
+///
 /// Several values may have the same line where characters are themselves delimiters or brackets,
 /// and where nested arrays are empty; then another one of them may be written. A value that was cut
 /// short, or in which an array without an end stands in front of other fields, has a line that no
