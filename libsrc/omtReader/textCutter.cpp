@@ -220,11 +220,13 @@ std::size_t TextCutter::endOfSingle(const ResolvedDatatype& datatype, Range rang
         return place >= range.end || startsAt(place, range.end, follow) ||
                (isElement && myText[place] == '[');
     };
-    const bool isEmpty = range.begin >= range.end || (isElement && opensGroup(range));
-    if (datatype.isCharacter && isEmpty) return range.begin;
-    // A character may be the delimiter itself, which then stands in front of another one.
-    const bool isBehind = !isEnd(range.begin) || range.begin + 1 < range.end;
-    if (datatype.isCharacter && isBehind && isEnd(range.begin + 1)) return range.begin + 1;
+    if (datatype.isCharacter)
+    {
+        if (range.begin >= range.end || (isElement && opensGroup(range))) return range.begin;
+        // It may be the delimiter itself, which then stands in front of another one.
+        const bool isBehind = !isEnd(range.begin) || range.begin + 1 < range.end;
+        if (isBehind && isEnd(range.begin + 1)) return range.begin + 1;
+    }
     const std::string_view text = myText.substr(0, range.end);
     std::size_t end = follow.empty() ? theNoPlace : text.find(follow, range.begin);
     if (isElement) end = std::min(end, text.find('[', range.begin));
