@@ -479,3 +479,23 @@ TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)
                 }
         }
 }
+
+TEST(WalkerTest, TakesNullDataAtEveryDoor)
+{
+    const Messages messages;
+    Converter manager(modelOf("simple B byte;fixed R a:B b:B;array V B HLAfixedArray 2;"
+                              "variant W k:B 0:B;complex C a:B:1;"),
+                      true);
+    DtStringTree parent;
+    for (const auto walk :
+         {&DtDatatypeManager::createFixedTreeRep, &DtDatatypeManager::createArrayTreeRep,
+          &DtDatatypeManager::createVariantTreeRep, &DtDatatypeManager::createComplexTreeRep,
+          &DtDatatypeManager::createDefinedTreeRep})
+        for (const char* datatype : {"R", "V", "W", "C", "B"})
+        {
+            int consumed = 0;
+            (manager.*walk)(datatype, nullptr, 8, consumed, &parent, &parent, 0, nullptr);
+            EXPECT_EQ(consumed, 0) << datatype;
+        }
+    EXPECT_EQ(parent.firstChild(), nullptr);
+}

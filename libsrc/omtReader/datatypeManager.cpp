@@ -551,7 +551,7 @@ void DtDatatypeManager::createFixedTreeRep(const DtString& datatype, const void*
                                            int& consumed, DtStringTree* parent, DtStringTree* root,
                                            unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.fixed(datatype, {data, length, consumed},
+    myRooms->open().walker.enter(&omt::ValueWalker::walkFixed, datatype, {data, length, consumed},
                                  {parent, root, offset, history});
 }
 
@@ -560,15 +560,15 @@ void DtDatatypeManager::createComplexTreeRep(const DtString& datatype, const voi
                                              DtStringTree* root, unsigned int offset,
                                              DtObjectHistory* history)
 {
-    myRooms->open().walker.complex(datatype, {data, length, consumed},
-                                   {parent, root, offset, history});
+    myRooms->open().walker.enter(&omt::ValueWalker::walkComplex, datatype, {data, length, consumed},
+                                 {parent, root, offset, history});
 }
 
 void DtDatatypeManager::createArrayTreeRep(const DtString& datatype, const void* data, int length,
                                            int& consumed, DtStringTree* parent, DtStringTree* root,
                                            unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.array(datatype, {data, length, consumed},
+    myRooms->open().walker.enter(&omt::ValueWalker::walkArray, datatype, {data, length, consumed},
                                  {parent, root, offset, history});
 }
 
@@ -576,8 +576,8 @@ void DtDatatypeManager::createDefinedTreeRep(const DtString& datatype, const voi
                                              int& consumed, DtStringTree* node, DtStringTree* root,
                                              unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.defined(datatype, {data, length, consumed},
-                                   {node, root, offset, history});
+    myRooms->open().walker.enter(&omt::ValueWalker::walkDefined, datatype, {data, length, consumed},
+                                 {node, root, offset, history});
 }
 
 void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const void* data, int length,
@@ -585,8 +585,8 @@ void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const voi
                                              DtStringTree* root, unsigned int offset,
                                              DtObjectHistory* history)
 {
-    myRooms->open().walker.variant(datatype, {data, length, consumed},
-                                   {parent, root, offset, history});
+    myRooms->open().walker.enter(&omt::ValueWalker::walkVariant, datatype, {data, length, consumed},
+                                 {parent, root, offset, history});
 }
 
 int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data,

@@ -382,6 +382,7 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
     text = DtString();
     value.consumed = 0;
     if (!value.data) return;
+    if (!value.data) return;
     const ValueReader::Call call(myReader, value);
     DtStringTree parent;
     parent.setDatatype(node.getName());
@@ -390,13 +391,23 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
                                                myManager.getDelimiterMap(node.getName(), nullptr));
 }
 
-// Records.
+// The walks, by kind.
 
-void ValueWalker::fixed(const DtString& datatype, Value value, const Place& place)
+void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const Place& place)
 {
+    if (!value.data) return;
     const ValueReader::Call call(myReader, value);
-    walkFixed(myResolver.find(datatype), value, place);
+    (this->*ours)(myResolver.find(datatype), value, place);
 }
+
+// What is left of a value behind the octets that were taken.
+EncodedValue ValueWalker::rest(const Value& value, int& consumed) const
+{
+    const void* const data = myReader.advance(value.data, value.consumed);
+    return {data, value.length - value.consumed, consumed};
+}
+
+// Records.
 
 void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
@@ -411,11 +422,9 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
         int fieldConsumed = -1;
         std::unique_ptr<DtStringTree> child;
         if (value.consumed <= value.length)
-            child.reset(treeOf(field, myResolver.component(resolved, at, field),
-                               {myReader.advance(value.data, value.consumed),
-                                value.length - value.consumed, fieldConsumed},
-                               offsetBehind(place.offset, value.consumed), place.root,
-                               place.history));
+            child.reset(
+                treeOf(field, myResolver.component(resolved, at, field), rest(value, fieldConsumed),
+                       offsetBehind(place.offset, value.consumed), place.root, place.history));
         if (fieldConsumed < 0)
         {
             value.consumed = -1;
@@ -429,12 +438,6 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
             place.parent->setFirstChild(child.get());
         last = child.release();
     }
-}
-
-void ValueWalker::variant(const DtString& datatype, Value value, const Place& place)
-{
-    const ValueReader::Call call(myReader, value);
-    walkVariant(myResolver.find(datatype), value, place);
 }
 
 void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, const Place& place)
@@ -459,19 +462,11 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     discriminant->setValue(std::move(text));
     if (it == end) return;
     int alternativeConsumed = 0;
-    discriminant->setNextSibling(treeOf(**it, myResolver.component(resolved, at, **it),
-                                        {myReader.advance(value.data, value.consumed),
-                                         value.length - value.consumed, alternativeConsumed},
-                                        offsetBehind(place.offset, value.consumed), place.root,
-                                        place.history));
+    discriminant->setNextSibling(
+        treeOf(**it, myResolver.component(resolved, at, **it), rest(value, alternativeConsumed),
+               offsetBehind(place.offset, value.consumed), place.root, place.history));
     // Added as it is, on purpose, a -1 too.
     addTo(value.consumed, alternativeConsumed);
-}
-
-void ValueWalker::defined(const DtString& datatype, Value value, const Place& place)
-{
-    const ValueReader::Call call(myReader, value);
-    walkDefined(myResolver.find(datatype), value, place);
 }
 
 void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value, const Place& place)
@@ -493,12 +488,6 @@ void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value, co
 
 // Arrays.
 
-void ValueWalker::array(const DtString& datatype, Value value, const Place& place)
-{
-    const ValueReader::Call call(myReader, value);
-    walkArray(myResolver.find(datatype), value, place);
-}
-
 void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
     if (DtArrayDatatypeNode* const node = myResolver.array(resolved))
@@ -514,9 +503,7 @@ void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value,
     while (value.consumed < value.length)
     {
         int elementConsumed = 0;
-        chain.add(treeOf(node, element,
-                         {myReader.advance(value.data, value.consumed),
-                          value.length - value.consumed, elementConsumed},
+        chain.add(treeOf(node, element, rest(value, elementConsumed),
                          offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
                          place.history));
         if (elementConsumed <= 0) break;
@@ -558,9 +545,7 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
     while (found < count)
     {
         int elementConsumed = 0;
-        chain.add(treeOf(node, element,
-                         {myReader.advance(value.data, value.consumed),
-                          value.length - value.consumed, elementConsumed},
+        chain.add(treeOf(node, element, rest(value, elementConsumed),
                          offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
                          place.history));
         addTo(value.consumed, elementConsumed);
@@ -572,12 +557,6 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
 }
 
 // HLA 1.3 records.
-
-void ValueWalker::complex(const DtString& datatype, Value value, const Place& place)
-{
-    const ValueReader::Call call(myReader, value);
-    walkComplex(myResolver.find(datatype), value, place);
-}
 
 void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, const Place& place)
 {
@@ -612,9 +591,7 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
         if (found >= minimum && value.consumed >= value.length) return;
         int valueConsumed = 0;
         DtStringTree* const child =
-            treeOf(node, datatype,
-                   {myReader.advance(value.data, value.consumed), value.length - value.consumed,
-                    valueConsumed},
+            treeOf(node, datatype, rest(value, valueConsumed),
                    offsetBehind(place.offset, value.consumed), place.root, place.history);
         if (child && first)
             latest->appendToArray(child);

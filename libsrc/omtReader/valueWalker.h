@@ -59,15 +59,19 @@ public:
     void arrayLine(const DtString& datatype, Value value, DtString& text);
     void arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text);
 
-    void fixed(const DtString& datatype, Value value, const Place& place);
-    void complex(const DtString& datatype, Value value, const Place& place);
-    void array(const DtString& datatype, Value value, const Place& place);
-    void variant(const DtString& datatype, Value value, const Place& place);
-    void defined(const DtString& datatype, Value value, const Place& place);
+    /// The walk of one kind, over the datatype of a name; null data gives nothing.
+    using Walk = void (ValueWalker::*)(ResolvedDatatype&, const Value&, const Place&);
+    void enter(Walk ours, const DtString& datatype, Value value, const Place& place);
+    void walkFixed(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkComplex(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkArray(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkVariant(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    void walkDefined(ResolvedDatatype& datatype, const Value& value, const Place& place);
 
 private:
     class Chain;
 
+    Value rest(const Value& value, int& consumed) const;
     void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
     DtStringTree* attributeTree(const DtString& name, const ResolvedDatatype& datatype,
                                 const Value& value, unsigned int offset);
@@ -78,17 +82,11 @@ private:
                         unsigned int offset, DtStringTree* root, DtObjectHistory* history);
     void fill(ResolvedDatatype& datatype, const Value& value, DtStringTree& node,
               DtStringTree* root, DtObjectHistory* history);
-    using Walk = void (ValueWalker::*)(ResolvedDatatype&, const Value&, const Place&);
     using Operation = void (DtDatatypeManager::*)(const DtString&, const void*, int, int&,
                                                   DtStringTree*, DtStringTree*, unsigned int,
                                                   DtObjectHistory*);
     void walk(Walk ours, Operation managers, ResolvedDatatype& datatype, const Value& value,
               const Place& place);
-    void walkFixed(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkComplex(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkArray(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkVariant(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkDefined(ResolvedDatatype& datatype, const Value& value, const Place& place);
     DtString wrappedLine(ResolvedDatatype& datatype, const Value& value);
     DtString renderedLine(const DtString& datatype, const Value& value);
     bool hasAttributeMapping(const DtString& name) const;
