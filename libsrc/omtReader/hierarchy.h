@@ -25,6 +25,10 @@ struct Hierarchy<DtObjectClassFedNode>
     {
         return tree.getObjectClassNode(name);
     }
+    static Class* findByIdentifier(DtOMTTree& tree, int identifier)
+    {
+        return tree.getObjectClassNodeByID(identifier);
+    }
     static void add(DtOMTTree& tree, Class* node) { tree.addObjectClassNode(node); }
     static void setRoot(DtOMTTree& tree, Class* node) { tree.setObjectClassRoot(node); }
     static Class* merge(DtOMTTree& tree, const Class& node) { return tree.mergeObjectNode(node); }
@@ -46,6 +50,10 @@ struct Hierarchy<DtInteractionClassFedNode>
     static Class* find(DtOMTTree& tree, const DtString& name)
     {
         return tree.getInteractionClassNode(name);
+    }
+    static Class* findByIdentifier(DtOMTTree& tree, int identifier)
+    {
+        return tree.getInteractionClassNodeByID(identifier);
     }
     static void add(DtOMTTree& tree, Class* node) { tree.addInteractionClassNode(node); }
     static void setRoot(DtOMTTree& tree, Class* node) { tree.setInteractionClassRoot(node); }

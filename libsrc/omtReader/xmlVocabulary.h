@@ -5,14 +5,13 @@
 // The walk takes either; the reader's own childNodeString() fetches the text.
 #pragma once
 
-#include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/handOver.h"
 #include "omtReader/omtTree.h"
 #include "util/dtMessages.h"
 
 #include <libxml/tree.h>
 
 #include <cstring>
-#include <iterator>
 #include <memory>
 
 namespace omt
@@ -195,15 +194,6 @@ std::unique_ptr<Node> readNode(Reader& reader, Item* first, const Spelling<Node>
     return fill(reader, first, words, *node, dropWarning) ? std::move(node) : nullptr;
 }
 
-/// Gives a surviving node to its owner.
-template <typename Owner, typename Node>
-Node* handOver(Owner* owner, void (Owner::*add)(Node*), std::unique_ptr<Node> node)
-{
-    if (!node) return nullptr;
-    (owner->*add)(node.get());
-    return node.release();
-}
-
 /// Sets the fields of a point of contact; whether there was a word for any.
 template <typename Reader, typename Item, std::size_t Size>
 bool fillContact(Reader& reader, Item* first, const ContactSpelling (&words)[Size],
@@ -220,17 +210,6 @@ bool fillContact(Reader& reader, Item* first, const ContactSpelling (&words)[Siz
                 isFilled = true;
             });
     return isFilled;
-}
-
-/// Adds an enumerator to its datatype, which may refuse it.
-inline void addEnumerator(DtEnumeratedDatatypeNode& datatype, DtEnumerationNode* enumerator)
-{
-    std::unique_ptr<DtEnumerationNode> offered(enumerator);
-    datatype.addEnumerationNode(enumerator);
-    const auto end = datatype.getEnumerationNodeEnd();
-    const bool isAccepted =
-        datatype.getEnumerationNodeList() != end && *std::prev(end) == enumerator;
-    if (isAccepted) offered.release();
 }
 
 }  // namespace omt
