@@ -1,0 +1,670 @@
+// SPDX-License-Identifier: Apache-2.0
+// Grammar: the element names of IEEE 1516.2-2010, in an order and with omissions of its own. The
+// tables say what is written; a document is the same as long as they are.
+#include "omtReader/xmlEvolvedFileWriter.h"
+
+#include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/basicDataRepresentationNode.h"
+#include "omtReader/boolAttrNode.h"
+#include "omtReader/descriptionNode.h"
+#include "omtReader/dimensionNode.h"
+#include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/fixedDatatypeNode.h"
+#include "omtReader/interactionClassFedNode.h"
+#include "omtReader/noteNode.h"
+#include "omtReader/objectClassFedNode.h"
+#include "omtReader/omtTree.h"
+#include "omtReader/simpleDatatypeNode.h"
+#include "omtReader/synchroNode.h"
+#include "omtReader/tagNode.h"
+#include "omtReader/timeRepNode.h"
+#include "omtReader/updateRateNode.h"
+#include "omtReader/variantDatatypeNode.h"
+#include "omtReader/xmlDocument.h"
+#include "omtReader/xmlText.h"
+#include "util/dtMessages.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlwriter.h>
+
+#include <cstdio>
+#include <limits>
+#include <memory>
+
+namespace
+{
+
+constexpr char theNamespace[] = "http://standards.ieee.org/IEEE1516-2010";
+constexpr char theInstanceNamespace[] = "http://www.w3.org/2001/XMLSchema-instance";
+constexpr char theSchemaLocation[] =
+    "http://standards.ieee.org/IEEE1516-2010 "
+    "http://standards.ieee.org/downloads/1516/1516.1-2010/IEEE1516-FDD-2010.xsd";
+
+/// An element for one text of a node.
+template <typename Node>
+struct Row
+{
+    const char* element;
+    const DtString& (*text)(Node&);
+    bool isAlways = false;  // also when the text is empty
+};
+
+template <auto get, typename Node>
+const DtString& textOf(Node& node)
+{
+    return (node.*get)();
+}
+
+constexpr Row<DtOMTTree> theIdentification[] = {
+    {"type",                   textOf<&DtOMTTree::getType>                  },
+    {"version",                textOf<&DtOMTTree::getVersionNo>             },
+    {"modificationDate",       textOf<&DtOMTTree::getModificationDate>      },
+    {"securityClassification", textOf<&DtOMTTree::getSecurityClassification>},
+    {"releaseRestriction",     textOf<&DtOMTTree::getReleaseRestriction>    },
+    {"purpose",                textOf<&DtOMTTree::getPurpose>               },
+    {"applicationDomain",      textOf<&DtOMTTree::getApplicationDomain>     },
+    {"description",            textOf<&DtOMTTree::getDescription>           },
+    {"useLimitation",          textOf<&DtOMTTree::getUseLimitation>         },
+};
+
+using ObjectClass = DtObjectClassFedNode;
+constexpr Row<ObjectClass> theObjectClass[] = {
+    {"name",      textOf<&ObjectClass::getName>      },
+    {"sharing",   textOf<&ObjectClass::getSharing>   },
+    {"semantics", textOf<&ObjectClass::getDescriptor>},
+};
+
+// The dimensions stand between the two.
+using Attribute = DtAttributeFedNode;
+constexpr Row<Attribute> theAttributeHead[] = {
+    {"name",            textOf<&Attribute::getName>           },
+    {"dataType",        textOf<&Attribute::getDatatype>       },
+    {"updateType",      textOf<&Attribute::getUpdateType>     },
+    {"updateCondition", textOf<&Attribute::getUpdateCondition>},
+    {"ownership",       textOf<&Attribute::getTransferAccept> },
+    {"sharing",         textOf<&Attribute::getSharing>        },
+};
+constexpr Row<Attribute> theAttributeTail[] = {
+    {"transportation", textOf<&Attribute::getTransportation>},
+    {"order",          textOf<&Attribute::getOrder>         },
+    {"semantics",      textOf<&Attribute::getDescription>   },
+};
+
+// The dimensions stand between the two.
+using InteractionClass = DtInteractionClassFedNode;
+constexpr Row<InteractionClass> theInteractionClassHead[] = {
+    {"name",    textOf<&InteractionClass::getName>   },
+    {"sharing", textOf<&InteractionClass::getSharing>},
+};
+constexpr Row<InteractionClass> theInteractionClassTail[] = {
+    {"transportation", textOf<&InteractionClass::getTransportation>},
+    {"order",          textOf<&InteractionClass::getOrder>         },
+    {"semantics",      textOf<&InteractionClass::getDescriptor>    },
+};
+
+using Parameter = DtParameterFedNode;
+constexpr Row<Parameter> theParameter[] = {
+    {"name",           textOf<&Parameter::getName>          },
+    {"dataType",       textOf<&Parameter::getDatatype>      },
+    {"sharing",        textOf<&Parameter::getSharing>       },
+    {"transportation", textOf<&Parameter::getTransportation>},
+    {"order",          textOf<&Parameter::getOrder>         },
+    {"semantics",      textOf<&Parameter::getDescription>   },
+};
+
+constexpr Row<DtDimensionNode> theDimension[] = {
+    {"name",          textOf<&DtDimensionNode::getName>         },
+    {"dataType",      textOf<&DtDimensionNode::getDatatype>     },
+    {"upperBound",    textOf<&DtDimensionNode::getUpperBound>   },
+    {"normalization", textOf<&DtDimensionNode::getNormalization>},
+    {"value",         textOf<&DtDimensionNode::getValue>        },
+};
+
+constexpr Row<DtTimeRepNode> theTimeStamp[] = {
+    {"dataType",  textOf<&DtTimeRepNode::getFedTimeDatatype> },
+    {"semantics", textOf<&DtTimeRepNode::getFedTimeSemantics>},
+};
+constexpr Row<DtTimeRepNode> theLookahead[] = {
+    {"dataType",  textOf<&DtTimeRepNode::getLookaheadDatatype> },
+    {"semantics", textOf<&DtTimeRepNode::getLookaheadSemantics>},
+};
+
+constexpr Row<DtTagNode> theTag[] = {
+    {"dataType",  textOf<&DtTagNode::getDatatype>   },
+    {"semantics", textOf<&DtTagNode::getDescription>},
+};
+
+// The small t of "datatype" is there on purpose: programs that take these documents look for it.
+constexpr Row<DtSynchroNode> theSynchronization[] = {
+    {"label",      textOf<&DtSynchroNode::getName>       },
+    {"datatype",   textOf<&DtSynchroNode::getDatatype>   },
+    {"capability", textOf<&DtSynchroNode::getCapability> },
+    {"semantics",  textOf<&DtSynchroNode::getDescription>},
+};
+
+constexpr Row<DtDescriptionNode> theTransportation[] = {
+    {"name",      textOf<&DtDescriptionNode::getName>       },
+    {"reliable",  textOf<&DtDescriptionNode::getReliable>   },
+    {"semantics", textOf<&DtDescriptionNode::getDescription>},
+};
+
+constexpr Row<DtUpdateRateNode> theUpdateRate[] = {
+    {"name",      textOf<&DtUpdateRateNode::getName>  },
+    {"semantics", textOf<&DtUpdateRateNode::semantics>},
+};
+
+using BasicData = DtBasicDataRepresentationNode;
+constexpr Row<BasicData> theBasicData[] = {
+    {"name",           textOf<&BasicData::getName>          },
+    {"size",           textOf<&BasicData::getSize>          },
+    {"interpretation", textOf<&BasicData::getInterpretation>},
+    {"endian",         textOf<&BasicData::getEndian>        },
+    {"encoding",       textOf<&BasicData::getEncoding>      },
+};
+
+using SimpleData = DtSimpleDatatypeNode;
+constexpr Row<SimpleData> theSimpleData[] = {
+    {"name",           textOf<&SimpleData::getName>          },
+    {"representation", textOf<&SimpleData::getRepresentation>},
+    {"units",          textOf<&SimpleData::getUnits>         },
+    {"resolution",     textOf<&SimpleData::getResolution>    },
+    {"accuracy",       textOf<&SimpleData::getAccuracy>      },
+    {"semantics",      textOf<&SimpleData::getDescription>   },
+};
+
+using EnumeratedData = DtEnumeratedDatatypeNode;
+constexpr Row<EnumeratedData> theEnumeratedData[] = {
+    {"name",           textOf<&EnumeratedData::getName>          },
+    {"representation", textOf<&EnumeratedData::getRepresentation>},
+    {"semantics",      textOf<&EnumeratedData::getDescription>   },
+};
+
+using ArrayData = DtArrayDatatypeNode;
+constexpr Row<ArrayData> theArrayData[] = {
+    {"name",        textOf<&ArrayData::getName>       },
+    {"dataType",    textOf<&ArrayData::getDatatype>   },
+    {"cardinality", textOf<&ArrayData::getCardinality>},
+    {"encoding",    textOf<&ArrayData::getEncoding>   },
+    {"semantics",   textOf<&ArrayData::getDescription>},
+};
+
+using FixedRecord = DtFixedDatatypeNode;
+constexpr Row<FixedRecord> theFixedRecord[] = {
+    {"name",      textOf<&FixedRecord::getName>       },
+    {"encoding",  textOf<&FixedRecord::getEncoding>   },
+    {"semantics", textOf<&FixedRecord::getDescription>},
+};
+
+constexpr Row<DtFieldComponentNode> theField[] = {
+    {"name",      textOf<&DtFieldComponentNode::getName>       },
+    {"dataType",  textOf<&DtFieldComponentNode::getDatatype>   },
+    {"semantics", textOf<&DtFieldComponentNode::getDescription>},
+};
+
+// On purpose without "encoding" and "semantics".
+using VariantRecord = DtVariantDatatypeNode;
+constexpr Row<VariantRecord> theVariantRecord[] = {
+    {"name",         textOf<&VariantRecord::getName>,         true},
+    {"discriminant", textOf<&VariantRecord::getDiscriminant>, true},
+    {"dataType",     textOf<&VariantRecord::getDatatype>,     true},
+};
+
+// On purpose without "semantics".
+using Alternative = DtAlternativeComponentNode;
+constexpr Row<Alternative> theAlternative[] = {
+    {"enumerator", textOf<&Alternative::getEnumerator>, true},
+    {"name",       textOf<&Alternative::getName>,       true},
+    {"dataType",   textOf<&Alternative::getDatatype>,   true},
+};
+
+constexpr Row<DtNoteNode> theNote[] = {
+    {"label",     textOf<&DtNoteNode::getLabel>},
+    {"semantics", textOf<&DtNoteNode::getText> },
+};
+
+struct FreeXmlBuffer
+{
+    void operator()(xmlBuffer* buffer) const { xmlBufferFree(buffer); }
+};
+using XmlBuffer = std::unique_ptr<xmlBuffer, FreeXmlBuffer>;
+
+struct FreeTextWriter
+{
+    void operator()(xmlTextWriter* writer) const { xmlFreeTextWriter(writer); }
+};
+
+/// A buffer that grows by its own size, so that writing takes a time in proportion to the document.
+XmlBuffer newBuffer()
+{
+    XmlBuffer buffer(xmlBufferCreate());
+    if (buffer) xmlBufferSetAllocationScheme(buffer.get(), XML_BUFFER_ALLOC_DOUBLEIT);
+    return buffer;
+}
+
+DtString textIn(const xmlBuffer& buffer)
+{
+    const char* const text = reinterpret_cast<const char*>(xmlBufferContent(&buffer));
+    return std::string_view(text, static_cast<std::size_t>(xmlBufferLength(&buffer)));
+}
+
+const xmlChar* xmlChars(const char* text)
+{
+    return reinterpret_cast<const xmlChar*>(text);
+}
+
+/// Problems go straight to standard error on purpose, and not to a sink of messages.
+void report(const char* problem)
+{
+    std::fputs(problem, stderr);
+}
+
+/// Reports an operation of the text writer that gave a negative result.
+void check(int result, const char* problem)
+{
+    if (result < 0) report(problem);
+}
+
+/// The document, indented; as it is where that fails. It is our own, so libxml2's limits for
+/// foreign ones do not hold for it.
+DtString indented(const DtString& text)
+{
+    constexpr int theOptions =
+        XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+    if (text.length() > std::size_t{std::numeric_limits<int>::max()}) return text;
+    const int length = static_cast<int>(text.length());
+    const omt::XmlDocument document(
+        xmlReadMemory(text.c_str(), length, nullptr, "utf-8", theOptions));
+    if (!document) return text;
+
+    xmlChar* octets = nullptr;
+    int indentedLength = 0;
+    xmlDocDumpFormatMemoryEnc(document.get(), &octets, &indentedLength, "utf-8", 1);
+    if (!octets) return text;
+    const DtString result =
+        std::string(reinterpret_cast<char*>(octets), static_cast<std::size_t>(indentedLength));
+    xmlFree(octets);
+    return result;
+}
+
+bool replaceFile(const char* name, const DtString& text)
+{
+    std::FILE* const file = name ? std::fopen(name, "wb") : nullptr;
+    if (!file) return false;
+    const bool isWritten = std::fwrite(text.c_str(), 1, text.length(), file) == text.length();
+    return std::fclose(file) == 0 && isWritten;
+}
+
+}  // namespace
+
+/// Calls `write` with the text as XML can hold it.
+template <typename Write>
+void DtXMLEvolvedFileWriter::withXmlText(const DtString& text, Write write)
+{
+    if (omt::isXmlText(text.view())) return write(xmlChars(text.c_str()));
+    ++myChangedTexts;
+    write(xmlChars(omt::toXmlText(text.view()).c_str()));
+}
+
+template <typename Node, typename Rows>
+void DtXMLEvolvedFileWriter::writeTexts(Node& node, const Rows& rows)
+{
+    for (const auto& row : rows)
+    {
+        if (row.isAlways)
+            writeElement(row.element, row.text(node));
+        else
+            writeElementWithText(row.element, row.text(node));
+    }
+}
+
+template <typename Node, typename Rows>
+void DtXMLEvolvedFileWriter::writeNode(const char* name, Node& node, const Rows& rows)
+{
+    startElement(name);
+    writeTexts(node, rows);
+    endElement();
+}
+
+template <typename Place, typename Node>
+void DtXMLEvolvedFileWriter::writeEach(Place place, Place end,
+                                       void (DtXMLEvolvedFileWriter::*write)(Node*))
+{
+    for (; place != end; ++place) (this->*write)(*place);
+}
+
+template <typename Place, typename Node>
+void DtXMLEvolvedFileWriter::writeSection(const char* name, Place place, Place end,
+                                          void (DtXMLEvolvedFileWriter::*write)(Node*))
+{
+    startElement(name);
+    writeEach(place, end, write);
+    endElement();
+}
+
+DtXMLEvolvedFileWriter::DtXMLEvolvedFileWriter(DtOMTTree* tree) : myTree(tree) {}
+DtXMLEvolvedFileWriter::~DtXMLEvolvedFileWriter() = default;
+
+void DtXMLEvolvedFileWriter::writeFile(const char* fileName)
+{
+    if (!replaceFile(fileName, writeIndentedString())) report("Error at xmlSaveFormatFileEnc\n");
+}
+
+DtString DtXMLEvolvedFileWriter::writeString()
+{
+    const XmlBuffer buffer = newBuffer();
+    if (!buffer)
+    {
+        std::puts("testXmlwriterMemory: Error creating the xml buffer");
+        return DtString();
+    }
+    writeDocument(*buffer);
+    return textIn(*buffer);
+}
+
+DtString DtXMLEvolvedFileWriter::writeIndentedString()
+{
+    return indented(writeString());
+}
+
+void DtXMLEvolvedFileWriter::writeDocument(xmlBuffer& buffer)
+{
+    const std::unique_ptr<xmlTextWriter, FreeTextWriter> writer(xmlNewTextWriterMemory(&buffer, 0));
+    if (!writer) report("Error creating the xml writer\n");
+    myWriter = writer.get();
+    myChangedTexts = 0;
+    check(xmlTextWriterStartDocument(myWriter, nullptr, "utf-8", nullptr),
+          "Error at xmlTextWriterStartDocument\n");
+    writeAllXMLInformation();
+    myWriter = nullptr;
+    if (myChangedTexts > 0)
+        DtWarn << "Warning: " << myChangedTexts
+               << " texts hold what XML cannot, and were changed as they were written\n";
+}
+
+void DtXMLEvolvedFileWriter::writeAllXMLInformation()
+{
+    startElement("objectModel");
+    // On purpose every document refers to a note "_1", and its identification to a note "_2",
+    // whether or not there are such notes.
+    writeXmlAttribute("notes", "_1");
+    writeXmlAttribute("xmlns", theNamespace);
+    writeXmlAttribute("xmlns:xsi", theInstanceNamespace);
+    writeXmlAttribute("xsi:schemaLocation", theSchemaLocation);
+    writeModelIdentification();
+
+    startElement("objects");
+    if (DtObjectClassFedNode* const root = myTree->getObjectClassNode("")) writeObjectClass(root);
+    endElement();
+    startElement("interactions");
+    if (DtInteractionClassFedNode* const root = myTree->getInteractionClassNode(""))
+        writeInteractionClass(root);
+    endElement();
+
+    using Writer = DtXMLEvolvedFileWriter;
+    writeSection("dimensions", myTree->getDimensionNodeList(), myTree->getDimensionEndNode(),
+                 &Writer::writeDimension);
+    writeTime();
+    writeSection("tags", myTree->getTagNodeList(), myTree->getTagEndNode(), &Writer::writeTag);
+    writeSection("synchronizations", myTree->getSynchroNodeList(), myTree->getSynchroEndNode(),
+                 &Writer::writeSynchronization);
+    writeSection("transportations", myTree->getTransportationNodeList(),
+                 myTree->getTransportationEndNode(), &Writer::writeTransportation);
+    writeSection("switches", myTree->getSwitchNodeList(), myTree->getSwitchEndNode(),
+                 &Writer::writeSwitch);
+    writeSection("updateRates", myTree->getUpdateRateNodeList(), myTree->getUpdateRateEndNode(),
+                 &Writer::writeUpdateRate);
+    writeDatatypes();
+    writeSection("notes", myTree->getNoteNodeList(), myTree->getNoteEndNode(), &Writer::writeNote);
+    check(xmlTextWriterEndDocument(myWriter), "Error at xmlTextWriterEndDocument\n");
+}
+
+void DtXMLEvolvedFileWriter::writeModelIdentification()
+{
+    startElement("modelIdentification");
+    writeXmlAttribute("notes", "_2");
+    writeName();
+    writeTexts(*myTree, theIdentification);
+    // The points of contact, and the use history, are left out on purpose.
+    for (const DtOMTTreeReference& reference : myTree->getReferences()) writeReference(reference);
+    // The words are those of the end of the document, on purpose.
+    check(xmlTextWriterEndElement(myWriter), "Error at xmlTextWriterEndDocument\n");
+}
+
+/// On purpose the name has "Valid FDD" right behind it: so one can tell where a document is from.
+void DtXMLEvolvedFileWriter::writeName()
+{
+    startElement("name");
+    writeXmlAttribute("notes", "_2");
+    writeText(myTree->getName() + "Valid FDD");
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeReference(const DtOMTTreeReference& reference)
+{
+    startElement("reference");
+    writeElementWithText("type", reference.type);
+    writeElementWithText("identification", reference.identification);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeObjectClass(DtObjectClassFedNode* node)
+{
+    startElement("objectClass");
+    writeTexts(*node, theObjectClass);
+    for (DtAttributeFedNode* attribute : node->getAttributes()) writeAttribute(attribute);
+    for (DtObjectClassFedNode* child : node->getChildObjects()) writeObjectClass(child);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeAttribute(DtAttributeFedNode* node)
+{
+    startElement("attribute");
+    writeTexts(*node, theAttributeHead);
+    writeDimensionNames(node->getDimensions());
+    writeTexts(*node, theAttributeTail);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeInteractionClass(DtInteractionClassFedNode* node)
+{
+    startElement("interactionClass");
+    writeTexts(*node, theInteractionClassHead);
+    writeDimensionNames(node->getDimensions());
+    writeTexts(*node, theInteractionClassTail);
+    for (DtParameterFedNode* parameter : node->getParameters()) writeParameter(parameter);
+    for (DtInteractionClassFedNode* child : node->getChildInteractions())
+        writeInteractionClass(child);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeParameter(DtParameterFedNode* node)
+{
+    writeNode("parameter", *node, theParameter);
+}
+
+void DtXMLEvolvedFileWriter::writeDimensionNames(const std::list<DtString>& names)
+{
+    if (names.empty()) return;
+    startElement("dimensions");
+    for (const DtString& name : names) writeElementWithText("dimension", name);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeDimension(DtDimensionNode* node)
+{
+    startElement("dimension");
+    writeEmbeddedNote(*node);
+    writeTexts(*node, theDimension);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeTime()
+{
+    startElement("time");
+    writeNode("timeStamp", *myTree->getTimeRepNode(), theTimeStamp);
+    writeNode("lookahead", *myTree->getTimeRepNode(), theLookahead);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeTag(DtTagNode* node)
+{
+    startElementNamedAfter(*node);
+    writeTexts(*node, theTag);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeSynchronization(DtSynchroNode* node)
+{
+    writeNode("synchronizationPoint", *node, theSynchronization);
+}
+
+void DtXMLEvolvedFileWriter::writeTransportation(DtDescriptionNode* node)
+{
+    writeNode("transportation", *node, theTransportation);
+}
+
+void DtXMLEvolvedFileWriter::writeSwitch(DtBoolAttrNode* node)
+{
+    startElementNamedAfter(*node);
+    if (node->getName() == "automaticResignAction")
+        writeXmlAttribute("resignAction", node->getNote());
+    else
+        writeXmlAttribute("isEnabled", node->getEnabled() ? "true" : "false");
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeUpdateRate(DtUpdateRateNode* node)
+{
+    startElement("updateRate");
+    writeTexts(*node, theUpdateRate);
+    writeElementWithText("rate", DtString(node->rate()));
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeDatatypes()
+{
+    using Writer = DtXMLEvolvedFileWriter;
+    startElement("dataTypes");
+    writeSection("basicDataRepresentations", myTree->getBasicDataRepresentationNodeList(),
+                 myTree->getBasicDataRepresentationEndNode(), &Writer::writeBasicData);
+    writeSection("simpleDataTypes", myTree->getSimpleDatatypeNodeList(),
+                 myTree->getSimpleDatatypeEndNode(), &Writer::writeSimpleData);
+    writeSection("enumeratedDataTypes", myTree->getEnumeratedDatatypeNodeList(),
+                 myTree->getEnumeratedDatatypeEndNode(), &Writer::writeEnumeratedData);
+    writeSection("arrayDataTypes", myTree->getArrayDatatypeNodeList(),
+                 myTree->getArrayDatatypeEndNode(), &Writer::writeArrayData);
+    writeSection("fixedRecordDataTypes", myTree->getFixedDatatypeNodeList(),
+                 myTree->getFixedDatatypeEndNode(), &Writer::writeFixedRecordData);
+    writeSection("variantRecordDataTypes", myTree->getVariantDatatypeNodeList(),
+                 myTree->getVariantDatatypeEndNode(), &Writer::writeVariantRecordData);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeBasicData(DtBasicDataRepresentationNode* node)
+{
+    writeNode("basicData", *node, theBasicData);
+}
+
+void DtXMLEvolvedFileWriter::writeSimpleData(DtSimpleDatatypeNode* node)
+{
+    writeNode("simpleData", *node, theSimpleData);
+}
+
+void DtXMLEvolvedFileWriter::writeEnumeratedData(DtEnumeratedDatatypeNode* node)
+{
+    startElement("enumeratedData");
+    writeTexts(*node, theEnumeratedData);
+    writeEach(node->getEnumerationNodeList(), node->getEnumerationNodeEnd(),
+              &DtXMLEvolvedFileWriter::writeEnumerator);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeEnumerator(DtEnumerationNode* node)
+{
+    startElement("enumerator");
+    writeElementWithText("name", node->getEnum());
+    writeElementWithText("value", DtString(node->getNumber()));
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeArrayData(DtArrayDatatypeNode* node)
+{
+    writeNode("arrayData", *node, theArrayData);
+}
+
+void DtXMLEvolvedFileWriter::writeFixedRecordData(DtFixedDatatypeNode* node)
+{
+    startElement("fixedRecordData");
+    writeTexts(*node, theFixedRecord);
+    writeEach(node->getComponentNodeList(), node->getComponentNodeEnd(),
+              &DtXMLEvolvedFileWriter::writeField);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeField(DtFieldComponentNode* node)
+{
+    writeNode("field", *node, theField);
+}
+
+void DtXMLEvolvedFileWriter::writeVariantRecordData(DtVariantDatatypeNode* node)
+{
+    startElement("variantRecordData");
+    writeTexts(*node, theVariantRecord);
+    writeEach(node->getComponentNodeList(), node->getComponentNodeEnd(),
+              &DtXMLEvolvedFileWriter::writeAlternative);
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeAlternative(DtAlternativeComponentNode* node)
+{
+    writeNode("alternative", *node, theAlternative);
+}
+
+void DtXMLEvolvedFileWriter::writeNote(DtNoteNode* node)
+{
+    writeNode("note", *node, theNote);
+}
+
+void DtXMLEvolvedFileWriter::writeEmbeddedNote(const DtOMTNode& node)
+{
+    if (!node.getNote().empty()) writeXmlAttribute("notes", node.getNote());
+}
+
+void DtXMLEvolvedFileWriter::startElement(const char* name)
+{
+    xmlTextWriterStartElement(myWriter, xmlChars(name));
+}
+
+void DtXMLEvolvedFileWriter::startElementNamedAfter(const DtOMTNode& node)
+{
+    const std::string name = omt::toXmlName(node.getName().view());
+    if (node.getName() != name.c_str()) ++myChangedTexts;
+    startElement(name.c_str());
+}
+
+void DtXMLEvolvedFileWriter::endElement()
+{
+    xmlTextWriterEndElement(myWriter);
+}
+
+void DtXMLEvolvedFileWriter::writeXmlAttribute(const char* name, const DtString& text)
+{
+    withXmlText(text, [&](const xmlChar* octets)
+                { xmlTextWriterWriteAttribute(myWriter, xmlChars(name), octets); });
+}
+
+void DtXMLEvolvedFileWriter::writeText(const DtString& text)
+{
+    withXmlText(text, [&](const xmlChar* octets) { xmlTextWriterWriteString(myWriter, octets); });
+}
+
+void DtXMLEvolvedFileWriter::writeElement(const char* name, const DtString& text)
+{
+    withXmlText(text, [&](const xmlChar* octets)
+                { xmlTextWriterWriteElement(myWriter, xmlChars(name), octets); });
+}
+
+void DtXMLEvolvedFileWriter::writeElementWithText(const DtString& tag, const DtString& text)
+{
+    if (text != DtString::nullString()) writeElement(tag.c_str(), text);
+}
