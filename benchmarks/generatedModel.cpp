@@ -98,6 +98,66 @@ constexpr std::string_view theVariant = R"(<variantRecordData>
 constexpr std::string_view theNote =
     "<note><label>Note#</label><semantics>Said # times.</semantics></note>\n";
 
+// A family and its member, with identifiers that are no family's.
+constexpr std::string_view theObjectClass13 = R"(  (Class (ID #)
+     (Name "Family#")
+     (PSCapabilities PS)
+     (Description "Family number #.")
+     (Attribute (Name "Mass#")
+                (DataType "double")
+                (Cardinality "1")
+                (Units "kg")
+                (Accuracy "perfect")
+                (AccuracyCondition "always")
+                (UpdateType Conditional)
+                (UpdateCondition "On change")
+                (TransferAccept TA)
+                (Description "How heavy it is.")
+     )
+     (Attribute (Name "Shape#")
+                (DataType "Record#")
+                (Cardinality "1")
+                (UpdateType Static)
+                (TransferAccept N)
+                (Description "How it looks.")
+     )
+  )
+  (Class (ID 90000#)
+     (Name "Member")
+     (SuperClass #)
+     (Attribute (Name "Mood")
+                (DataType "Choice#")
+                (UpdateType Periodic)
+     )
+  )
+)";
+
+constexpr std::string_view theInteractionClass13 = R"(  (Interaction (ID #)
+     (Name "Call#")
+     (Parameter (Name "Caller") (DataType "string") (Cardinality "1"))
+     (Parameter (Name "Words") (DataType "Record#") (Cardinality "0+"))
+  )
+)";
+
+constexpr std::string_view theEnumeration13 = R"(  (EnumeratedDataType (Name "Choice#")
+     (Enumeration (Enumerator "Yes") (Representation 1))
+     (Enumeration (Enumerator "No") (Representation 2))
+     (Enumeration (Enumerator "Perhaps") (Representation 3))
+  )
+)";
+
+constexpr std::string_view theEnumerator13 =
+    "     (Enumeration (Enumerator \"Kind#\") (Representation #))\n";
+
+constexpr std::string_view theComplex13 = R"(  (ComplexDataType (Name "Record#")
+     (ComplexComponent (FieldName "Count") (DataType "long") (Cardinality "1"))
+     (ComplexComponent (FieldName "Parts") (DataType "double") (Cardinality "0+"))
+  )
+)";
+
+constexpr std::string_view theNote13 = R"(  (Note (NoteNumber #) (NoteText "Said # times."))
+)";
+
 std::string datatypes(int scale)
 {
     const std::string longEnumeration = element(
@@ -124,4 +184,12 @@ std::string ratios::generatedModel(int scale)
            element("objects", objects) + element("interactions", interactions) +
            element("dataTypes", datatypes(scale)) + element("notes", repeated(scale, theNote)) +
            "</objectModel>\n";
+}
+
+std::string ratios::generatedModel13(int scale)
+{
+    return "(DIF v1.3)\n(ObjectModel (Name \"Generated\")\n" + repeated(scale, theObjectClass13) +
+           repeated(scale, theInteractionClass13) + repeated(scale, theEnumeration13) +
+           "  (EnumeratedDataType (Name \"Long\")\n" + repeated(10 * scale, theEnumerator13) +
+           "  )\n" + repeated(scale, theComplex13) + repeated(scale, theNote13) + ")\n";
 }

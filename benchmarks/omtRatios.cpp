@@ -56,8 +56,8 @@ void registerWork(const std::string& name, ratios::Work work)
 std::vector<Ratio> registerRatios()
 {
     std::vector<Ratio> all = ratios::readAndMergeRatios();
-    const std::vector<Ratio> conversions = ratios::convertValuesRatios();
-    all.insert(all.end(), conversions.begin(), conversions.end());
+    for (const auto& list : {ratios::oldAndNewRatios(), ratios::convertValuesRatios()})
+        all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)
     {

@@ -25,6 +25,7 @@ struct Ratio
 
 /// One list for each subject. A new subject adds its list here and to the one in omtRatios.cpp.
 std::vector<Ratio> readAndMergeRatios();
+std::vector<Ratio> oldAndNewRatios();
 std::vector<Ratio> convertValuesRatios();
 
 /// A file of the folder that OMT_MODELS names; empty if there is no such file.

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sexp/dtSexpEnvironment.h"
 
-DtSexpEnvironment::DtSexpEnvironment() = default;
-DtSexpEnvironment::~DtSexpEnvironment() = default;
+#include "sexp/dtlStorage.h"
 
-const DtlObjPtr& DtSexpEnvironment::intern(const DtString& name)
+DtSexpEnvironment::DtSexpEnvironment() : myStorage(new DtlStorage)
 {
-    DtlObjPtr& symbol = mySymbols[name];
-    if (!symbol) symbol = DtlObj::makeSymbol(name);
-    return symbol;
+    myStorage->hold();
+}
+
+DtSexpEnvironment::~DtSexpEnvironment()
+{
+    myStorage->letGo();
+}
+
+DtlObjPtr DtSexpEnvironment::intern(const DtString& name)
+{
+    return myStorage->reference(myStorage->intern(name.view()));
 }

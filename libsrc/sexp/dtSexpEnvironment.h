@@ -4,8 +4,6 @@
 
 #include "sexp/dtlObj.h"
 
-#include <unordered_map>
-
 /// Holds one object for each symbol that was read or interned in it.
 ///
 /// Objects that were read stay valid when their environment is gone.
@@ -21,8 +19,9 @@ public:
     DtSexpEnvironment& env() { return *this; }
 
     /// The one symbol of this name, made at the first call.
-    const DtlObjPtr& intern(const DtString& name);
+    DtlObjPtr intern(const DtString& name);
 
 private:
-    std::unordered_map<DtString, DtlObjPtr> mySymbols;
+    friend class DtlReader;
+    DtlStorage* myStorage;
 };

@@ -19,27 +19,27 @@ DtlObjPtr DtcIntern(const DtString& name, DtSexpEnvironment& env)
 
 DtlObjPtr DtcMakeSymbol(const DtString& name)
 {
-    return DtlObj::makeSymbol(name);
+    return DtSexpEnvironment().intern(name);
 }
 
 DtlObjPtr DtcCar(const DtlObjPtr& list)
 {
-    return list->head();
+    return list.head();
 }
 
 DtlObjPtr DtcCdr(const DtlObjPtr& list)
 {
-    return list->tail();
+    return list.tail();
 }
 
 DtlObjPtr DtcCadr(const DtlObjPtr& list)
 {
-    return list->tail()->head();
+    return list.tail().head();
 }
 
 DtlObjPtr DtcCaddr(const DtlObjPtr& list)
 {
-    return list->tail()->tail()->head();
+    return list.tail().tail().head();
 }
 
 bool DtcListp(const DtlObjPtr& object)
@@ -64,20 +64,19 @@ bool DtcEq(const DtlObjPtr& a, const DtlObjPtr& b)
 
 bool DtcEqual(const DtlObjPtr& a, const DtlObjPtr& b)
 {
-    // Pairs still to be compared; what they refer to is kept alive by a and b.
-    std::vector<std::pair<const DtlObjPtr*, const DtlObjPtr*>> open = {
-        {&a, &b}
+    std::vector<std::pair<const DtlObj*, const DtlObj*>> open = {
+        {a.get(), b.get()}
     };
     while (!open.empty())
     {
-        const DtlObjPtr& left = *open.back().first;
-        const DtlObjPtr& right = *open.back().second;
+        const auto [left, right] = open.back();
         open.pop_back();
-        if (DtcEq(left, right)) continue;
-        if (left->kind() != right->kind() || left->string() != right->string()) return false;
-        if (!DtcListp(left)) continue;
-        open.emplace_back(&left->tail(), &right->tail());
-        open.emplace_back(&left->head(), &right->head());
+        if (left == right) continue;
+        if (!left || !right || left->kind() != right->kind()) return false;
+        if (left->string() != right->string()) return false;
+        if (left->kind() != DtlObj::Kind::pair) continue;
+        open.emplace_back(left->tail(), right->tail());
+        open.emplace_back(left->head(), right->head());
     }
     return true;
 }

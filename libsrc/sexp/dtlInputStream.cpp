@@ -2,6 +2,7 @@
 // Streams hand out octets from blocks, so that an octet costs no virtual call.
 #include "sexp/dtlInputStream.h"
 
+#include <cstring>
 #include <utility>
 
 namespace
@@ -15,17 +16,35 @@ DtlInputStream::~DtlInputStream() = default;
 
 int DtlInputStream::peek()
 {
-    if (myBlock.empty()) myBlock = readBlock();
-    return myBlock.empty() ? theEnd : static_cast<unsigned char>(myBlock.front());
+    const std::string_view octets = ahead();
+    return octets.empty() ? theEnd : static_cast<unsigned char>(octets.front());
 }
 
 int DtlInputStream::get()
 {
     const int octet = peek();
-    if (octet == theEnd) return theEnd;
-    myBlock.remove_prefix(1);
-    if (octet == '\n') ++myLine;
+    if (octet != theEnd) take(1);
     return octet;
+}
+
+/// Lines are counted when someone asks, and before the block is gone.
+std::size_t DtlInputStream::line()
+{
+    for (const char* const place = myAhead.data(); myCounted != place; ++myCounted, ++myLine)
+    {
+        const auto length = static_cast<std::size_t>(place - myCounted);
+        const void* const end = std::memchr(myCounted, '\n', length);
+        myCounted = end ? static_cast<const char*>(end) : place;
+        if (!end) break;
+    }
+    return myLine;
+}
+
+void DtlInputStream::nextBlock()
+{
+    line();
+    myAhead = readBlock();
+    myCounted = myAhead.data();
 }
 
 DtlFileInputStream::DtlFileInputStream(std::FILE* file) : myFile(file), myBuffer(theBlockSize) {}

@@ -25,15 +25,27 @@ public:
     int peek();
     /// Takes the next octet.
     int get();
+    /// The next octets, as many as are at hand, without taking them; none at the end only. Valid
+    /// until the next look, even when they are taken meanwhile.
+    std::string_view ahead()
+    {
+        if (myAhead.empty()) nextBlock();
+        return myAhead;
+    }
+    /// Takes so many of the octets that are at hand.
+    void take(std::size_t count) { myAhead.remove_prefix(count); }
     /// The line of the next octet, counted from 1.
-    std::size_t line() const { return myLine; }
+    std::size_t line();
 
 protected:
     /// The octets behind those given before, valid until the next call; none at the end.
     virtual std::string_view readBlock() = 0;
 
 private:
-    std::string_view myBlock;
+    void nextBlock();
+
+    std::string_view myAhead;
+    const char* myCounted = nullptr;  // where in its block the count of lines stands
     std::size_t myLine = 1;
 };
 

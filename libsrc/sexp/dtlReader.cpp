@@ -8,9 +8,11 @@
 #include "sexp/dtlReader.h"
 
 #include "sexp/dtcList.h"
+#include "sexp/dtlStorage.h"
 #include "util/dtException.h"
 
-#include <string>
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace
@@ -18,16 +20,22 @@ namespace
 
 constexpr int theEnd = DtlInputStream::theEnd;
 
-bool isBlank(int octet)
+/// Which octets are one of these.
+class OctetSet
 {
-    return octet == ' ' || (octet >= '\t' && octet <= '\r');
-}
+public:
+    constexpr explicit OctetSet(std::string_view octets)
+    {
+        for (const char octet : octets) myHas[static_cast<unsigned char>(octet)] = true;
+    }
+    constexpr bool has(char octet) const { return myHas[static_cast<unsigned char>(octet)]; }
 
-bool endsAtom(int octet)
-{
-    return octet == theEnd || isBlank(octet) || octet == '(' || octet == ')' || octet == '"' ||
-           octet == ';';
-}
+private:
+    std::array<bool, 256> myHas = {};
+};
+
+constexpr OctetSet theBlanks(" \t\n\v\f\r");
+constexpr OctetSet theAtomEnds(" \t\n\v\f\r()\";");
 
 bool isNumber(std::string_view text)
 {
@@ -43,7 +51,7 @@ bool isNumber(std::string_view text)
 }  // namespace
 
 DtlReader::DtlReader(DtlInputStream& stream, DtSexpEnvironment& environment)
-    : myStream(stream), myEnvironment(environment)
+    : myStream(stream), myStorage(*environment.myStorage)
 {
 }
 
@@ -55,27 +63,36 @@ DtlObjPtr DtlReader::read()
         if (first != theEnd)
             readNext(first);
         else if (myOpenLists.empty())
-            return myEnvironment.intern("eof");
+            return myStorage.reference(myStorage.intern("eof"));
         else
             report("the list that begins here does not end", myOpenLists.back().line);
     } while (!myOpenLists.empty());
-    return std::move(myElements.back());
+    return myStorage.reference(myElements.back());
+}
+
+/// Takes the octets up to the first that does not match, or as many as are at hand: without any,
+/// all have been taken.
+template <typename Matches>
+std::string_view DtlReader::takeWhile(Matches matches)
+{
+    const std::string_view octets = myStream.ahead();
+    const auto end = std::find_if_not(octets.begin(), octets.end(), matches);
+    const auto length = static_cast<std::size_t>(end - octets.begin());
+    myStream.take(length);
+    return octets.substr(0, length);
 }
 
 /// The first octet that is neither blank nor in a comment, not taken.
 int DtlReader::skipBlanks()
 {
-    bool isComment = false;
+    const auto isBlank = [](char octet) { return theBlanks.has(octet); };
+    const auto isComment = [](char octet) { return octet != '\n' && octet != '\r'; };
     while (true)
     {
+        while (!takeWhile(isBlank).empty()) continue;
         const int octet = myStream.peek();
-        if (octet == ';')
-            isComment = true;
-        else if (octet == '\n' || octet == '\r')
-            isComment = false;
-        else if (octet == theEnd || (!isComment && !isBlank(octet)))
-            return octet;
-        myStream.get();
+        if (octet != ';') return octet;
+        while (!takeWhile(isComment).empty()) continue;
     }
 }
 
@@ -97,26 +114,30 @@ void DtlReader::closeList()
     myStream.get();
     if (myOpenLists.empty()) report("a \")\" without its \"(\"", myStream.line());
 
-    DtlObjPtr list;
+    const DtlObj* list = nullptr;
     for (; myElements.size() > myOpenLists.back().firstElement; myElements.pop_back())
-        list = DtlObj::makePair(std::move(myElements.back()), std::move(list));
-    myElements.push_back(std::move(list));
+        list = myStorage.makePair(myElements.back(), list);
+    myElements.push_back(list);
     myOpenLists.pop_back();
 }
 
-DtlObjPtr DtlReader::readString()
+const DtlObj* DtlReader::readString()
 {
     const std::size_t line = myStream.line();
-    std::string text;
+    const int escape = DtSexpReadEscapeChar ? *DtSexpReadEscapeChar : '"';
+    const auto isPlain = [escape](char octet) { return octet != '"' && octet != escape; };
+    myText.clear();
     myStream.get();
-    for (int octet = myStream.get(); octet != '"'; octet = myStream.get())
+    while (true)
     {
+        for (auto text = takeWhile(isPlain); !text.empty(); text = takeWhile(isPlain))
+            myText += text;
+        const int octet = myStream.get();
+        if (octet == '"') break;
         if (octet == theEnd) report("the string that begins here does not end", line);
-        const char character = static_cast<char>(octet);
-        const bool isEscape = DtSexpReadEscapeChar && character == *DtSexpReadEscapeChar;
-        text += isEscape ? readEscape(character) : character;
+        myText += readEscape(static_cast<char>(octet));
     }
-    return DtlObj::makeString(std::move(text));
+    return myStorage.makeAtom(DtlObj::Kind::string, std::string_view(myText));
 }
 
 /// What stands behind the escape character, which is taken.
@@ -150,10 +171,11 @@ char DtlReader::readOctal()
     return static_cast<char>(value);
 }
 
-DtlObjPtr DtlReader::readAtom()
+const DtlObj* DtlReader::readAtom()
 {
-    std::string text;
-    while (!endsAtom(myStream.peek())) text += static_cast<char>(myStream.get());
-    const DtString atom(std::move(text));
-    return isNumber(atom.view()) ? DtlObj::makeFixnum(atom.toInt64()) : myEnvironment.intern(atom);
+    const auto isInside = [](char octet) { return !theAtomEnds.has(octet); };
+    myText.clear();
+    for (auto text = takeWhile(isInside); !text.empty(); text = takeWhile(isInside)) myText += text;
+    if (!isNumber(myText)) return myStorage.intern(myText);
+    return myStorage.makeAtom(DtlObj::Kind::fixnum, DtString(DtString(myText).toInt64()));
 }

@@ -5,6 +5,7 @@
 #include "sexp/dtlInputStream.h"
 #include "sexp/dtSexpEnvironment.h"
 
+#include <string>
 #include <vector>
 
 /// Reads forms from a stream; lists inside lists take no stack.
@@ -24,17 +25,20 @@ private:
         std::size_t line;
     };
 
+    template <typename Matches>
+    std::string_view takeWhile(Matches matches);
     int skipBlanks();
     void readNext(int first);
     void closeList();
-    DtlObjPtr readString();
+    const DtlObj* readString();
     char readEscape(char escape);
     char readOctal();
-    DtlObjPtr readAtom();
+    const DtlObj* readAtom();
 
     DtlInputStream& myStream;
-    DtSexpEnvironment& myEnvironment;
+    DtlStorage& myStorage;
     /// The elements so far of all open lists, those of the innermost last.
-    std::vector<DtlObjPtr> myElements;
+    std::vector<const DtlObj*> myElements;
     std::vector<OpenList> myOpenLists;
+    std::string myText;  // of the atom that is being read
 };
