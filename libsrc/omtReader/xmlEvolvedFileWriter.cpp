@@ -377,8 +377,9 @@ void DtXMLEvolvedFileWriter::writeDocument(xmlBuffer& buffer)
     writeAllXMLInformation();
     myWriter = nullptr;
     if (myChangedTexts > 0)
-        DtWarn << "Warning: " << myChangedTexts
-               << " texts hold what XML cannot, and were changed as they were written\n";
+        DtWarn << "Warning: texts or names with something that XML cannot hold, changed as they "
+                  "were written: "
+               << myChangedTexts << "\n";
 }
 
 void DtXMLEvolvedFileWriter::writeAllXMLInformation()

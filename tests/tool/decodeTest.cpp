@@ -36,6 +36,7 @@ protected:
     void SetUp() override
     {
         write("endless.xml", theEndlessModel);
+        write("old.omd", theOldModel);
         write("raw.bin", std::string_view("\0\0\0\2\"\xff", 6));
         write("std.map", "((datatypeMap \"HLAfloat64BE\" \"double\"))");
         write("empty.map", " ; nothing\n");
@@ -48,7 +49,8 @@ protected:
     Outcome runCase(const std::string& command, const Case& one)
     {
         write("input", one.input);
-        const bool isOther = one.arguments.find("endless.xml") != std::string::npos;
+        const bool isOther =
+            one.arguments.find("endless.xml") == 0 || one.arguments.find("old.omd") == 0;
         const bool isMapped = isOther || one.arguments.find("--map") != std::string::npos;
         const std::string map = isMapped ? "" : "--map " OMT_EXAMPLES "/../harbour.map ";
         return run(command + (isOther ? " " : theHarbour + map) + one.arguments + " <input",
@@ -107,6 +109,17 @@ TEST_F(ValueTest, ShowsWhatAValueSays)
                                 "       0  CargoVariant  CargoVariant\n"
                                 "       0    Kind        CargoKind     None\n", "00 00"},
         {"--type BerthIdentifier --no-padding --line 42 00 07", "B 7\n"},
+        {"old.omd --parameter Crash.Report 02 01 0007 3FF0000000000000 4000000000000000",
+         "  Offset  Name     Datatype   Value\n"
+         "       0  Report   Report\n"
+         "       0    Kind   KindEnum8  Full\n"
+         "       1    Count  octet      1\n"
+         "       2    Sizes  short      7\n"
+         "       4    At     Place\n"
+         "       4      X    double     1\n"
+         "      12      Y    double     2\n"},
+        {"old.omd --attribute Car.Speed --line 40000000 3F800000", "2 1\n"},
+        {"old.omd --type Report --line 01 03 0001 0002 0003", "Brief 3 1[2[3]]\n"},
         {"--type GeocentricPosition --line --map std.map --delimiter , --precision 9 "
          "41 4C C4 58 00 00 00 00 00 00 00 00 00 00 00 00 BF F0 00 00 00 00 00 00",
          "3770544,0,-1\n"},
@@ -148,6 +161,10 @@ TEST_F(ValueTest, SaysWhereAValueEndsTooEarlyAndShowsTheRest)
         {"--type DraughtArray --lines", "line 1: DraughtArray[1]: octet 8: 8 octets needed, 0 left\n",
          "0000000000000000"},
         {"--type SignalKind 10 00 01", "SignalKind: 2 octets left over at octet 1\n"},
+        {"old.omd --type Report 02 01 0007 3FF0", "Report.At.X: octet 4: 8 octets needed, 2 left\n"},
+        {"old.omd --type Report 01 02 0007 00", "Report.Sizes[1]: octet 4: 2 octets needed, 1 left\n"},
+        {"old.omd --type Report 01 02 0007", "Report.Sizes: octet 4: 2 values needed, 1 found\n"},
+        {"old.omd --type Report 01 02 0007 0008", "Report.Pad: octet 6: 2 octets of padding missing\n"},
     }, 1);
     // clang-format on
 }
@@ -206,6 +223,7 @@ TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
                                              "BF B9 99 99 99 99 99 9A\n"},
         {"--type HLAASCIIstring 'HI'", "00 00 00 02 48 49\n"},
         {"--type HLAASCIIstring '[A]'", "00 00 00 02 00 41\n"},
+        {"old.omd --type Place '1 -2'", "3F F0 00 00 00 00 00 00 C0 00 00 00 00 00 00 00\n"},
     });
     expectMessage("encode", {
         {"--type GeocentricPosition '1 / abc / 3'", "GeocentricPosition.Y: \"abc\" is not a number"},
@@ -219,6 +237,7 @@ TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
         {"--type CargoVariant 'None'", "CargoVariant: CargoVariant is a variant record, which"},
         {"--map empty.map --type Metres 1", "empty.map: "},
         {"--type Metrs 1", "no datatype \"Metrs\"; "},
+        {"old.omd --type Place '1 x'", "Place.Y: \"x\" is not a number (double)\n"},
     }, 1);
     expectMessage("encode", {{"--bogus --type Metres 1", "The following argument"}}, 2);
     expectMessage("encode", {{"--type CargoKind Containers", "the octets read back as another"}}, 0);

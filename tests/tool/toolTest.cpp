@@ -47,7 +47,11 @@ constexpr const char* the2000Model =
 class ToolTest : public ToolRun
 {
 protected:
-    void SetUp() override { write("small.xml", theSmallModel); }
+    void SetUp() override
+    {
+        write("small.xml", theSmallModel);
+        write("old.omd", theOldModel);
+    }
 
     json showJson(const std::string& arguments)
     {
@@ -78,7 +82,12 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:4: "},
         {"another document", "bad.xml", "<html/>", "no object model: the root element is \"html\""},
         {"nothing in it", "bad.xml", "<objectModel/>", "bad.xml: the element \"objectModel\""},
-        {"HLA 1.3", "bad.xml", " ; a comment\n(DIF)", "bad.xml: models of HLA 1.3 cannot be"},
+        {"no 1.3 model", "bad.xml", " ; a comment\n(DIF)", "bad.xml: Could not find ObjectModel tag:"},
+        {"truncated 1.3", "bad.xml", "\n(ObjectModel", "bad.xml: Badly formatted OMT file, line 2: "},
+        {"malformed 1.3", "bad.xml", "(ObjectModel (Class (Name)))",
+         "bad.xml: Badly formatted Name in Class \n"},
+        {"HLA 1.3 in a list", "small.xml old.omd", "", "old.omd: a model of HLA 1.3, which cannot"},
+        {"datatype that is nowhere", "old.omd --datatype Plce", "", "the nearest are Place, "},
         {"broken module", "small.xml bad.xml --mim", "<a>", "bad.xml:1:4: "},
         {"2000 format in a list", "small.xml bad.xml", the2000Model, "bad.xml: a model of IEEE"},
         {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; the nearest are Car, "},
@@ -199,12 +208,17 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--datatype Either", {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)"}},
         {"--datatype Paint", {"  1       Red\n", "  2       Blue\n"}},
         {"--datatype Twice", {"array datatype\n", "Nothing in the model"}},
+        {"old.omd --class Car", {"\n  Datatype     float (base)\n  Cardinality  0+\n"}},
+        {"old.omd --datatype float", {"  Kind  base datatype", "  attribute  ObjectRoot.Car.Speed\n"}},
+        {"old.omd --datatype Report", {"  Sizes  short (base)            1+ (Count)\n"}},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.arguments);
-        const Outcome outcome = run(std::string("show small.xml ") + one.arguments);
+        const bool isOld = std::string(one.arguments).find("old.omd") == 0;
+        const Outcome outcome =
+            run(std::string("show ") + (isOld ? "" : "small.xml ") + one.arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         for (const char* part : one.parts) EXPECT_THAT(outcome.out, HasSubstr(part));
     }
@@ -233,11 +247,15 @@ TEST_F(ToolTest, TheMIMIsMergedInWhereItBelongs)
     EXPECT_EQ(merged["datatypes"]["Paint"], "enumerated");
 
     write("old.xml", the2000Model);
-    const Outcome old = run("show old.xml --mim");
-    EXPECT_EQ(old.status, 0);
-    EXPECT_THAT(old.err, StartsWith("omt: old.xml: the standard MIM belongs to models of IEEE 15"));
-    EXPECT_THAT(old.out, Not(HasSubstr("HLAunicodeString")));
-    EXPECT_EQ(run("-q show old.xml --mim").err, "");
+    for (const char* name : {"old.xml", "old.omd"})
+    {
+        const Outcome old = run(std::string("show --mim ") + name);
+        EXPECT_EQ(old.status, 0);
+        EXPECT_THAT(old.err,
+                    StartsWith(std::string("omt: ") + name + ": the standard MIM belongs "));
+        EXPECT_THAT(old.out, Not(HasSubstr("HLAunicodeString")));
+        EXPECT_EQ(run(std::string("-q show --mim ") + name).err, "");
+    }
 
     write("HLAstandardMIM.xml", theSmallModel);  // a file of the user's, whatever it is called
     EXPECT_EQ(showJson("HLAstandardMIM.xml small.xml")["counts"]["objectClasses"], 4);

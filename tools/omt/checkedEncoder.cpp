@@ -132,7 +132,16 @@ void CheckedEncoder::getValueFromComplexRep(const DtString& datatype, const DtSt
                                             Octets& out)
 {
     beginPart(datatype);
-    myComposites.emplace_back();
+    Composite record;
+    if (auto* const node = omtTree()->getComplexDatatypeNode(datatype))
+        for (const DtComplexComponentNode* component : partsOf(*node))
+        {
+            // Behind a component that may occur more or less than once nobody can tell which is on.
+            if (component->getCardinalityMinimum() != 1 || component->getCardinalityMaximum() != 1)
+                break;
+            record.fields.push_back(component);
+        }
+    myComposites.push_back(std::move(record));
     MappedManager::getValueFromComplexRep(datatype, text, out);
     myComposites.pop_back();
 }

@@ -33,7 +33,7 @@ private:
     struct Composite
     {
         bool isArray = false;
-        std::vector<const DtOMTDatatypeNode*> fields = {};  // of a fixed record
+        std::vector<const DtOMTDatatypeNode*> fields = {};  // as far as it is known
         std::size_t next = 0;                               // field or element
     };
 

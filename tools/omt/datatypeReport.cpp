@@ -149,6 +149,20 @@ TextTable users(Tree& tree, const std::string& name)
     return table;
 }
 
+std::string baseDefinition(const std::string& name)
+{
+    PropertyList list;
+    list.add("Kind", "base datatype of HLA 1.3");
+    return heading(name, '=') + list.text();
+}
+
+const char* whyMissing(const Tree& tree)
+{
+    return tree.hlaVersion() == DtHla13
+               ? "; the model refers to it, and does not define it"
+               : "; as the model refers to it, a module or --mim may be missing";
+}
+
 }  // namespace
 
 std::string datatypeReport(DtOMTTree& tree, const std::string& name)
@@ -164,11 +178,10 @@ std::string datatypeReport(DtOMTTree& tree, const std::string& name)
         text += heading(name, '=');
         text += std::visit([&](auto* node) { return definition(*node, kinds); }, datatype);
     }
+    if (text.empty() && kinds.isBase(name)) text = baseDefinition(name);
     if (text.empty())
         throw InputError(unknownName("datatype", name, names) +
-                         (used.isEmpty() ? ""
-                                         : "; as the model refers to it, a module or --mim may be "
-                                           "missing"));
+                         (used.isEmpty() ? "" : whyMissing(tree)));
     text += used.isEmpty() ? "\nNothing in the model refers to it.\n"
                            : heading("Used by") + used.text();
     return text.substr(1);

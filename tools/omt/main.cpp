@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line tool omt: which subcommand, with what result and which exit status.
+#include "convertCommand.h"
 #include "decodeCommand.h"
 #include "encodeCommand.h"
 #include "messages.h"
@@ -49,7 +50,8 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "Examples:\n"
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
-        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"");
+        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
+        "  omt convert Harbour.omd -o Harbour.xml");
 }
 
 ExitStatus writeResult(const std::string& text)
@@ -94,7 +96,8 @@ int main(int argumentCount, char** arguments)
     CLI::App app("Reads HLA object models and the values that they describe.", "omt");
     GeneralChoice choice;
     addGeneralArguments(app, choice);
-    const Command commands[] = {addShowCommand(app), addDecodeCommand(app), addEncodeCommand(app)};
+    const Command commands[] = {addShowCommand(app), addDecodeCommand(app), addEncodeCommand(app),
+                                addConvertCommand(app)};
     try
     {
         app.parse(argumentCount, arguments);

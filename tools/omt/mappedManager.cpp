@@ -40,8 +40,10 @@ void addConversionArguments(CLI::App& command, ConversionChoice& choice)
             .add_option("--delimiter", choice.delimiter,
                         "Between the fields of a line; a blank unless the mapping file says more")
             ->type_name("TEXT");
-    command.add_flag("--no-padding", choice.isUnpadded,
-                     "Values stand behind each other, not at multiples of their alignment");
+    command.add_flag(
+        "--no-padding", choice.isUnpadded,
+        "Values stand behind each other, not at multiples of their alignment; those of "
+        "HLA 1.3 always do");
 }
 
 void setFloatPrecision(int digits)
@@ -54,7 +56,8 @@ void setFloatPrecision(int digits)
 
 void MappedManager::prepare(DtOMTTree& tree, const ConversionChoice& choice)
 {
-    setImplicitPadding(!choice.isUnpadded);
+    // HLA 1.3 has no rule of padding: its models have components for it.
+    setImplicitPadding(!choice.isUnpadded && tree.hlaVersion() != DtHla13);
     fillDefaultDatatypeRepList();
     initOMTData(&tree);
     if (*choice.mapOption)

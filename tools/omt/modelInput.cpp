@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// A file is looked at before the library reads it: the library takes any XML for a model, and says
-// what is wrong with a file in more than one message.
+// A file is looked at before the library reads it: the library has a reader for XML and one for HLA
+// 1.3, takes any XML for a model, and says what is wrong with a file in more than one message.
 #include "modelInput.h"
 
 #include "messages.h"
+#include "omtReader/omtFileReader.h"
 #include "omtReader/xmlFileReader.h"
 #include "plainText.h"
 
@@ -54,9 +55,22 @@ enum class Beginning
     other
 };
 
+/// Where a file is: as the library looks for it, here first and then in the directory RTI_CONFIG.
+std::string placeOf(const std::string& name)
+{
+    const char* const variable = std::getenv("RTI_CONFIG");
+    const std::string elsewhere = (variable ? variable : "") + ('/' + name);
+    const auto isFile = [](const std::string& one)
+    {
+        std::error_code ignored;
+        return std::filesystem::is_regular_file(one, ignored);
+    };
+    return !isFile(name) && isFile(elsewhere) ? elsewhere : name;
+}
+
 Beginning beginningOf(const std::string& name)
 {
-    std::ifstream file(name, std::ios::binary);
+    std::ifstream file(placeOf(name), std::ios::binary);
     Beginning beginning = Beginning::nothing;
     for (char c; file.get(c);)
     {
@@ -136,27 +150,48 @@ void checkRoot(const std::string& name, xmlNode* root)
                          "classes, no tables");
 }
 
-/// Throws for a file that is no object model; otherwise whether it is one of 1516-2010.
-bool isEvolvedModel(const std::string& name)
+/// Which format a file has. Throws for one that is no object model, as far as its root tells.
+DtHLAProtocolVersion formatOf(const std::string& name)
 {
     if (!DtFilename(name).isValid()) throw InputError("the name of a file is empty");
     refuseSpecialFile(name);
-    if (beginningOf(name) == Beginning::hla13)
-        throw InputError(name + ": models of HLA 1.3 cannot be read yet");
+    if (beginningOf(name) == Beginning::hla13) return DtHla13;
     const Document document = openDocument(name);
     xmlNode* root = xmlDocGetRootElement(document.get());
     checkRoot(name, root);
-    return DtXMLFileReader::isEvolvedFormat(root);
+    return DtXMLFileReader::isEvolvedFormat(root) ? DtHla1516_2010 : DtHla1516_2000;
+}
+
+/// The library's words; a file without the tag, such as one of mappings, is no model at all.
+std::string whyNotHla13(const std::string& name, const DtString& problem)
+{
+    const bool isOther = problem.contains("Could not find ObjectModel tag");
+    return name + ": " + problem.str() +
+           (isOther ? ": no object model, though it begins like one of HLA 1.3" : "");
+}
+
+DtOMTTree* readHla13(const std::string& name)
+{
+    try
+    {
+        return DtOMTFileReader().readFile(placeOf(name), nullptr);
+    }
+    catch (const DtOMTReadException& problem)
+    {
+        throw InputError(whyNotHla13(name, problem.message()));
+    }
 }
 
 DtOMTTree* readOne(DtXMLFileReader& reader, const ModelChoice& choice)
 {
     const std::string& name = choice.files.front();
-    const bool isEvolved = isEvolvedModel(name);
-    if (choice.withMIM && !isEvolved)
+    const DtHLAProtocolVersion format = formatOf(name);
+    if (choice.withMIM && format != DtHla1516_2010)
         DtWarn << name
                << ": the standard MIM belongs to models of IEEE 1516-2010; it was not added to "
-                  "this one of IEEE 1516-2000\n";
+                  "this one of "
+               << versionText(format) << "\n";
+    if (format == DtHla13) return readHla13(name);
     reader.includeMIM(choice.withMIM);
     return reader.readFile(name.c_str(), nullptr);
 }
@@ -166,10 +201,11 @@ DtOMTTree* readSeveral(DtXMLFileReader& reader, const ModelChoice& choice)
     std::vector<DtFilename> names;
     for (const std::string& name : choice.files)
     {
-        if (!isEvolvedModel(name))
-            throw InputError(name +
-                             ": a model of IEEE 1516-2000, which cannot be merged with "
-                             "others; only modules of IEEE 1516-2010 can");
+        const DtHLAProtocolVersion format = formatOf(name);
+        if (format != DtHla1516_2010)
+            throw InputError(name + ": a model of " + versionText(format) +
+                             ", which cannot be merged with others; only modules of IEEE "
+                             "1516-2010 can");
         names.emplace_back(DtString(name == theMIMName ? "./" + name : name));
     }
     if (choice.withMIM) names.emplace_back(theMIMName);
@@ -177,6 +213,22 @@ DtOMTTree* readSeveral(DtXMLFileReader& reader, const ModelChoice& choice)
 }
 
 }  // namespace
+
+const char* versionText(DtHLAProtocolVersion version)
+{
+    switch (version)
+    {
+        case DtHlaUnset:
+            return "unknown";
+        case DtHla13:
+            return "HLA 1.3";
+        case DtHla1516_2000:
+            return "IEEE 1516-2000";
+        case DtHla1516_2010:
+            return "IEEE 1516-2010";
+    }
+    return "unknown";
+}
 
 CLI::Option* addModelArguments(CLI::App& command, ModelChoice& choice)
 {

@@ -17,6 +17,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What a version of HLA is called.
+const char* versionText(DtHLAProtocolVersion version);
+
 /// Which files make up the model.
 struct ModelChoice
 {
@@ -29,6 +32,6 @@ CLI::Option* addModelArguments(CLI::App& command, ModelChoice& choice);
 
 /// Reads the model; several files are merged in the order given, and the standard MIM behind them.
 ///
-/// The formats are told apart by content. Throws InputError for the first file that is no object
-/// model; warnings about one that is go to DtWarn.
+/// The formats are told apart by content; only modules of IEEE 1516-2010 can be several. Throws
+/// InputError for the first file that is no object model; warnings about one that is go to DtWarn.
 DtOMTTreePtr readModel(const ModelChoice& choice);

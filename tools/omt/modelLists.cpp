@@ -7,6 +7,14 @@ namespace
 constexpr const char* theKinds[] = {"basic", "simple",  "enumerated", "array",
                                     "fixed", "variant", "complex"};
 
+constexpr const char* theBaseKind = "base";
+
+// What HLA 1.3 defines and its models only refer to.
+constexpr const char* theBaseNames[] = {
+    "any",           "boolean", "char",  "double", "float",         "long",
+    "long long",     "octet",   "short", "string", "unsigned long", "unsigned long long",
+    "unsigned short"};
+
 using Visit = std::function<void(const std::string&, const DtString&)>;
 
 void visitReferences(const DtBasicDataRepresentationNode&, const Visit&) {}
@@ -87,6 +95,14 @@ DatatypeKinds::DatatypeKinds(DtOMTTree& tree)
 {
     for (const Datatype& datatype : datatypesOf(tree))
         myKinds.emplace(nameOf(datatype).view(), kindOf(datatype));
+    if (tree.hlaVersion() != DtHla13) return;
+    for (const char* name : theBaseNames) myKinds.emplace(name, theBaseKind);
+}
+
+bool DatatypeKinds::isBase(std::string_view name) const
+{
+    const auto known = myKinds.find(name);
+    return known != myKinds.end() && known->second == theBaseKind;
 }
 
 std::string DatatypeKinds::nameWithKind(const DtString& name) const

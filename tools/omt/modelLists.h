@@ -100,6 +100,8 @@ public:
     explicit DatatypeKinds(DtOMTTree& tree);
     /// The name with its kind in parentheses, or with a remark that the model does not define it.
     std::string nameWithKind(const DtString& name) const;
+    /// Whether it is a base datatype of HLA 1.3, which a model of that has without defining it.
+    bool isBase(std::string_view name) const;
 
 private:
     std::map<std::string_view, const char*> myKinds;

@@ -4,6 +4,7 @@
 #include "classTree.h"
 #include "datatypeTables.h"
 #include "modelCounts.h"
+#include "modelInput.h"
 #include "modelLists.h"
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
@@ -23,22 +24,6 @@ namespace
 
 using Tree = DtOMTTree;
 using Row = std::vector<std::string>;
-
-const char* versionText(DtHLAProtocolVersion version)
-{
-    switch (version)
-    {
-        case DtHlaUnset:
-            return "unknown";
-        case DtHla13:
-            return "HLA 1.3";
-        case DtHla1516_2000:
-            return "IEEE 1516-2000";
-        case DtHla1516_2010:
-            return "IEEE 1516-2010";
-    }
-    return "unknown";
-}
 
 std::string contactText(const DtOMTTreePOC& contact)
 {

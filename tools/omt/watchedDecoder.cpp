@@ -3,10 +3,12 @@
 
 #include "messages.h"
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/complexDatatypeNode.h"
 #include "omtReader/omtTree.h"
 #include "omtReader/variantDatatypeNode.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -175,6 +177,18 @@ DtStringTree* WatchedDecoder::createStringTreeRep(const DtString& datatype, cons
     return tree;
 }
 
+/// Goes down to a field, an element, or a component, of which there may be many.
+void WatchedDecoder::enter(const DtOMTDatatypeNode& node)
+{
+    const bool isElement = dynamic_cast<const DtArrayDatatypeNode*>(&node) != nullptr;
+    const auto* const component = dynamic_cast<const DtComplexComponentNode*>(&node);
+    if (!isElement || myComposites.empty()) myPath.push_back({&node.getName(), -1});
+    if (myComposites.empty() || (!isElement && !component)) return;
+    const int index = myComposites.back().found++;
+    if (isElement || component->getCardinalityMaximum() != 1)
+        myPath.push_back({&node.getName(), index});
+}
+
 DtStringTree* WatchedDecoder::createStringTreeRep(const DtOMTDatatypeNode& node, const void* data,
                                                   int length, int& consumed, unsigned int offset,
                                                   DtStringTree* root, DtObjectHistory* history)
@@ -184,15 +198,14 @@ DtStringTree* WatchedDecoder::createStringTreeRep(const DtOMTDatatypeNode& node,
                                                   history);
     consumed = 0;
     if (node.getDatatype() == "NA") return nullptr;  // the model says that there is nothing
-    const bool isElement =
-        !myComposites.empty() && dynamic_cast<const DtArrayDatatypeNode*>(&node) != nullptr;
-    myPath.push_back({&node.getName(), isElement ? myComposites.back().found++ : -1});
+    const std::size_t depth = myPath.size();
+    enter(node);
     DtStringTree* const tree =
         MappedManager::createStringTreeRep(node, data, length, consumed, offset, root, history);
     check(tree, offset, consumed);
     const bool isDropped = consumed < 0 && !myComposites.empty() && myComposites.back().isFixed;
     if (tree && isDropped) myComposites.back().cutOff = takeOver(*tree);
-    myPath.pop_back();
+    myPath.resize(depth);
     return tree;
 }
 
@@ -214,11 +227,54 @@ void WatchedDecoder::createComplexTreeRep(const DtString& datatype, const void* 
                                           int& consumed, DtStringTree* parent, DtStringTree* root,
                                           unsigned int offset, DtObjectHistory* history)
 {
-    if (myIsWatching) length = octetsLeft(offset);
+    if (!myIsWatching)
+        return MappedManager::createComplexTreeRep(datatype, data, length, consumed, parent, root,
+                                                   offset, history);
     myComposites.emplace_back();
-    MappedManager::createComplexTreeRep(datatype, data, length, consumed, parent, root, offset,
-                                        history);
+    MappedManager::createComplexTreeRep(datatype, data, octetsLeft(offset), consumed, parent, root,
+                                        offset, history);
+    leaveComponent();
+    if (myHasFailed) consumed = -1;
     myComposites.pop_back();
+}
+
+/// The base calls it where the values of a component begin.
+int WatchedDecoder::getComplexDatatypeCount(DtComplexComponentNode* node, const void* data,
+                                            int length, DtStringTree* root, DtStringTree* parent)
+{
+    const int count = MappedManager::getComplexDatatypeCount(node, data, length, root, parent);
+    if (!myIsWatching) return count;
+    leaveComponent();
+    if (length < 0) failIn(*node, counted(-length, "octet") + " of padding missing");
+    if (myHasFailed) return 0;
+    // The maximum stands where no other component tells the number.
+    constexpr int theConditionForm = 2;
+    const int most = node->getCardinalityMaximum();
+    const bool isCounted = node->getCardinalityType() != theConditionForm &&
+                           count < (most < 0 ? std::numeric_limits<int>::max() : most);
+    Composite& record = myComposites.back();
+    record.component = node;
+    record.expected = isCounted ? count : 0;
+    record.found = 0;
+    return count;
+}
+
+/// The octets may have ended in front of the values that another component had announced, which is
+/// no failure for the base.
+void WatchedDecoder::leaveComponent()
+{
+    const Composite& record = myComposites.back();
+    if (!record.component || record.found >= record.expected) return;
+    failIn(*record.component, counted(record.expected, "value") + " needed, " +
+                                  std::to_string(record.found) + " found");
+}
+
+/// A failure of a component where the octets end.
+void WatchedDecoder::failIn(const DtComplexComponentNode& node, const std::string& reason)
+{
+    myPath.push_back({&node.getName(), -1});
+    fail(static_cast<unsigned int>(myLength), reason);
+    myPath.pop_back();
 }
 
 void WatchedDecoder::createVariantTreeRep(const DtString& datatype, const void* data, int length,

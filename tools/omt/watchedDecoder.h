@@ -56,6 +56,8 @@ public:
                               DtObjectHistory* history) override;
     int getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data, int length,
                               DtStringTree* root, DtStringTree* other) override;
+    int getComplexDatatypeCount(DtComplexComponentNode* node, const void* data, int length,
+                                DtStringTree* root, DtStringTree* parent) override;
     void getDatatypeRep(const DtString& datatype, const void* data, int length, int& consumed,
                         DtString& text) override;
 
@@ -64,13 +66,14 @@ private:
     struct Step
     {
         const DtString* name;
-        int index;  // of an element; negative for anything else
+        int index;  // of an element or of a repeated component; negative for anything else
     };
     /// A record, an array or a variant that is being read.
     struct Composite
     {
         bool isFixed = false;
-        int expected = 0;  // elements
+        const DtComplexComponentNode* component = nullptr;  // of a complex datatype: which one
+        int expected = 0;                                   // elements, or values of the component
         int found = 0;
         std::unique_ptr<DtStringTree> cutOff = nullptr;  // the field that ended the record
     };
@@ -79,6 +82,9 @@ private:
     void check(DtStringTree* tree, unsigned int offset, int& consumed);
     bool holds(unsigned int offset, int needed);
     void fail(unsigned int offset, const std::string& reason);
+    void enter(const DtOMTDatatypeNode& node);
+    void leaveComponent();
+    void failIn(const DtComplexComponentNode& node, const std::string& reason);
     void findMissingElement(DtArrayDatatypeNode& node, const void* data, unsigned int offset,
                             DtObjectHistory* history);
     std::string path() const;
