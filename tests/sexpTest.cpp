@@ -81,6 +81,7 @@ TEST(SexpTest, ReadsFormsAndNamesTheLineOfWhatIsNone)
 
 TEST(SexpTest, EscapesHoldWhileTheirCharacterIsSet)
 {
+    DtSexpReadEscapeChar = nullptr;  // whatever was read before in this thread
     expectEach({R"("a\n" => "a\n"|)", R"("\" => "\"|)"}, readText);
     DtSexpReadEscapeChar = "\\";
     expectEach(

@@ -10,10 +10,8 @@
 #include "omtReader/dimensionNode.h"
 #include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/fixedDatatypeNode.h"
-#include "omtReader/interactionClassFedNode.h"
+#include "omtReader/hierarchy.h"
 #include "omtReader/noteNode.h"
-#include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
 #include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/synchroNode.h"
 #include "omtReader/tagNode.h"
@@ -30,6 +28,8 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -341,6 +341,29 @@ void DtXMLEvolvedFileWriter::writeSection(const char* name, Place place, Place e
     endElement();
 }
 
+/// Writes a class and all below it; `start` writes what is in front of the child classes. The way
+/// down takes no stack, as the tree of a host may have any depth.
+template <typename Class>
+void DtXMLEvolvedFileWriter::writeClasses(Class* top, void (DtXMLEvolvedFileWriter::*start)(Class*))
+{
+    using H = omt::Hierarchy<Class>;
+    (this->*start)(top);
+    std::vector childrenToWrite = {std::pair(H::children(*top).begin(), H::children(*top).end())};
+    while (!childrenToWrite.empty())
+    {
+        auto& [next, end] = childrenToWrite.back();
+        if (next == end)
+        {
+            childrenToWrite.pop_back();
+            endElement();
+            continue;
+        }
+        Class* const child = *next++;
+        (this->*start)(child);
+        childrenToWrite.emplace_back(H::children(*child).begin(), H::children(*child).end());
+    }
+}
+
 DtXMLEvolvedFileWriter::DtXMLEvolvedFileWriter(DtOMTTree* tree) : myTree(tree) {}
 DtXMLEvolvedFileWriter::~DtXMLEvolvedFileWriter() = default;
 
@@ -448,13 +471,16 @@ void DtXMLEvolvedFileWriter::writeReference(const DtOMTTreeReference& reference)
     endElement();
 }
 
-void DtXMLEvolvedFileWriter::writeObjectClass(DtObjectClassFedNode* node)
+void DtXMLEvolvedFileWriter::startObjectClass(DtObjectClassFedNode* node)
 {
     startElement("objectClass");
     writeTexts(*node, theObjectClass);
     for (DtAttributeFedNode* attribute : node->getAttributes()) writeAttribute(attribute);
-    for (DtObjectClassFedNode* child : node->getChildObjects()) writeObjectClass(child);
-    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeObjectClass(DtObjectClassFedNode* node)
+{
+    writeClasses(node, &DtXMLEvolvedFileWriter::startObjectClass);
 }
 
 void DtXMLEvolvedFileWriter::writeAttribute(DtAttributeFedNode* node)
@@ -466,16 +492,18 @@ void DtXMLEvolvedFileWriter::writeAttribute(DtAttributeFedNode* node)
     endElement();
 }
 
-void DtXMLEvolvedFileWriter::writeInteractionClass(DtInteractionClassFedNode* node)
+void DtXMLEvolvedFileWriter::startInteractionClass(DtInteractionClassFedNode* node)
 {
     startElement("interactionClass");
     writeTexts(*node, theInteractionClassHead);
     writeDimensionNames(node->getDimensions());
     writeTexts(*node, theInteractionClassTail);
     for (DtParameterFedNode* parameter : node->getParameters()) writeParameter(parameter);
-    for (DtInteractionClassFedNode* child : node->getChildInteractions())
-        writeInteractionClass(child);
-    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeInteractionClass(DtInteractionClassFedNode* node)
+{
+    writeClasses(node, &DtXMLEvolvedFileWriter::startInteractionClass);
 }
 
 void DtXMLEvolvedFileWriter::writeParameter(DtParameterFedNode* node)

@@ -77,8 +77,10 @@ private:
     void writeName();
     void writeReference(const DtOMTTreeReference& reference);
     void writeObjectClass(DtObjectClassFedNode* node);
+    void startObjectClass(DtObjectClassFedNode* node);
     void writeAttribute(DtAttributeFedNode* node);
     void writeInteractionClass(DtInteractionClassFedNode* node);
+    void startInteractionClass(DtInteractionClassFedNode* node);
     void writeParameter(DtParameterFedNode* node);
     void writeDimensionNames(const std::list<DtString>& names);
     void writeDimension(DtDimensionNode* node);
@@ -117,6 +119,8 @@ private:
     void writeTexts(Node& node, const Rows& rows);
     template <typename Node, typename Rows>
     void writeNode(const char* name, Node& node, const Rows& rows);
+    template <typename Class>
+    void writeClasses(Class* top, void (DtXMLEvolvedFileWriter::*start)(Class*));
     template <typename Place, typename Node>
     void writeEach(Place place, Place end, void (DtXMLEvolvedFileWriter::*write)(Node*));
     template <typename Place, typename Node>

@@ -89,8 +89,7 @@ std::string omt::toXmlText(std::string_view text)
 std::string omt::toXmlName(std::string_view text)
 {
     std::string name(text);
-    const bool hasZero = name.find('\0') != std::string::npos;
-    if (!hasZero && isXmlText(name) &&
+    if (isXmlText(name) &&
         xmlValidateNCName(reinterpret_cast<const xmlChar*>(name.c_str()), 0) == 0)
         return name;
     std::replace_if(
