@@ -27,6 +27,7 @@ struct Ratio
 std::vector<Ratio> readAndMergeRatios();
 std::vector<Ratio> oldAndNewRatios();
 std::vector<Ratio> convertValuesRatios();
+std::vector<Ratio> entityTypesRatios();
 
 /// A file of the folder that OMT_MODELS names; empty if there is no such file.
 std::filesystem::path modelPath(const char* file);

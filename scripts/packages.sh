@@ -6,8 +6,8 @@
 packagesFor()
 {
     case $1 in
-        build) echo g++ cmake ninja-build pkg-config ccache libxml2-dev libcli11-dev \
-                    nlohmann-json3-dev ;;
+        build) echo g++ cmake ninja-build pkg-config ccache libxml2-dev \
+                    libgeographiclib-dev libcli11-dev nlohmann-json3-dev ;;
         test)  echo libgtest-dev libgmock-dev python3 ;;
         ci)    echo clang libclang-rt-14-dev clang-format libxml2-utils libbenchmark-dev ;;
         *)     echo "There is no purpose \"$1\" in the table of packages." >&2; return 1 ;;
