@@ -11,6 +11,14 @@ namespace
 constexpr int theLevels = 6;
 constexpr int theCountry = 2;
 
+DtDisEntityTypeEntry* findIn(const DtDisDictionary::EntryMap& entries, const DtEntityMapperKey& key)
+{
+    const auto found = entries.lower_bound(key);
+    // The row in which everything is open is less than a key of that kind, which so finds nothing.
+    const bool isFound = found != entries.end() && !(found->first < key) && found->first == key;
+    return isFound ? found->second : nullptr;
+}
+
 }  // namespace
 
 std::map<int, DtString> DtDisDictionary::gCountries;
@@ -62,14 +70,12 @@ DtDisDictionary::EntryMap::iterator DtDisDictionary::addRow(const DtEntityMapper
 
 const DtDisEntityTypeEntry* DtDisDictionary::findEntry(const DtEntityMapperKey& key) const
 {
-    const auto found = myEntries.lower_bound(key);
-    return found != myEntries.end() && found->first == key ? found->second : nullptr;
+    return findIn(myEntries, key);
 }
 
 DtDisEntityTypeEntry* DtDisDictionary::findEntry(const DtEntityMapperKey& key)
 {
-    const auto found = myEntries.lower_bound(key);
-    return found != myEntries.end() && found->first == key ? found->second : nullptr;
+    return findIn(myEntries, key);
 }
 
 DtString DtDisDictionary::findCountry(int code)

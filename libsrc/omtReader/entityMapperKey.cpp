@@ -66,9 +66,3 @@ bool DtEntityMapperKey::exactMatch(const DtEntityMapperKey& other) const
 {
     return std::equal(std::begin(myNumbers), std::end(myNumbers), std::begin(other.myNumbers));
 }
-
-bool DtEntityMapperKey::isAnything() const
-{
-    return std::all_of(std::begin(myNumbers), std::end(myNumbers),
-                       [](std::int32_t number) { return number == theAny; });
-}

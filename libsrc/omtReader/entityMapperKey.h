@@ -5,6 +5,7 @@
 #include "util/dtString.h"
 
 #include <cstdint>
+#include <functional>
 
 // Virtual operations and a destructor that is not virtual: keys are values, which nobody deletes
 // through a pointer to a key.
@@ -65,8 +66,7 @@ public:
     /// The order of the dictionary: number by number, -1 behind every other.
     ///
     /// On purpose two keys of which every number is -1 are each less than the other. An ordered
-    /// container therefore never finds such a key, keeps one entry for each that is added, and is
-    /// sound otherwise: those entries stand last, and what is looked up never turns off among them.
+    /// container would lose entries by that; for them std::less is made a strict order, below.
     bool operator<(const DtEntityMapperKey& other) const
     {
         for (int place = 0; place < theSize; ++place)
@@ -80,12 +80,30 @@ public:
     /// The negation of operator<, so that equal keys count as greater; on purpose no strict order.
     bool operator>(const DtEntityMapperKey& other) const { return !(*this < other); }
 
+    /// Whether every number is -1.
+    bool isAnything() const
+    {
+        for (const std::int32_t number : myNumbers)
+            if (number != theAny) return false;
+        return true;
+    }
+
 private:
     static int indexOf(int place) { return place > 0 && place < theSize ? place : 0; }
-    bool isAnything() const;
 
     mutable DtString myText;
     std::int32_t myNumbers[theSize] = {theAny, theAny, theAny, theAny, theAny, theAny, theAny};
 };
 
 #pragma GCC diagnostic pop
+
+/// The order of the dictionary as containers need it: two keys of which every number is -1 are
+/// equal.
+template <>
+struct std::less<DtEntityMapperKey>
+{
+    bool operator()(const DtEntityMapperKey& a, const DtEntityMapperKey& b) const
+    {
+        return a < b && !(b.isAnything() && a.isAnything());
+    }
+};
