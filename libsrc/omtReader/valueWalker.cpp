@@ -382,7 +382,6 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
     text = DtString();
     value.consumed = 0;
     if (!value.data) return;
-    if (!value.data) return;
     const ValueReader::Call call(myReader, value);
     DtStringTree parent;
     parent.setDatatype(node.getName());

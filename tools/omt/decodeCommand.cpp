@@ -3,6 +3,7 @@
 
 #include "messages.h"
 #include "modelInput.h"
+#include "namedRecords.h"
 #include "octetInput.h"
 #include "valueJson.h"
 #include "valueTable.h"
@@ -23,6 +24,7 @@ struct DecodeChoice
 {
     ModelChoice model;
     ConversionChoice conversion;
+    NamedRecordChoice records;
     TargetChoice target;
     OctetChoice octets;
     int precision = 0;
@@ -104,12 +106,7 @@ void Decoding::add(const GivenValue& given)
 std::string Decoding::line(const Octets& octets)
 {
     const HeldWarnings ignored;  // they were reported while the value was watched
-    const auto length = static_cast<int>(octets.size());
-    int consumed = 0;
-    return myTarget.member
-               ? myDecoder.getFedNodeStringRep(myTarget.member, octets.data(), length, consumed)
-                     .str()
-               : myDecoder.getStringRep(myTarget.datatype, octets.data(), length, consumed).str();
+    return myDecoder.line(myTarget, octets).str();
 }
 
 std::string Decoding::json(const Octets& octets)
@@ -143,6 +140,7 @@ Result decode(const DecodeChoice& choice)
     if (*choice.precisionOption) setFloatPrecision(choice.precision);
     WatchedDecoder decoder;
     decoder.prepare(*tree, choice.conversion);
+    addNamedRecords(decoder, choice.records);
     Decoding decoding(choice, decoder);
     for (const GivenValue& given : readValues(choice.octets)) decoding.add(given);
     return decoding.takeResult();
@@ -155,6 +153,7 @@ void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
             "Files of the model, and behind them HEX, the octets in one argument or in several");
     addTargetArguments(command, choice.target);
     addConversionArguments(command, choice.conversion);
+    addNamedRecordArguments(command, choice.records);
     choice.precisionOption =
         command.add_option("--precision", choice.precision, "Digits of floating-point numbers (5)")
             ->check(CLI::Range(1, 50));
@@ -187,6 +186,8 @@ Command addDecodeCommand(CLI::App& app)
         "Examples:\n"
         "  omt decode HarbourBase.xml --mim --map harbour.map --type BerthIdentifier 42 00 00 07\n"
         "  omt decode HarbourBase.xml --mim --attribute PortEntity.Position --file position.bin\n"
-        "  omt decode HarbourBase.xml --mim --type SignalKind --lines --line < signals.txt");
+        "  omt decode HarbourBase.xml --mim --type SignalKind --lines --line < signals.txt\n"
+        "  omt decode RPR.xml --mim --entity-types entity-types.csv --geodetic \\\n"
+        "      --attribute BaseEntity.Spatial --file spatial.bin");
     return {command, [choice] { return decode(*choice); }};
 }

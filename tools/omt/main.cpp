@@ -3,6 +3,7 @@
 #include "convertCommand.h"
 #include "decodeCommand.h"
 #include "encodeCommand.h"
+#include "entityCommand.h"
 #include "messages.h"
 #include "showCommand.h"
 
@@ -51,7 +52,8 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
         "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
-        "  omt convert Harbour.omd -o Harbour.xml");
+        "  omt convert Harbour.omd -o Harbour.xml\n"
+        "  omt entity entity-types.csv 1:3:999:1:1:2:0");
 }
 
 ExitStatus writeResult(const std::string& text)
@@ -97,7 +99,7 @@ int main(int argumentCount, char** arguments)
     GeneralChoice choice;
     addGeneralArguments(app, choice);
     const Command commands[] = {addShowCommand(app), addDecodeCommand(app), addEncodeCommand(app),
-                                addConvertCommand(app)};
+                                addConvertCommand(app), addEntityCommand(app)};
     try
     {
         app.parse(argumentCount, arguments);

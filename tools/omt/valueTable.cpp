@@ -2,6 +2,7 @@
 #include "valueTable.h"
 
 #include "modelLists.h"
+#include "namedRecords.h"
 #include "omtReader/datatypeRep.h"
 #include "plainText.h"
 #include "textTable.h"
@@ -19,6 +20,7 @@ struct Kind
     unsigned int characterSize = 0;  // in octets; 0 for anything but characters and arrays of them
     bool isText = false;
     std::string units = {};
+    std::vector<RecordPart> parts = {};  // of a record that is shown as a whole
 };
 
 class ValueRows
@@ -41,6 +43,10 @@ private:
     std::string charactersOf(const DtStringTree& node, unsigned int size) const;
     void addParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
                   unsigned int offset);
+    void addRecordParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
+                        unsigned int offset);
+    void addRow(unsigned int offset, const std::string& name, std::size_t depth,
+                const std::string& datatype, const std::string& value, const std::string& units);
 
     DtDatatypeManager& myManager;
     const DtDatatypeManager::Octets& myOctets;
@@ -70,6 +76,12 @@ Kind ValueRows::findKind(const DtString& datatype)
             return {false, true};
         case DtDatatypeManager::DtDatatypeSimple:
             return findRepresentation(datatype);
+        case DtDatatypeManager::DtDatatypeDefined:
+        {
+            Kind kind;
+            kind.parts = recordPartsOf(myManager, datatype);
+            return kind;
+        }
         default:
             return {};
     }
@@ -125,13 +137,33 @@ std::string ValueRows::valueOf(const DtStringTree& node, const Kind& kind) const
 void ValueRows::add(const DtStringTree& node, const std::string& name, std::size_t depth,
                     unsigned int offset)
 {
-    constexpr std::size_t theOffsetWidth = 6;
     const Kind& kind = kindOf(node.datatype());
+    addRow(offset, name, depth, node.datatype().str(), valueOf(node, kind), kind.units);
+    if (!kind.parts.empty())
+        addRecordParts(node, kind, depth + 1, offset);
+    else if (!kind.isArray || kind.characterSize == 0)
+        addParts(node, kind, depth + 1, offset);
+}
+
+void ValueRows::addRow(unsigned int offset, const std::string& name, std::size_t depth,
+                       const std::string& datatype, const std::string& value,
+                       const std::string& units)
+{
+    constexpr std::size_t theOffsetWidth = 6;
     std::string place = std::to_string(offset);
     place.insert(0, theOffsetWidth - std::min(place.size(), theOffsetWidth), ' ');
-    myTable.add({place, std::string(2 * depth, ' ') + oneLine(name), node.datatype().str(),
-                 valueOf(node, kind), kind.units});
-    if (!kind.isArray || kind.characterSize == 0) addParts(node, kind, depth + 1, offset);
+    myTable.add({place, std::string(2 * depth, ' ') + oneLine(name), datatype, value, units});
+}
+
+/// The nodes of such parts have places of their own where all others have their offset, and no
+/// datatype of the model.
+void ValueRows::addRecordParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
+                               unsigned int offset)
+{
+    auto part = kind.parts.begin();
+    for (const DtStringTree* one = node.firstChild(); one && part != kind.parts.end();
+         one = one->nextSibling(), ++part)
+        addRow(offset + part->octet, one->key().str(), depth, "", one->value().str(), part->units);
 }
 
 void ValueRows::addParts(const DtStringTree& node, const Kind& kind, std::size_t depth,

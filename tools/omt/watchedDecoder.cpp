@@ -92,6 +92,18 @@ WatchedValue WatchedDecoder::watch(const ValueTarget& target, const Octets& octe
     return value;
 }
 
+DtString WatchedDecoder::line(const ValueTarget& target, const Octets& octets)
+{
+    const auto length = static_cast<int>(octets.size());
+    int consumed = 0;
+    myIsLine = true;
+    const DtString text = target.member
+                              ? getFedNodeStringRep(target.member, octets.data(), length, consumed)
+                              : getStringRep(target.datatype, octets.data(), length, consumed);
+    myIsLine = false;
+    return text;
+}
+
 int WatchedDecoder::octetsLeft(unsigned int offset) const
 {
     const auto length = static_cast<unsigned int>(myLength);
@@ -307,6 +319,24 @@ void WatchedDecoder::createVariantTreeRep(const DtString& datatype, const void* 
         consumed = -1;
     }
     myComposites.pop_back();
+}
+
+/// The representation reads on behind the end, where there are zeros.
+void WatchedDecoder::createDefinedTreeRep(const DtString& datatype, const void* data, int length,
+                                          int& consumed, DtStringTree* node, DtStringTree* root,
+                                          unsigned int offset, DtObjectHistory* history)
+{
+    MappedManager::createDefinedTreeRep(datatype, data, myIsWatching ? octetsLeft(offset) : length,
+                                        consumed, node, root, offset, history);
+    const bool isCut = myIsWatching && !holds(offset, consumed);
+    if (isCut || myIsLine)
+    {
+        delete node->firstChild();
+        node->setFirstChild(nullptr);
+    }
+    if (!isCut) return;
+    node->setValue("");
+    consumed = -1;
 }
 
 void WatchedDecoder::createArrayTreeRep(const DtString& datatype, const void* data, int length,

@@ -26,11 +26,15 @@ struct WatchedValue
 ///
 /// Its conversions are those of its base, octet for octet. Only watch() is different: it decodes no
 /// part that the octets do not hold as a whole, ends there, and keeps what stands in front of it,
-/// also in a record that could not be read to its end.
+/// also in a record that could not be read to its end; and line() has each record that is shown as
+/// a whole once, without the parts behind it.
 class WatchedDecoder : public MappedManager
 {
 public:
     WatchedValue watch(const ValueTarget& target, const Octets& octets);
+
+    /// The line of a value.
+    DtString line(const ValueTarget& target, const Octets& octets);
 
     /// The datatypes shown in hexadecimal so far, as no representation is mapped to them.
     const std::set<std::string>& unmapped() const { return myUnmapped; }
@@ -53,6 +57,9 @@ public:
                             DtObjectHistory* history) override;
     void createVariantTreeRep(const DtString& datatype, const void* data, int length, int& consumed,
                               DtStringTree* parent, DtStringTree* root, unsigned int offset,
+                              DtObjectHistory* history) override;
+    void createDefinedTreeRep(const DtString& datatype, const void* data, int length, int& consumed,
+                              DtStringTree* node, DtStringTree* root, unsigned int offset,
                               DtObjectHistory* history) override;
     int getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data, int length,
                               DtStringTree* root, DtStringTree* other) override;
@@ -90,6 +97,7 @@ private:
     std::string path() const;
 
     bool myIsWatching = false;
+    bool myIsLine = false;
     int myLength = 0;
     std::vector<Step> myPath;
     std::vector<Composite> myComposites;
