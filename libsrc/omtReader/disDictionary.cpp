@@ -63,8 +63,9 @@ DtDisDictionary::EntryMap::iterator DtDisDictionary::addRow(const DtEntityMapper
         entry->addString(name);
     }
     myMadeEntries.push_back(entry.get());
-    const auto place = myEntries.emplace_hint(neighbour, *entry, nullptr);
-    place->second = entry.release();
+    DtDisEntityTypeEntry* const made = entry.release();
+    const auto place = myEntries.emplace_hint(neighbour, *made, nullptr);
+    place->second = made;
     return place;
 }
 

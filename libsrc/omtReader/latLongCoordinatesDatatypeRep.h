@@ -28,8 +28,7 @@ public:
     DtStringTree* createTreeRep(const void* position, int* consumed,
                                 DtObjectHistory* history) const override;
     /// On purpose not the record of the other operations, but three 32-bit numbers of 12 octets,
-    /// and
-    /// ", " behind each, the last one too.
+    /// with ", " behind each, the last one too.
     DtString originalStringRep(const void* position, int* consumed,
                                DtObjectHistory* history) const override;
 

@@ -148,22 +148,6 @@ std::vector<DtString> DtString::sections(char separator) const
     return pieces;
 }
 
-DtString DtString::section(char separator, int first, int last) const
-{
-    const std::string_view text = myText;
-    std::size_t start = first < 0 || last < first ? std::string_view::npos : 0;
-    for (int piece = 0; piece < first && start != std::string_view::npos; ++piece)
-    {
-        const std::size_t end = text.find(separator, start);
-        start = end == std::string_view::npos ? end : end + 1;
-    }
-    if (start == std::string_view::npos) return {};
-    std::size_t end = text.find(separator, start);
-    for (int piece = first; piece < last && end != std::string_view::npos; ++piece)
-        end = text.find(separator, end + 1);
-    return text.substr(start, end - start);
-}
-
 DtString& DtString::operator+=(const DtString& tail)
 {
     myText += tail.myText;

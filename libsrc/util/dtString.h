@@ -68,9 +68,6 @@ public:
     std::vector<DtString> tokens(std::string_view separators = " \t\r\n") const;
     /// The pieces between single separators, empty ones kept; an empty text is one empty piece.
     std::vector<DtString> sections(char separator) const;
-    /// The pieces `first` to `last` of these, counted from 0, with the separators between them;
-    /// empty where there are none.
-    DtString section(char separator, int first, int last) const;
 
     DtString& operator+=(const DtString& tail);
     DtString& operator+=(const char* tail);
