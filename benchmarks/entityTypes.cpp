@@ -138,9 +138,15 @@ double findInMap()
         for (const Numbers& numbers : allNumbers()) map[numbers] = 1;
         return map;
     }();
-    return findMillion(allNumbers(),
-                       [](const Numbers& numbers) { return theMap.lower_bound(numbers)->second; });
+    return findMillion(allNumbers(), [](const Numbers& numbers)
+                       { return theMap.lower_bound(numbers)->second != 0; });
 }
+
+/// A key as a member: a container of keys alone calls their destructor, which is not virtual.
+struct Probe
+{
+    DtEntityMapperKey key;
+};
 
 double findInDictionary()
 {
@@ -150,15 +156,17 @@ double findInDictionary()
         dictionary->loadFromFile(tablePath(), true);
         return dictionary;
     }();
-    static const std::vector<DtEntityMapperKey> theKeys = []
+    static const std::vector<Probe> theProbes = []
     {
-        std::vector<DtEntityMapperKey> keys;
+        std::vector<Probe> probes;
         for (const Numbers& n : allNumbers())
-            keys.emplace_back(n[0], n[1], n[2], n[3], n[4], n[5], n[6]);
-        return keys;
+            probes.push_back({
+                {n[0], n[1], n[2], n[3], n[4], n[5], n[6]}
+            });
+        return probes;
     }();
-    return findMillion(theKeys, [](const DtEntityMapperKey& key)
-                       { return theDictionary->findEntry(key) != nullptr; });
+    return findMillion(theProbes, [](const Probe& probe)
+                       { return theDictionary->findEntry(probe.key) != nullptr; });
 }
 
 }  // namespace
