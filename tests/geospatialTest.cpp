@@ -146,11 +146,9 @@ TEST(GeospatialTest, HeadsFromNorthOverEast)
     constexpr double theRadius = 6378137, theDegree = DtDeg2Rad(1);
     using Case = std::array<double, 7>;
     for (const auto& [x, y, z, toX, toY, toZ, degrees] : {
-             Case{theRadius, 0, 0,    theRadius, 1,  0,   90                    },
-             Case{theRadius, 0, 0,    theRadius, -1, 1e5, 360 - 1e-5 / theDegree},
-             Case{0,         0, 7e6,  -1,        0,  0,   0                     },
-             Case{0,         0, 7e6,  0,         1,  0,   90                    },
-             Case{0,         0, -7e6, 1,         1,  0,   45                    }
+             Case{0, 0, 7e6,  -1, 0, 0, 0 },
+             Case{0, 0, 7e6,  0,  1, 0, 90},
+             Case{0, 0, -7e6, 1,  1, 0, 45}
     })
         EXPECT_NEAR(DtHeadingFromGeocAToGeocB({x, y, z}, {toX, toY, toZ}), degrees * theDegree,
                     1e-12);

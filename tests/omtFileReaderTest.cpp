@@ -143,13 +143,10 @@ TEST(OMTFileReaderTest, EachWordFillsItsFieldAndSaysWhatItLacks)
 TEST(OMTFileReaderTest, WhatHasNothingInItIsRefusedByTheNameSoFar)
 {
     expectEach({"(Class) => Badly formatted Class", "(Interaction) => Badly formatted Interaction",
-                "(ComplexDataType) => Badly formatted Complex Datatype",
                 "(EnumeratedDataType) => Badly formatted Enumerated Datatype",
-                "(Note) => Badly formatted Note",
                 "(Class (Name C) (Attribute)) => Badly formatted Attribute in Class C",
                 "(Class (Attribute) (Name C)) => Badly formatted Attribute in Class ",
                 "(Class (Attribute (Name))) => Badly formatted Name in Attribute  in Class ",
-                "(Class (Name C) (Name D) (ID)) => Badly formatted ID in Class D",
                 "(Interaction (Name I) (Parameter)) => Badly formatted Parameter in Interaction I",
                 "(Interaction (Parameter (Name))) => "
                     "Badly formatted Name in Parameter  in Interaction  ",

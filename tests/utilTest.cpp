@@ -90,12 +90,9 @@ TEST(StringTest, CutsAndCompares)
 
 TEST(FilenameTest, DropsFoldersAndJudges)
 {
-    for (const char* text : {"/a/b.xml", "b.xml"})
-    {
-        DtFilename name(text);
-        name.stripPath();
-        EXPECT_EQ(name.name(), "b.xml") << text;
-    }
+    DtFilename name("/a/b.xml");
+    for (int time = 0; time < 2; ++time) name.stripPath();
+    EXPECT_EQ(name.name(), "b.xml");
     EXPECT_TRUE(DtFilename("a/").isValid());
     EXPECT_FALSE(DtFilename("").isValid());
     EXPECT_FALSE(DtFilename(DtString(std::string("a\0b", 3))).isValid());
@@ -125,23 +122,14 @@ TEST(MessageTest, TheLevelFiltersAndTheSinkIsPutBack)
     EXPECT_THAT(outer.list(), ElementsAre("verbose\n"));
 }
 
-TEST(MessageTest, TheDefaultSinkGivesEachMessageALine)
-{
-    const DtMessageSink before = DtSetMessageSink({});
-    testing::internal::CaptureStderr();
-    DtWarn << "no break" << std::flush << "break\n";
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "no break\nbreak\n");
-    DtSetMessageSink(before);
-}
-
 TEST(MessageTest, ASinkThatThrowsDoesNotSilenceTheStream)
 {
     Messages messages;
     const DtMessageSink before =
         DtSetMessageSink([](DtMessageLevel, std::string_view) { throw std::exception(); });
     testing::internal::CaptureStderr();
-    DtWarn << "one\n";
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\n");
+    DtWarn << "one" << std::flush << "two\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\ntwo\n");
     DtSetMessageSink(before);
     DtWarn << "two\n";
     EXPECT_THAT(messages.list(), ElementsAre("two\n"));

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <random>
+#include <regex>
 #include <sstream>
 
 namespace
@@ -289,80 +290,49 @@ TEST(WalkerTest, EncodesWhatPeopleWrite)
         "simple B byte;simple I int;simple C char;array V B HLAvariableArray "
         "Dynamic;array T C HLAnullTerminatedArray -;array P B HLAfixedArray 2;fixed R a:B v:V b:I;"
         "enumerated E HLAinteger16BE Low=1 High=258;variant W k:E Low:B;fixed D a:C b:C c:B;";
-    struct
-    {
-        const char* datatype;
-        const char* text;
-        const char* octets;
-    } const theCases[] = {
-        {"T", "HELLO",        "48 45 4C 4C 4F 00"                              },
-        {"T", "H[I]",         "48 49"                                          },
-        {"P", "1[2[3]]",      "01 02"                                          },
-        {"P", "1",            "01"                                             },
-        {"V", "{1[2]}",       "00 00 00 02 01 02"                              },
-        {"R", "1  2",         "01 00 00 00 00 00 00 00 00 00 00 02"            },
-        {"R", "{1 {2[3]} 4}", "01 00 00 00 00 00 00 02 02 03 00 00 00 00 00 04"},
-        {"R", "1",            "01 00 00 00 00 00 00 00 00 00 00 00"            },
-        {"R", "",             ""                                               },
-        {"E", "High",         "02 01"                                          },
-        {"E", "258",          ""                                               },
-        {"W", "Low 1",        ""                                               },
-        {"D", "  7",          "00 00 07"                                       },
-        {"D", "   7",         "20 00 07"                                       },
-        {"D", "    7",        "20 20 07"                                       },
-    };
-    for (const auto& each : theCases)
-    {
-        SCOPED_TRACE(std::string(each.datatype) + ": " + each.text);
-        Converter manager(modelOf(theBase), true);
-        manager.setArrayWrapper("{", "}");
-        // What is there already stays, and counts for no padding.
-        std::vector<char> out = octets("FF"), expected = octets(each.octets);
-        manager.getValueFromStringRep(each.datatype, each.text, out);
-        expected.insert(expected.begin(), '\xFF');
-        EXPECT_EQ(out, expected);
-    }
+    Converter manager(modelOf(theBase), true);
+    manager.setArrayWrapper("{", "}");
+    expectEach({"T HELLO => 48 45 4c 4c 4f 0 ", "T H[I] => 48 49 ", "P 1[2[3]] => 1 2 ",
+                "P 1 => 1 ", "V {1[2]} => 0 0 0 2 1 2 ", "R 1  2 => 1 0 0 0 0 0 0 0 0 0 0 2 ",
+                "R {1 {2[3]} 4} => 1 0 0 0 0 0 0 2 2 3 0 0 0 0 0 4 ",
+                "R 1 => 1 0 0 0 0 0 0 0 0 0 0 0 ", "R  => ", "E High => 2 1 ", "E 258 => ",
+                "W Low 1 => ", "D   7 => 0 0 7 ", "D    7 => 20 0 7 ", "D     7 => 20 20 7 "},
+               [&](const DtString& input)
+               {
+                   // What is there already stays, and counts for no padding.
+                   std::vector<char> out = {'\xFF'};
+                   manager.getValueFromStringRep(input.view().substr(0, 1), input.view().substr(2),
+                                                 out);
+                   EXPECT_EQ(out.at(0), '\xFF');
+                   return hexadecimal({out.begin() + 1, out.end()});
+               });
 }
 
 TEST(WalkerTest, DecodesAndEncodesComplexDatatypes)
 {
     const std::string theBase = "simple B byte;enumerated Kind HLAoctet One=1 Two=2;complex C ";
-    struct
-    {
-        const char* components;
-        const char* octets;
-        const char* line;
-        int consumed;
-    } const theCases[] = {
-        {"a:B:1 b:B:1",                    "01 02",                      "1 2",       2 },
-        {"a:B:3",                          "01 02 03",                   "1[2[3]]",   3 },
-        {"a:B:3",                          "01 02",                      "1[2[0]]",   -1},
-        {"a:B:1-3 b:B:1",                  "01 02 03 04",                "1[2[3]] 4", 4 },
-        {"a:B:1-3",                        "01 02",                      "1[2]",      2 },
-        {"a:B:0+",                         "01 02 03",                   "1[2[3]]",   3 },
-        {"a:B:1 b:B:0+",                   "01",                         "1",         1 },
-        {"a:B:1 b:B:0-1 c:B:0+",           "01 02",                      "1 2",       2 },
-        {"a:B:1+",                         "",                           "0",         -1},
-        {"k:Kind:1 a:B:0-1_(k_=_2) b:B:1", "02 05 06",                   "Two 5 6",   3 },
-        {"k:Kind:1 a:B:0-1_(k_=_2) b:B:1", "01 05",                      "One 5",     2 },
-        {"k:Kind:1 a:B:(k_=_Two) b:B:1",   "02 05 06",                   "Two 5 6",   3 },
-        {"k:Kind:1 a:B:(k_=_Two) b:B:1",   "01 06",                      "One 6",     2 },
-        {"n:B:1 a:B:0+_(n) b:B:1",         "02 05 06 07",                "2 5[6] 7",  4 },
-        {"n:B:1 a:B:0+_(n) b:B:1",         "00 07",                      "0 7",       2 },
-        {"a:B:1 p:B:%8 b:B:1",             "01 00 00 00 00 00 00 00 02", "1 2",       9 },
-    };
-    for (const auto& each : theCases)
-    {
-        SCOPED_TRACE(std::string(each.components) + " of " + each.octets);
-        Converter manager(modelOf(theBase + each.components + ';'), false);
-        const std::vector<char> given = octets(each.octets);
-        const std::string value(given.begin(), given.end());
-        int consumed = 0;
-        EXPECT_EQ(Value(value).line(manager, "C", consumed), each.line);
-        EXPECT_EQ(consumed, each.consumed);
-        if (each.consumed < 0) continue;
-        EXPECT_EQ(hexadecimal(manager.encoded("C", each.line)), hexadecimal(value));
-    }
+    // Components, octets, line and how much was consumed.
+    expectEach({"a:B:3|01 02 03 => 1[2[3]]|3", "a:B:3|01 02 => 1[2[0]]|-1",
+                "a:B:1-3 b:B:1|01 02 03 04 => 1[2[3]] 4|4", "a:B:0+|01 02 03 => 1[2[3]]|3",
+                "a:B:1 b:B:0-1 c:B:0+|01 02 => 1 2|2", "a:B:1+| => 0|-1",
+                "k:Kind:1 a:B:0-1_(k_=_2) b:B:1|02 05 06 => Two 5 6|3",
+                "k:Kind:1 a:B:0-1_(k_=_2) b:B:1|01 05 => One 5|2",
+                "k:Kind:1 a:B:(k_=_Two) b:B:1|02 05 06 => Two 5 6|3",
+                "k:Kind:1 a:B:(k_=_Two) b:B:1|01 06 => One 6|2",
+                "n:B:1 a:B:0+_(n) b:B:1|02 05 06 07 => 2 5[6] 7|4",
+                "n:B:1 a:B:0+_(n) b:B:1|00 07 => 0 7|2",
+                "a:B:1 p:B:%8 b:B:1|01 00 00 00 00 00 00 00 02 => 1 2|9"},
+               [&](const DtString& input)
+               {
+                   Converter manager(modelOf(theBase + input.sections('|')[0].str() + ';'), false);
+                   const std::vector<char> given = octets(input.sections('|')[1].view());
+                   const std::string value(given.begin(), given.end());
+                   int consumed = 0;
+                   const std::string line = Value(value).line(manager, "C", consumed);
+                   const std::string again = consumed > 0 ? manager.encoded("C", line) : value;
+                   EXPECT_EQ(hexadecimal(again), hexadecimal(value)) << input;
+                   return line + '|' + std::to_string(consumed);
+               });
 }
 
 TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
@@ -374,6 +344,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         theLevels += "fixed L" + std::to_string(level) + " a" + next + " b" + next + ';';
     }
     const std::string theCount = "\x7F\xFF\xFF\xFF";
+    // clang-format off
     struct
     {
         const char* datatype;
@@ -381,17 +352,18 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         std::string octets;
         bool isStopped;
     } const theCases[] = {
-        {"Itself",    "fixed Itself a:Itself;",                                  "\1",              true                                          },
-        {"EachOther", "fixed EachOther a:Back;fixed Back a:EachOther;",          "\1",              true                                          },
-        {"OwnKind",   "variant OwnKind a:OwnKind;",                              "\1",              true                                          },
-        {"Elements",  "array Elements Elements HLAfixedArray 2;",                "\1",              true                                          },
-        {"Rest",      "array Rest Rest HLAlengthlessVarArray -;",                "\1",              true                                          },
-        {"Nothings",  "fixed R;array Nothings R HLAvariableArray Dynamic;",      theCount + "\1\1", true                                          },
-        {"NoTexts",   "simple T utf8;array NoTexts T HLAvariableArray Dynamic;",
-         theCount + std::string(1 << 20,                                                            'a') + '\xE4',                                  true},
-        {"L0",           theLevels,                                                                 "\1",                                                               true                                        },
-        {"CircleOfMaps",           "simple a b;simple b a;fixed CircleOfMaps x:a;",                                                       "\1\2",               false},
+        {"Itself", "fixed Itself a:Itself;", "\1", true},
+        {"EachOther", "fixed EachOther a:Back;fixed Back a:EachOther;", "\1", true},
+        {"OwnKind", "variant OwnKind a:OwnKind;", "\1", true},
+        {"Elements", "array Elements Elements HLAfixedArray 2;", "\1", true},
+        {"Rest", "array Rest Rest HLAlengthlessVarArray -;", "\1", true},
+        {"Nothings", "fixed R;array Nothings R HLAvariableArray Dynamic;", theCount + "\1\1", true},
+        {"NoTexts", "simple T utf8;array NoTexts T HLAvariableArray Dynamic;",
+         theCount + std::string(1 << 20, 'a') + '\xE4', true},
+        {"L0", theLevels, "\1", true},
+        {"CircleOfMaps", "simple a b;simple b a;fixed CircleOfMaps x:a;", "\1\2", false},
     };
+    // clang-format on
     for (const auto& each : theCases)
         for (const bool pads : {false, true})
         {
@@ -421,30 +393,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         }
 }
 
-namespace
-{
-
-class HostileTest : public ModelsTest
-{
-protected:
-    static Names datatypes(DtOMTTree& tree)
-    {
-        Names names;
-        const auto add = [&](auto begin, auto end)
-        {
-            for (; begin != end; ++begin) names.push_back((*begin)->getName().str());
-        };
-        add(tree.getArrayDatatypeNodeList(), tree.getArrayDatatypeEndNode());
-        add(tree.getFixedDatatypeNodeList(), tree.getFixedDatatypeEndNode());
-        add(tree.getVariantDatatypeNodeList(), tree.getVariantDatatypeEndNode());
-        add(tree.getSimpleDatatypeNodeList(), tree.getSimpleDatatypeEndNode());
-        add(tree.getEnumeratedDatatypeNodeList(), tree.getEnumeratedDatatypeEndNode());
-        return names;
-    }
-};
-
-}  // namespace
-
+using HostileTest = ModelsTest;
 // The sanitizers see what is read outside a value.
 TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)
 {
@@ -470,13 +419,20 @@ TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)
                               pads);
             ASSERT_TRUE(manager.model);
             manager.readStandardMappings();
-            for (const std::string& datatype : datatypes(*manager.model))
+            std::istringstream fields(dump(manager.model));
+            const std::regex theName(
+                R"(\.(simple|enumerated|array|fixed|variant)\[\d+\]\.name = (.*))");
+            std::smatch match;
+            for (std::string field; std::getline(fields, field);)
+            {
+                if (!std::regex_match(field, match, theName)) continue;
                 for (const std::string& value : values)
                 {
                     int line = 0, tree = 0;
-                    Value(value, 1).line(manager, datatype, line);
-                    Value(value, 1).tree(manager, datatype, tree);
+                    Value(value, 1).line(manager, match.str(2), line);
+                    Value(value, 1).tree(manager, match.str(2), tree);
                 }
+            }
         }
 }
 

