@@ -75,6 +75,15 @@ TEST_F(ConvertTest, ListsWhatIsLost)
          "omt: lost: 1 meaning of an alternative: not written\n"
          "omt: lost: 1 datatype of a synchronization point: written as \"datatype\", a word that "
          "readers do not know\n"                                       },
+        {"new.xml new.xml",
+         "omt: the name \"\" is written as \"Valid FDD\"\n"
+         "omt: lost: 2 identifications of modules: merging keeps their names alone, as "
+         "references\n"
+         "omt: lost: 1 encoding of a variant record: not written\n"
+         "omt: lost: 1 meaning of a variant record: not written\n"
+         "omt: lost: 1 meaning of an alternative: not written\n"
+         "omt: lost: 1 datatype of a synchronization point: written as \"datatype\", a word that "
+         "readers do not know\n"                                       },
         {"2000.xml",
          "omt: the name \"Y2K\" is written as \"Y2KValid FDD\"\n"
          "omt: lost: 1 sponsor: IEEE 1516-2010 has no place for it\n"

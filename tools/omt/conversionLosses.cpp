@@ -23,6 +23,15 @@ std::size_t contactCount(Tree& tree)
     return rangeOf(tree, &Tree::getPOCList, &Tree::getPOCEndNode).size();
 }
 
+/// Of modules that were merged: of each there is a reference in the merged model.
+std::size_t moduleCount(Tree& tree)
+{
+    std::size_t count = 0;
+    for (const DtOMTTreeReference& reference : tree.getReferences())
+        count += reference.type == "Composed_From";
+    return count;
+}
+
 std::size_t complexCount(Tree& tree)
 {
     return rangeOf(tree, &Tree::getComplexDatatypeNodeList, &Tree::getComplexDatatypeEndNode)
@@ -146,6 +155,8 @@ constexpr const char* theNoPlace = "IEEE 1516-2010 has no place for it";
 
 // clang-format off
 constexpr Loss theLosses[] = {
+    {moduleCount, "identification of a module", "identifications of modules",
+     "merging keeps their names alone, as references"},
     {contactCount, "point of contact", "points of contact", theNotWritten},
     {textCount<&Tree::getUseHistory>, "use history", "", theNotWritten},
     {textCount<&Tree::getSponsorOrgName>, "sponsor", "", theNoPlace},
