@@ -122,8 +122,9 @@ public:
 
     [[noreturn]] void fail(const DtString& text) const
     {
-        myLastError = text;
-        throw DtOMTReadException(text.c_str());
+        // A name may hold a zero octet, which ends the text of an exception.
+        myLastError = text.c_str();
+        throw DtOMTReadException(myLastError.c_str());
     }
 
     /// Fails unless what is named so is a list of at least one element.
