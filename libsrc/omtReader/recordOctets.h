@@ -6,8 +6,9 @@
 #include "omtReader/scalarOctets.h"
 #include "omtReader/stringTree.h"
 
-#include <initializer_list>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace omt
 {

@@ -1,24 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Grammar: the element names of IEEE 1516.2-2010, in an order and with omissions of its own. The
-// tables say what is written; a document is the same as long as they are.
+// Grammar: the element names of IEEE 1516.2-2010, in an order and with omissions of its own. What
+// is written of each node is in xmlEvolvedRows.h; here are the elements around it.
 #include "omtReader/xmlEvolvedFileWriter.h"
 
-#include "omtReader/arrayDatatypeNode.h"
-#include "omtReader/basicDataRepresentationNode.h"
 #include "omtReader/boolAttrNode.h"
-#include "omtReader/descriptionNode.h"
-#include "omtReader/dimensionNode.h"
-#include "omtReader/enumeratedDatatypeNode.h"
-#include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/hierarchy.h"
-#include "omtReader/noteNode.h"
-#include "omtReader/simpleDatatypeNode.h"
-#include "omtReader/synchroNode.h"
-#include "omtReader/tagNode.h"
-#include "omtReader/timeRepNode.h"
-#include "omtReader/updateRateNode.h"
-#include "omtReader/variantDatatypeNode.h"
 #include "omtReader/xmlDocument.h"
+#include "omtReader/xmlEvolvedRows.h"
 #include "omtReader/xmlText.h"
 #include "util/dtMessages.h"
 
@@ -34,193 +22,13 @@
 namespace
 {
 
+using namespace omt::evolved;
+
 constexpr char theNamespace[] = "http://standards.ieee.org/IEEE1516-2010";
 constexpr char theInstanceNamespace[] = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr char theSchemaLocation[] =
     "http://standards.ieee.org/IEEE1516-2010 "
     "http://standards.ieee.org/downloads/1516/1516.1-2010/IEEE1516-FDD-2010.xsd";
-
-/// An element for one text of a node.
-template <typename Node>
-struct Row
-{
-    const char* element;
-    const DtString& (*text)(Node&);
-    bool isAlways = false;  // also when the text is empty
-};
-
-template <auto get, typename Node>
-const DtString& textOf(Node& node)
-{
-    return (node.*get)();
-}
-
-constexpr Row<DtOMTTree> theIdentification[] = {
-    {"type",                   textOf<&DtOMTTree::getType>                  },
-    {"version",                textOf<&DtOMTTree::getVersionNo>             },
-    {"modificationDate",       textOf<&DtOMTTree::getModificationDate>      },
-    {"securityClassification", textOf<&DtOMTTree::getSecurityClassification>},
-    {"releaseRestriction",     textOf<&DtOMTTree::getReleaseRestriction>    },
-    {"purpose",                textOf<&DtOMTTree::getPurpose>               },
-    {"applicationDomain",      textOf<&DtOMTTree::getApplicationDomain>     },
-    {"description",            textOf<&DtOMTTree::getDescription>           },
-    {"useLimitation",          textOf<&DtOMTTree::getUseLimitation>         },
-};
-
-using ObjectClass = DtObjectClassFedNode;
-constexpr Row<ObjectClass> theObjectClass[] = {
-    {"name",      textOf<&ObjectClass::getName>      },
-    {"sharing",   textOf<&ObjectClass::getSharing>   },
-    {"semantics", textOf<&ObjectClass::getDescriptor>},
-};
-
-// The dimensions stand between the two.
-using Attribute = DtAttributeFedNode;
-constexpr Row<Attribute> theAttributeHead[] = {
-    {"name",            textOf<&Attribute::getName>           },
-    {"dataType",        textOf<&Attribute::getDatatype>       },
-    {"updateType",      textOf<&Attribute::getUpdateType>     },
-    {"updateCondition", textOf<&Attribute::getUpdateCondition>},
-    {"ownership",       textOf<&Attribute::getTransferAccept> },
-    {"sharing",         textOf<&Attribute::getSharing>        },
-};
-constexpr Row<Attribute> theAttributeTail[] = {
-    {"transportation", textOf<&Attribute::getTransportation>},
-    {"order",          textOf<&Attribute::getOrder>         },
-    {"semantics",      textOf<&Attribute::getDescription>   },
-};
-
-// The dimensions stand between the two.
-using InteractionClass = DtInteractionClassFedNode;
-constexpr Row<InteractionClass> theInteractionClassHead[] = {
-    {"name",    textOf<&InteractionClass::getName>   },
-    {"sharing", textOf<&InteractionClass::getSharing>},
-};
-constexpr Row<InteractionClass> theInteractionClassTail[] = {
-    {"transportation", textOf<&InteractionClass::getTransportation>},
-    {"order",          textOf<&InteractionClass::getOrder>         },
-    {"semantics",      textOf<&InteractionClass::getDescriptor>    },
-};
-
-using Parameter = DtParameterFedNode;
-constexpr Row<Parameter> theParameter[] = {
-    {"name",           textOf<&Parameter::getName>          },
-    {"dataType",       textOf<&Parameter::getDatatype>      },
-    {"sharing",        textOf<&Parameter::getSharing>       },
-    {"transportation", textOf<&Parameter::getTransportation>},
-    {"order",          textOf<&Parameter::getOrder>         },
-    {"semantics",      textOf<&Parameter::getDescription>   },
-};
-
-constexpr Row<DtDimensionNode> theDimension[] = {
-    {"name",          textOf<&DtDimensionNode::getName>         },
-    {"dataType",      textOf<&DtDimensionNode::getDatatype>     },
-    {"upperBound",    textOf<&DtDimensionNode::getUpperBound>   },
-    {"normalization", textOf<&DtDimensionNode::getNormalization>},
-    {"value",         textOf<&DtDimensionNode::getValue>        },
-};
-
-constexpr Row<DtTimeRepNode> theTimeStamp[] = {
-    {"dataType",  textOf<&DtTimeRepNode::getFedTimeDatatype> },
-    {"semantics", textOf<&DtTimeRepNode::getFedTimeSemantics>},
-};
-constexpr Row<DtTimeRepNode> theLookahead[] = {
-    {"dataType",  textOf<&DtTimeRepNode::getLookaheadDatatype> },
-    {"semantics", textOf<&DtTimeRepNode::getLookaheadSemantics>},
-};
-
-constexpr Row<DtTagNode> theTag[] = {
-    {"dataType",  textOf<&DtTagNode::getDatatype>   },
-    {"semantics", textOf<&DtTagNode::getDescription>},
-};
-
-// The small t of "datatype" is there on purpose: programs that take these documents look for it.
-constexpr Row<DtSynchroNode> theSynchronization[] = {
-    {"label",      textOf<&DtSynchroNode::getName>       },
-    {"datatype",   textOf<&DtSynchroNode::getDatatype>   },
-    {"capability", textOf<&DtSynchroNode::getCapability> },
-    {"semantics",  textOf<&DtSynchroNode::getDescription>},
-};
-
-constexpr Row<DtDescriptionNode> theTransportation[] = {
-    {"name",      textOf<&DtDescriptionNode::getName>       },
-    {"reliable",  textOf<&DtDescriptionNode::getReliable>   },
-    {"semantics", textOf<&DtDescriptionNode::getDescription>},
-};
-
-constexpr Row<DtUpdateRateNode> theUpdateRate[] = {
-    {"name",      textOf<&DtUpdateRateNode::getName>  },
-    {"semantics", textOf<&DtUpdateRateNode::semantics>},
-};
-
-using BasicData = DtBasicDataRepresentationNode;
-constexpr Row<BasicData> theBasicData[] = {
-    {"name",           textOf<&BasicData::getName>          },
-    {"size",           textOf<&BasicData::getSize>          },
-    {"interpretation", textOf<&BasicData::getInterpretation>},
-    {"endian",         textOf<&BasicData::getEndian>        },
-    {"encoding",       textOf<&BasicData::getEncoding>      },
-};
-
-using SimpleData = DtSimpleDatatypeNode;
-constexpr Row<SimpleData> theSimpleData[] = {
-    {"name",           textOf<&SimpleData::getName>          },
-    {"representation", textOf<&SimpleData::getRepresentation>},
-    {"units",          textOf<&SimpleData::getUnits>         },
-    {"resolution",     textOf<&SimpleData::getResolution>    },
-    {"accuracy",       textOf<&SimpleData::getAccuracy>      },
-    {"semantics",      textOf<&SimpleData::getDescription>   },
-};
-
-using EnumeratedData = DtEnumeratedDatatypeNode;
-constexpr Row<EnumeratedData> theEnumeratedData[] = {
-    {"name",           textOf<&EnumeratedData::getName>          },
-    {"representation", textOf<&EnumeratedData::getRepresentation>},
-    {"semantics",      textOf<&EnumeratedData::getDescription>   },
-};
-
-using ArrayData = DtArrayDatatypeNode;
-constexpr Row<ArrayData> theArrayData[] = {
-    {"name",        textOf<&ArrayData::getName>       },
-    {"dataType",    textOf<&ArrayData::getDatatype>   },
-    {"cardinality", textOf<&ArrayData::getCardinality>},
-    {"encoding",    textOf<&ArrayData::getEncoding>   },
-    {"semantics",   textOf<&ArrayData::getDescription>},
-};
-
-using FixedRecord = DtFixedDatatypeNode;
-constexpr Row<FixedRecord> theFixedRecord[] = {
-    {"name",      textOf<&FixedRecord::getName>       },
-    {"encoding",  textOf<&FixedRecord::getEncoding>   },
-    {"semantics", textOf<&FixedRecord::getDescription>},
-};
-
-constexpr Row<DtFieldComponentNode> theField[] = {
-    {"name",      textOf<&DtFieldComponentNode::getName>       },
-    {"dataType",  textOf<&DtFieldComponentNode::getDatatype>   },
-    {"semantics", textOf<&DtFieldComponentNode::getDescription>},
-};
-
-// On purpose without "encoding" and "semantics".
-using VariantRecord = DtVariantDatatypeNode;
-constexpr Row<VariantRecord> theVariantRecord[] = {
-    {"name",         textOf<&VariantRecord::getName>,         true},
-    {"discriminant", textOf<&VariantRecord::getDiscriminant>, true},
-    {"dataType",     textOf<&VariantRecord::getDatatype>,     true},
-};
-
-// On purpose without "semantics".
-using Alternative = DtAlternativeComponentNode;
-constexpr Row<Alternative> theAlternative[] = {
-    {"enumerator", textOf<&Alternative::getEnumerator>, true},
-    {"name",       textOf<&Alternative::getName>,       true},
-    {"dataType",   textOf<&Alternative::getDatatype>,   true},
-};
-
-constexpr Row<DtNoteNode> theNote[] = {
-    {"label",     textOf<&DtNoteNode::getLabel>},
-    {"semantics", textOf<&DtNoteNode::getText> },
-};
 
 struct FreeXmlBuffer
 {
