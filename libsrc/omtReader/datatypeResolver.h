@@ -6,9 +6,11 @@
 #include "omtReader/conversionSettings.h"
 #include "omtReader/modelRevision.h"
 #include "omtReader/scalarText.h"
+#include "omtReader/stringTree.h"
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -23,6 +25,7 @@ namespace omt
 {
 
 struct ResolvedDatatype;
+using Label = std::shared_ptr<const DtStringTree::Label>;
 
 /// A field, alternative, component or element with what its datatype stands for.
 struct ResolvedComponent
@@ -35,13 +38,12 @@ struct ResolvedComponent
 /// One datatype. What a kind needs is found when it is first asked for.
 struct ResolvedDatatype
 {
-    explicit ResolvedDatatype(const DtString& itsName)
-        : sharedName(std::make_shared<const DtString>(itsName)), name(*sharedName)
-    {
-    }
+    explicit ResolvedDatatype(DtString itsName) : name(std::move(itsName)) {}
 
-    std::shared_ptr<const DtString> sharedName;  // for the nodes of trees
-    const DtString& name;
+    /// The label of a node with this key and this datatype. It stays until the next call.
+    const Label& label(const DtString& key);
+
+    const DtString name;
     const DtDatatypeManager::DtDatatypeEnum* kind = nullptr;  // in the kind table, null if absent
     const DtString* mapping = nullptr;  // the name of the representation, null if none is mapped
     DtDatatypeRep* rep = nullptr;       // the one mapped and registered
@@ -68,6 +70,10 @@ struct ResolvedDatatype
     std::vector<ResolvedComponent> components;
     std::vector<std::pair<int, const DtString*>> names;  // of an enumeration, by number
     bool hasNames = false;
+
+private:
+    std::vector<Label> labels;  // in the order in which they were first asked for
+    std::size_t latestLabel = 0;
 };
 
 /// Finds datatypes by name. Nothing that it gives changes what a caller sees: it starts anew after

@@ -71,11 +71,13 @@ DtStringTree::DtStringTree(const DtStringTree& other) : DtStringTree(other, With
 }
 
 DtStringTree::DtStringTree(const DtStringTree& other, WithoutLinks)
-    : myValue(other.myValue),
-      myKey(other.myKey),
-      myDatatype(other.myDatatype),
-      myOffset(other.myOffset)
+    : myLabel(other.myLabel), myValue(other.myValue), myOffset(other.myOffset)
 {
+}
+
+void DtStringTree::setLabel(DtString key, DtString datatype)
+{
+    myLabel = std::make_shared<const Label>(Label{std::move(key), std::move(datatype)});
 }
 
 DtStringTree& DtStringTree::operator=(const DtStringTree& other)
@@ -87,8 +89,7 @@ DtStringTree& DtStringTree::operator=(const DtStringTree& other)
     std::swap(myFirstChild, copy.myFirstChild);
     std::swap(myNextElement, copy.myNextElement);
     myValue = std::move(copy.myValue);
-    myKey = std::move(copy.myKey);
-    myDatatype = std::move(copy.myDatatype);
+    myLabel = std::move(copy.myLabel);
     myOffset = copy.myOffset;
     // These are this node's former links, which stay alive on purpose.
     copy.myNextSibling = copy.myFirstChild = copy.myNextElement = nullptr;
@@ -155,7 +156,7 @@ DtStringTree* DtStringTree::findKey(const DtString& key) const
     {
         const DtStringTree* const node = open.back();
         open.pop_back();
-        if (node->myKey == key) return const_cast<DtStringTree*>(node);
+        if (node->key() == key) return const_cast<DtStringTree*>(node);
         if (node->myFirstChild) open.push_back(node->myFirstChild);
         if (node->myNextSibling) open.push_back(node->myNextSibling);
     }

@@ -20,10 +20,17 @@
 class OMTREADER_EXPORT DtStringTree
 {
 public:
+    /// What names a node. The elements of an array and the same field of many records share one.
+    struct Label
+    {
+        DtString key;
+        DtString datatype;
+    };
+
     DtStringTree() = default;
-    /// A node without value and links. Nodes may share the text that names their datatype.
-    DtStringTree(const DtString& key, std::shared_ptr<const DtString> datatype, unsigned int offset)
-        : myKey(key), myDatatype(std::move(datatype)), myOffset(offset)
+    /// A node without value and links; a null label stands for two empty names.
+    DtStringTree(std::shared_ptr<const Label> label, unsigned int offset)
+        : myLabel(std::move(label)), myOffset(offset)
     {
     }
     /// Copies the whole tree; nothing is shared with the source.
@@ -52,17 +59,18 @@ public:
     const DtString& value() const { return myValue; }
 
     /// The name of the field, alternative, discriminant or element.
-    void setKey(DtString key) { myKey = std::move(key); }
-    const DtString& key() const { return myKey; }
+    void setKey(DtString key) { setLabel(std::move(key), datatype()); }
+    const DtString& key() const { return myLabel ? myLabel->key : DtString::nullString(); }
 
     /// The name of the datatype that the value has in the object model.
-    void setDatatype(DtString datatype)
+    void setDatatype(DtString datatype) { setLabel(key(), std::move(datatype)); }
+    const DtString& datatype() const
     {
-        myDatatype = std::make_shared<const DtString>(std::move(datatype));
+        return myLabel ? myLabel->datatype : DtString::nullString();
     }
-    const DtString& datatype() const { return myDatatype ? *myDatatype : DtString::nullString(); }
 
-    /// Where the value begins, in octets from the start of the decoded buffer.
+    /// Where the value begins, in octets from the start of the decoded buffer. The discriminant of
+    /// a variant record has its own size here, on purpose.
     void setOffset(unsigned int offset) { myOffset = offset; }
     unsigned int offset() const { return myOffset; }
 
@@ -79,14 +87,14 @@ private:
     {
     };
     DtStringTree(const DtStringTree& other, WithoutLinks);
+    void setLabel(DtString key, DtString datatype);
     void copyLinksOf(const DtStringTree& other);
     void moveLinksTo(std::vector<DtStringTree*>& nodes);
 
+    std::shared_ptr<const Label> myLabel;
     DtStringTree* myNextSibling = nullptr;
     DtStringTree* myFirstChild = nullptr;
     DtStringTree* myNextElement = nullptr;
     DtString myValue;
-    DtString myKey;
-    std::shared_ptr<const DtString> myDatatype;
     unsigned int myOffset = 0;
 };

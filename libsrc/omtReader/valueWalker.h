@@ -73,7 +73,7 @@ private:
 
     Value rest(const Value& value, int& consumed) const;
     void simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text);
-    DtStringTree* attributeTree(const DtString& name, const ResolvedDatatype& datatype,
+    DtStringTree* attributeTree(const DtString& name, ResolvedDatatype& datatype,
                                 const Value& value, unsigned int offset);
     DtStringTree* treeOf(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype,
                          const Value& value, unsigned int offset, DtStringTree* root,
