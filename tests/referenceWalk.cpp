@@ -185,7 +185,6 @@ public:
         const DtString text = mapping.empty()
                                   ? line(node->getDatatype(), at, consumed)
                                   : shownOrHexadecimal(registered(mapping), at, consumed);
-        ++myNodesLeft;  // the discriminant counts with its variant
         parent.setFirstChild(newNode(node->getDiscriminant(), node->getDatatype(),
                                      static_cast<unsigned int>(consumed))
                                  .release());

@@ -208,7 +208,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
                     << "\n";
     }
     const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
-    auto node = std::make_unique<DtStringTree>(key, datatype.sharedName, offset);
+    auto node = std::make_unique<DtStringTree>(datatype.label(key), offset);
     // The length stays as it was, on purpose: padding is not taken off it.
     fill(datatype, {data, value.length, value.consumed}, *node, root ? root : node.get(), history);
     if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
@@ -304,7 +304,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
 }
 
 // A value whose own name is mapped stands where it stands: there is no padding in front of it.
-DtStringTree* ValueWalker::attributeTree(const DtString& name, const ResolvedDatatype& datatype,
+DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype& datatype,
                                          const Value& value, unsigned int offset)
 {
     if (!myBounds.allowNode(datatype.name, offset, myDepth))
@@ -316,7 +316,7 @@ DtStringTree* ValueWalker::attributeTree(const DtString& name, const ResolvedDat
     myManager.getAttributeRep(name, value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-    auto node = std::make_unique<DtStringTree>(name, datatype.sharedName, offset);
+    auto node = std::make_unique<DtStringTree>(datatype.label(name), offset);
     node->setValue(std::move(text));
     return node.release();
 }
@@ -446,10 +446,15 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     DtString text =
         myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
                                value.data, value.length, value.consumed);
+    if (!myBounds.allowNode(resolved.name, place.offset, myDepth))
+    {
+        value.consumed = -1;
+        return;
+    }
     // At the discriminant's size and not at its place, on purpose.
-    auto* const discriminant = new DtStringTree(node->getDiscriminant(),
-                                                myResolver.component(resolved, 0, *node).sharedName,
-                                                static_cast<unsigned int>(value.consumed));
+    auto* const discriminant =
+        new DtStringTree(myResolver.component(resolved, 0, *node).label(node->getDiscriminant()),
+                         static_cast<unsigned int>(value.consumed));
     place.parent->setFirstChild(discriminant);
     const int padding = myManager.implicitPadding(place.offset, resolved.name);
     if (padding > 0) addTo(value.consumed, padding);
