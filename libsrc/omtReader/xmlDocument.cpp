@@ -100,6 +100,12 @@ ParserContext newParserContext()
     return context;
 }
 
+/// What libxml2 gives where memory runs out may be a part of the document that looks whole.
+void requireMemory(const ParserContext& context)
+{
+    if (context->errNo == XML_ERR_NO_MEMORY) throw std::bad_alloc();
+}
+
 }  // namespace
 
 omt::XmlDocument omt::parseXml(std::string_view text, const char* name)
@@ -111,8 +117,11 @@ omt::XmlDocument omt::parseXml(std::string_view text, const char* name)
     }
     const FirstError firstError(name);
     const ParserContext context = newParserContext();
-    return XmlDocument(xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
-                                         name, nullptr, theParserOptions));
+    XmlDocument document(xmlCtxtReadMemory(context.get(), text.data(),
+                                           static_cast<int>(text.size()), name, nullptr,
+                                           theParserOptions));
+    requireMemory(context);
+    return document;
 }
 
 omt::XmlDocument omt::parseXmlFile(const char* name)
@@ -129,5 +138,6 @@ omt::XmlDocument omt::parseXmlFile(const char* name)
     const ParserContext context = newParserContext();
     XmlDocument document(
         xmlCtxtReadIO(context.get(), readPiece, nullptr, &source, name, nullptr, theParserOptions));
+    requireMemory(context);
     return source.hasFailed ? nullptr : std::move(document);
 }
