@@ -42,7 +42,7 @@ private:
 };
 
 /// Keeps the last five values of an attribute, the newest at index 0, and decodes each of them
-/// once, when its tree is asked for. Indices are 0 to 4 and are not checked.
+/// once, when its tree is asked for. Indices are 0 to 4 and are not checked: others must not occur.
 class OMTREADER_EXPORT DtAttributeHistory
 {
 public:
@@ -54,7 +54,8 @@ public:
 
     /// The octets of a value; null for an empty slot.
     virtual const char* getByteStream(int index);
-    /// Takes a copy of n octets as the newest value and drops the oldest one.
+    /// Takes a copy of n octets as the newest value and drops the oldest one. Null is an empty
+    /// slot.
     virtual void setByteStream(const void* data, int n);
 
     /// The object that the attribute belongs to, handed to decoding; null until set, never owned.

@@ -6,9 +6,8 @@
 
 /// "bool": one octet; 0 is "false", anything else "true".
 ///
-/// Encoding is the inverse of decoding, on purpose: "true" becomes the octet 0 and "false" the
-/// octet
-/// 1. Any other text becomes nothing.
+/// Encoding is the inverse of decoding, on purpose: "true" becomes the octet 0x00 and "false" 0x01.
+/// Any other text becomes nothing.
 class OMTREADER_EXPORT DtBoolDatatypeRep : public DtNumberDatatypeRep
 {
 public:

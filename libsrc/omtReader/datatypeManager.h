@@ -36,18 +36,21 @@ struct ConversionSettings;
 /// datatype, array brackets and wrapper, and implicit padding.
 ///
 /// Order of calls: construct, setImplicitPadding() if wanted, fillDefaultDatatypeRepList(), add
-/// further representations, initOMTData(), then readFile() or readStandardMappings() and edits,
-/// then conversions. A manager is used by one thread at a time; several may share a tree that was
-/// prepared for it. The tree has to outlive the manager's use of it.
+/// further representations, initOMTData(), addDefinedDatatypeRep(), then readFile() or
+/// readStandardMappings() and edits, then conversions. A manager is used by one thread at a time;
+/// several may share a tree that was prepared for it. The tree has to outlive the manager's use of
+/// it.
 ///
 /// Nothing here throws or fails loudly: problems are told to DtWarn, and a fallback is shown.
 ///
 /// **Decoding.** `data` points at the value, `length` is its size in octets. `consumed` becomes the
-/// number of octets that the value took, padding in front of it included; -1 says that it could not
-/// be decoded and that the caller must not walk on. No octet outside the value is read: what lies
-/// beyond its end reads as zero, so that a value cut short may take more octets than it has. One
-/// call makes at most nodeLimit() nodes more than the value has octets and goes down at most 200
-/// datatypes; past that it warns once, stops, and keeps what it has.
+/// number of octets that the value took, padding in front of it included; a negative one says that
+/// it could not be decoded and that the caller must not walk on. With implicit padding on, the
+/// address counts: a buffer begins at a multiple of 8, as that of a std::vector does, and a literal
+/// need not. No octet outside the value is read: what lies beyond its end reads as zero, so that a
+/// value cut short may take more octets than it has. One call makes at most nodeLimit() nodes more
+/// than the value has octets and goes down at most 200 datatypes; past that it warns once, stops,
+/// and keeps what it has.
 ///
 /// **The line of a value.** The fields of a record follow each other with a delimiter between them;
 /// the elements of an array nest in brackets, `1[2[3]]`, on purpose. See
@@ -129,7 +132,8 @@ public:
     /// Registers a representation, which the manager then owns, under the name it gives itself. One
     /// that had the name before is not deleted.
     virtual void addDatatypeRep(DtDatatypeRep* rep);
-    /// As addDatatypeRep(), and the datatype of that name is shown by it as a whole.
+    /// As addDatatypeRep(), and the datatype of that name is shown by it as a whole. To be called
+    /// after initOMTData(), which gives a name that the model defines back to the model.
     virtual void addDefinedDatatypeRep(DtDatatypeRep* rep);
     /// The representation mapped to a name, or registered under it; null if there is none. It
     /// leaves an empty mapping behind where there was none, on purpose.
@@ -183,10 +187,12 @@ public:
 
     /// The line of all values of an attribute or parameter, as many as the octets hold, with the
     /// delimiter mapped to the node's own name between them. A minimum of 1 or more is always
-    /// reported as not met, with the number of values as a negative one, on purpose.
+    /// reported as not met, with the number of values as a negative one, on purpose. Empty, with
+    /// nothing consumed, for a null node.
     virtual DtString getFedNodeStringRep(const DtDatatypeFedNode* node, const void* data,
                                          int length, int& consumed);
-    /// The line of one value; empty for null data.
+    /// The line of one value; empty for null data. On purpose it is empty, with a count of -1, for
+    /// a simple datatype without a representation, which a tree shows in hexadecimal.
     virtual DtString getStringRep(const DtString& datatype, const void* data, int length,
                                   int& consumed);
     /// The line of a field, alternative, element or discriminant.
@@ -195,7 +201,8 @@ public:
 
     /// The tree of a value, which is the caller's; null for null data. `keyNode` (may be null)
     /// gives the name of the value, `offset` is its place in the buffer that is decoded, `root`
-    /// (may be null) the tree that it will belong to.
+    /// (may be null) the tree that it will belong to. `history` may be null and is not owned; it is
+    /// handed to representations of whole records.
     virtual DtStringTree* createStringTreeRep(const DtString& datatype, const void* data,
                                               int length, int& consumed, const DtOMTNode* keyNode,
                                               unsigned int offset, DtStringTree* root,

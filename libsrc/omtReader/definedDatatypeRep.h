@@ -11,6 +11,10 @@ class DtVector64;
 
 /// A representation that shows a record, such as a position, as a whole and as a small tree.
 ///
+/// The manager shows by it the datatype that has the very name that datatype() gives, see
+/// DtDatatypeManager::addDefinedDatatypeRep(): where a model calls the record something else, a
+/// host derives a class that gives this name.
+///
 /// The operations below may look at earlier values of the same object in its history, which may be
 /// null.
 class OMTREADER_EXPORT DtDefinedDatatypeRep : public DtDatatypeRep

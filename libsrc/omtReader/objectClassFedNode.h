@@ -60,6 +60,7 @@ public:
     virtual void setIdentifier(int identifier) { myIdentifier = identifier; }
     virtual int getIdentifier() { return myIdentifier; }
 
+    /// The identifier of the class above in an HLA 1.3 model; 0 at first.
     virtual void setParentIdentifier(int identifier) { myParentIdentifier = identifier; }
     virtual int getParentIdentifier() { return myParentIdentifier; }
 

@@ -15,6 +15,7 @@ public:
     DtOMTNode& operator=(const DtOMTNode& other);
     virtual ~DtOMTNode();
 
+    /// Empty until set; nothing keeps two entries from having the same.
     virtual void setName(const DtString& name);
     virtual const DtString& getName() const { return myName; }
 

@@ -33,7 +33,8 @@ public:
     /// Deletes the modules that readFiles read. Trees that were returned stay.
     virtual ~DtXMLFileReader();
 
-    /// Reads one model into a new tree, which is the caller's; null on failure.
+    /// Reads one model into a new tree, which is the caller's; null on failure. The connection may
+    /// be null; it is not owned and only tells whether handles are set up.
     ///
     /// With the MIM included, a 1516-2010 model is merged with it by readFiles(), unless it is the
     /// MIM itself. A 1516-2000 model is read as it is.
@@ -53,12 +54,13 @@ public:
     void includeMIM(bool isIncluded) { myMIMIsIncluded = isIncluded; }
     bool MIMincluded() const { return myMIMIsIncluded; }
 
-    /// Parses a file into a document, which is the caller's to free. Where the name leads to
-    /// nothing that can be parsed, it is tried again in the directory that the environment variable
-    /// RTI_CONFIG names. Errors are added to `error`. The document pointer has to be null before.
+    /// Parses a file into a document, which is the caller's to free with xmlFreeDoc(). Where the
+    /// name leads to nothing that can be parsed, it is tried again in the directory that the
+    /// environment variable RTI_CONFIG names. Errors are added to `error`. A null name, and a
+    /// document pointer that is not null before, stop the program.
     static DtFedReadStatus openFile(const char* fedFileName, _xmlDoc** newXmlDocTree,
                                     DtString& error);
-    /// Parses `length` octets into a document, which is the caller's to free.
+    /// Parses `length` octets into such a document. A null buffer stops the program, too.
     static DtFedReadStatus openStream(const char* buffer, int length, _xmlDoc** newXmlDocTree,
                                       DtString& error);
 

@@ -5,9 +5,9 @@
 #include "sexp/dtlInputStream.h"
 #include "sexp/dtSexpEnvironment.h"
 
-/// Points to the character that begins an escape in a string: \" \' \\ \n \r \t, and one to three
-/// octal digits as in \050; in front of anything else it is an ordinary character. Null, as it is
-/// at first, means that strings have no escapes. It holds for every reading of this thread.
+/// Points to the character that begins an escape in a string: ``\" \' \\ \n \r \t``, and one to
+/// three octal digits as in `\050`; in front of anything else it is an ordinary character. Null, as
+/// it is at first, means that strings have no escapes. It holds for every reading of this thread.
 extern OMTREADER_EXPORT thread_local const char* DtSexpReadEscapeChar;
 
 /// The next form of the stream; at its end the symbol "eof" of the environment.
