@@ -160,7 +160,9 @@ void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
     command
         .add_option("--file", choice.octets.file,
                     "Read the octets as they are from a file; with --lines, in hexadecimal")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check([](const std::string& name)
+                { return name.empty() ? "the name of a file is empty" : ""; });
     command.add_flag("--lines", choice.octets.isByLine,
                      "Each line of the file, or of standard input, is a value");
     CLI::Option* const line =
@@ -185,9 +187,13 @@ Command addDecodeCommand(CLI::App& app)
         "\n"
         "Examples:\n"
         "  omt decode HarbourBase.xml --mim --map harbour.map --type BerthIdentifier 42 00 00 07\n"
-        "  omt decode HarbourBase.xml --mim --attribute PortEntity.Position --file position.bin\n"
-        "  omt decode HarbourBase.xml --mim --type SignalKind --lines --line < signals.txt\n"
-        "  omt decode RPR.xml --mim --entity-types entity-types.csv --geodetic \\\n"
-        "      --attribute BaseEntity.Spatial --file spatial.bin");
+        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"3675000 446000 5177000\" "
+        "|\n"
+        "      omt decode HarbourBase.xml --mim --attribute PortEntity.Position \\\n"
+        "          --geodetic --position-datatype GeocentricPosition\n"
+        "  grep ^PortEntity.EntityType updates.txt | cut -d ' ' -f 2- |\n"
+        "      omt decode HarbourBase.xml --mim --attribute PortEntity.EntityType --lines --line "
+        "\\\n"
+        "          --entity-types entity-types.csv --entity-type-datatype EntityTypeRecord");
     return {command, [choice] { return decode(*choice); }};
 }

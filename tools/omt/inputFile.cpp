@@ -3,21 +3,58 @@
 
 #include "modelInput.h"
 
+#include <cerrno>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 #include <system_error>
+
+namespace
+{
+
+struct CloseFile
+{
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+[[noreturn]] void refuse(const std::string& file, int reason)
+{
+    throw InputError(file + ": " + std::generic_category().message(reason));
+}
+
+/// Throws unless a file is there and comes to an end; tells whether it may be read twice.
+bool checkKind(const std::string& file)
+{
+    if (file.empty()) throw InputError("the name of a file is empty");
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(file, ignored);
+    if (!std::filesystem::exists(status)) refuse(file, ENOENT);
+    if (std::filesystem::is_directory(status)) refuse(file, EISDIR);
+    if (std::filesystem::is_character_file(status) || std::filesystem::is_block_file(status))
+        throw InputError(file + ": a device, which may have no end");
+    return std::filesystem::is_regular_file(status);
+}
+
+}  // namespace
 
 void checkReadable(const std::string& file)
 {
-    std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(file, ignored);
-    const auto refuse = [&file](std::errc why)
-    { throw InputError(file + ": " + std::make_error_code(why).message()); };
-    if (!std::filesystem::exists(status)) refuse(std::errc::no_such_file_or_directory);
-    if (std::filesystem::is_directory(status)) refuse(std::errc::is_a_directory);
-    if (std::filesystem::is_character_file(status) || std::filesystem::is_block_file(status))
-        throw InputError(file + ": a device, which may have no end");
-    // A pipe must not be opened twice.
-    if (std::filesystem::is_regular_file(status) && !std::ifstream(file))
-        refuse(std::errc::permission_denied);
+    if (checkKind(file)) contentOf(file);
+}
+
+std::string contentOf(const std::string& file)
+{
+    checkKind(file);
+    const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "rbe"));
+    if (!stream) refuse(file, errno);
+    return contentOf(stream.get(), file);
+}
+
+std::string contentOf(std::FILE* stream, const std::string& name)
+{
+    std::string content;
+    char piece[4096];
+    for (std::size_t got = 0; (got = std::fread(piece, 1, sizeof piece, stream)) > 0;)
+        content.append(piece, got);
+    if (std::ferror(stream)) refuse(name, errno);
+    return content;
 }

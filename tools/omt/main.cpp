@@ -53,7 +53,9 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
         "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
         "  omt convert Harbour.omd -o Harbour.xml\n"
-        "  omt entity entity-types.csv 1:3:999:1:1:2:0");
+        "  omt entity entity-types.csv 1:3:999:1:1:2:0\n"
+        "\n"
+        "Their files come with the library; see the manual page.");
 }
 
 ExitStatus writeResult(const std::string& text)

@@ -5,34 +5,23 @@
 #include "modelInput.h"
 #include "plainText.h"
 
-#include <cerrno>
-#include <fstream>
-#include <iostream>
-#include <iterator>
+#include <algorithm>
+#include <cstdio>
 #include <limits>
-#include <system_error>
 
 namespace
 {
 
 constexpr std::string_view theBlanks = " \t\r\n\f\v";
 
-std::string contentOf(std::istream& stream, const std::string& name)
+std::string givenText(const OctetChoice& choice)
 {
-    std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (!choice.words.empty()) return joined(choice.words, " ");
+    const std::string name = choice.file.empty() ? "standard input" : choice.file;
+    std::string content = choice.file.empty() ? contentOf(stdin, name) : contentOf(name);
     if (content.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw InputError(name + ": more octets than a value can have");
     return content;
-}
-
-std::string contentOf(const OctetChoice& choice)
-{
-    if (!choice.words.empty()) return joined(choice.words, " ");
-    if (choice.file.empty()) return contentOf(std::cin, "standard input");
-    checkReadable(choice.file);
-    std::ifstream file(choice.file, std::ios::binary);
-    if (!file) throw InputError(choice.file + ": " + std::generic_category().message(errno));
-    return contentOf(file, choice.file);
 }
 
 int digitOf(char c)
@@ -47,7 +36,7 @@ int digitOf(char c)
 
 std::vector<GivenValue> readValues(const OctetChoice& choice)
 {
-    const std::string content = contentOf(choice);
+    const std::string content = givenText(choice);
     if (!choice.isByLine)
         return {
             {"", content, choice.file.empty()}
