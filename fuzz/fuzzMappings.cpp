@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Any octets as a mapping file: read, applied, and used.
+#include "checks.h"
 #include "omtReader/datatypeManager.h"
 #include "omtReader/omtTreePtr.h"
 #include "omtReader/simpleDatatypeNode.h"
 #include "sexp/dtcList.h"
 #include "util/dtException.h"
-#include "util/dtMessages.h"
 
 #include <cstdint>
 
@@ -33,7 +33,7 @@ void applyForms(DtDatatypeManager& manager, std::string_view text)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const bool isQuiet = (DtSetMessageSink([](auto, auto) {}), true);
+    beQuiet();
     const DtOMTTreePtr tree(new DtOMTTree);
     auto* const simple = new DtSimpleDatatypeNode;
     simple->setName("Metre");
@@ -43,8 +43,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     DtDatatypeManager manager;
     manager.fillDefaultDatatypeRepList();
     manager.initOMTData(tree.get());
-    DtSexpReadEscapeChar = isQuiet && size % 2 ? "\\" : nullptr;
+    DtSexpReadEscapeChar = size % 2 ? "\\" : nullptr;
+    const std::size_t before = heldMemory();
     applyForms(manager, {reinterpret_cast<const char*>(data), size});
+    requireMemory(before + 65536 + 512 * size);
     int consumed = 0;
     manager.getStringRep("Metre", data, static_cast<int>(size), consumed);
     return 0;

@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// Any octets as an HLA 1.3 model: read, looked at, written as XML and freed, or refused with a
-// text.
-#include "memoryFile.h"
-#include "omtReader/omtFileReader.h"
+// Any octets as an HLA 1.3 model: read, looked at and freed, or refused with a text.
+#include "readModel.h"
 #include "treeChecks.h"
-#include "util/dtMessages.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const bool isQuiet = (DtSetMessageSink([](auto, auto) {}), true);
-    require(isQuiet, "messages go nowhere");
-    const MemoryFile file(data, size);
-    DtOMTFileReader reader;
-    try
-    {
-        const DtOMTTreePtr tree(reader.readFile(file.name(), nullptr));
-        require(tree && tree->objectClassRoot() && tree->interactionClassRoot(), "there are roots");
-        check(*tree);
-    }
-    catch (const DtOMTReadException& problem)
-    {
-        require(!problem.message().empty() && problem.message() == reader.getLastError(),
-                "what was thrown is the last error");
-    }
+    beQuiet();
+    const std::size_t before = heldMemory();
+    const DtOMTTreePtr tree = readHla13({reinterpret_cast<const char*>(data), size});
+    if (!tree) return 0;
+    checkSize(*tree, before, size);
+    check(*tree);
     return 0;
 }

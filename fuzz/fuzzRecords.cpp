@@ -2,6 +2,7 @@
 // Any octets as a table of entity types, and as records that are shown through it.
 //
 // The first 24 octets are the record, the rest is the table.
+#include "checks.h"
 #include "memoryFile.h"
 #include "omtReader/altVelocityDatatypeRep.h"
 #include "omtReader/datatypeManager.h"
@@ -11,8 +12,6 @@
 #include "omtReader/omtTreePtr.h"
 #include "omtReader/stringTree.h"
 #include "omtReader/topoCoordinateDatatypeRep.h"
-#include "treeChecks.h"
-#include "util/dtMessages.h"
 
 #include <algorithm>
 #include <cstring>
@@ -67,14 +66,15 @@ void decode(DtDisDictionary& dictionary, const std::vector<std::uint8_t>& record
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const bool isQuiet = (DtSetMessageSink([](auto, auto) {}), true);
-    require(isQuiet, "messages go nowhere");
+    beQuiet();
     const std::size_t recordSize = std::min(size, theRecordSize);
     const std::vector<std::uint8_t> record(data, data + recordSize);
-    const MemoryFile table(data + recordSize, size - recordSize);
+    const MemoryFile table({reinterpret_cast<const char*>(data) + recordSize, size - recordSize});
 
+    const std::size_t before = heldMemory();
     DtDisDictionary dictionary;
     dictionary.loadFromFile(table.name(), true);
+    requireMemory(before + 65536 + 512 * size);
     dictionary.loadFromFile(table.name(), true);
     checkList(dictionary);
     decode(dictionary, record);

@@ -5,17 +5,18 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 /// A file that is on no disk. Ends the program where there is no memory for it.
 class MemoryFile
 {
 public:
-    MemoryFile(const std::uint8_t* data, std::size_t size) : myFile(memfd_create("input", 0))
+    explicit MemoryFile(std::string_view text) : myFile(memfd_create("input", 0))
     {
-        if (myFile < 0 || write(myFile, data, size) != static_cast<ssize_t>(size)) std::abort();
+        const auto size = static_cast<ssize_t>(text.size());
+        if (myFile < 0 || write(myFile, text.data(), text.size()) != size) std::abort();
     }
     MemoryFile(const MemoryFile&) = delete;
     MemoryFile& operator=(const MemoryFile&) = delete;

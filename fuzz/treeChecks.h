@@ -2,24 +2,13 @@
 // What holds for every tree that a reader gives, whatever it read.
 #pragma once
 
+#include "checks.h"
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTreePtr.h"
-#include "omtReader/xmlEvolvedFileWriter.h"
 
-#include <libxml/parser.h>
-
-#include <cstdio>
-#include <cstdlib>
+#include <iterator>
 #include <unordered_set>
-
-/// Ends the program, which is a finding, for a rule that does not hold.
-inline void require(bool holds, const char* rule)
-{
-    if (holds) return;
-    std::fprintf(stderr, "broken: %s\n", rule);
-    std::abort();
-}
 
 inline const auto& childrenOf(const DtObjectClassFedNode& node)
 {
@@ -71,15 +60,40 @@ void checkHierarchy(Class* root, Place begin, Place end)
     require(linkedAsChild == withParent, "a parent lists each child once");
 }
 
-/// What is written of the tree is well-formed.
-inline void checkWritten(DtOMTTree& tree)
+/// How many nodes the lists of a tree and its classes have.
+inline std::size_t countNodes(DtOMTTree& tree)
 {
-    constexpr int theOptions = XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR;
-    const DtString text = DtXMLEvolvedFileWriter(&tree).writeString();
-    xmlDoc* const document = xmlReadMemory(text.c_str(), static_cast<int>(text.length()), nullptr,
-                                           nullptr, theOptions | XML_PARSE_NOWARNING);
-    require(document, "what is written is well-formed");
-    xmlFreeDoc(document);
+    std::ptrdiff_t count = std::distance(tree.getPOCList(), tree.getPOCEndNode());
+    const auto add = [&count](auto begin, auto end) { count += std::distance(begin, end); };
+    const auto addClasses = [&count, &add](auto begin, auto end)
+    {
+        add(begin, end);
+        for (; begin != end; ++begin) count += std::ssize(membersOf(**begin));
+    };
+    addClasses(tree.getObjectClassNodeBegin(), tree.getObjectClassNodeEnd());
+    addClasses(tree.getInteractionClassNodeBegin(), tree.getInteractionClassNodeEnd());
+    add(tree.getFixedDatatypeNodeList(), tree.getFixedDatatypeEndNode());
+    add(tree.getVariantDatatypeNodeList(), tree.getVariantDatatypeEndNode());
+    add(tree.getComplexDatatypeNodeList(), tree.getComplexDatatypeEndNode());
+    add(tree.getEnumeratedDatatypeNodeList(), tree.getEnumeratedDatatypeEndNode());
+    add(tree.getNoteNodeList(), tree.getNoteEndNode());
+    add(tree.getBasicDataRepresentationNodeList(), tree.getBasicDataRepresentationEndNode());
+    add(tree.getSimpleDatatypeNodeList(), tree.getSimpleDatatypeEndNode());
+    add(tree.getArrayDatatypeNodeList(), tree.getArrayDatatypeEndNode());
+    add(tree.getUpdateRateNodeList(), tree.getUpdateRateEndNode());
+    add(tree.getSwitchNodeList(), tree.getSwitchEndNode());
+    add(tree.getTransportationNodeList(), tree.getTransportationEndNode());
+    add(tree.getDimensionNodeList(), tree.getDimensionEndNode());
+    add(tree.getSynchroNodeList(), tree.getSynchroEndNode());
+    add(tree.getTagNodeList(), tree.getTagEndNode());
+    return static_cast<std::size_t>(count);
+}
+
+/// As large as a document of this length may make it. The shortest node takes four octets.
+inline void checkSize(DtOMTTree& tree, std::size_t before, std::size_t length)
+{
+    require(countNodes(tree) <= 8 + length / 4, "no more nodes than the document can hold");
+    requireMemory(before + 65536 + 512 * length);
 }
 
 inline void check(DtOMTTree& tree)
@@ -89,5 +103,4 @@ inline void check(DtOMTTree& tree)
     checkHierarchy(tree.interactionClassRoot(), tree.getInteractionClassNodeBegin(),
                    tree.getInteractionClassNodeEnd());
     tree.prepareForSharing();
-    checkWritten(tree);
 }
