@@ -265,20 +265,19 @@ double encodeTrack()
 
 constexpr int theElements = 1000000;
 
-/// Decodes, renders and deletes.
-template <int count>
-double decodeArrays(const char* array, std::size_t pairsOfDoubles)
+/// Decodes, renders and deletes an array of so many elements, as often.
+double decodeArrays(const char* array, std::size_t doublesEach, int count, int times)
 {
     DtDatatypeManager& manager = made().manager;
     Octets octets;
     append(octets, std::int32_t{count});
     octets.resize(8);
-    for (std::size_t at = 0; at < pairsOfDoubles * count; ++at)
+    for (std::size_t at = 0; at < doublesEach * static_cast<std::size_t>(count); ++at)
         append(octets, 0.001 * static_cast<double>(at % 1000));
     return secondsOf(
         [&]
         {
-            for (int times = 0; times < theElements / count; ++times)
+            for (int time = 0; time < times; ++time)
             {
                 int consumed = 0;
                 const StringTree tree(manager.createStringTreeRep(
@@ -293,14 +292,19 @@ double decodeArrays(const char* array, std::size_t pairsOfDoubles)
 template <int count>
 double decodeNumbers()
 {
-    return decodeArrays<count>("Numbers", 1);
+    return decodeArrays("Numbers", 1, count, theElements / count);
 }
 
 template <int count>
 double decodePoints()
 {
     made().manager.setNodeLimit(4 * theElements);
-    return decodeArrays<count>("Points", 2);
+    return decodeArrays("Points", 2, count, theElements / count);
+}
+
+double decodeArray(int count)
+{
+    return decodeArrays("Numbers", 1, count, 1);
 }
 
 }  // namespace
@@ -313,5 +317,12 @@ std::vector<ratios::Ratio> ratios::convertValuesRatios()
         {"decode_growth",         decodeNumbers<1000>, decodeNumbers<theElements>, nullptr},
         {"decode_growth_records", decodePoints<1000>,  decodePoints<theElements>,  nullptr},
         {"encode_record",         encodeTrackByHand,   encodeTrack,                nullptr},
+    };
+}
+
+std::vector<ratios::Growth> ratios::convertValuesGrowth()
+{
+    return {
+        {"Decoding", "elements of one array", 8000, decodeArray},
     };
 }

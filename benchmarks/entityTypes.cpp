@@ -69,6 +69,25 @@ std::string tenTablesPath()
     return theFile.path();
 }
 
+/// A made table: four levels of codes below each country, with names.
+std::string madeTable(int rows)
+{
+    constexpr int theCodes = 8;
+    std::string text = "header\n";
+    for (int row = 0; row < rows; ++row)
+    {
+        text += "1,Platform,2,Air";
+        int code = 1 + row / (theCodes * theCodes * theCodes);
+        for (int level = 2, rest = row; 2 * level < theColumns; ++level, rest /= theCodes)
+        {
+            text += ',' + std::to_string(code) + ",Entry " + std::to_string(code);
+            code = 1 + rest % theCodes;
+        }
+        text += '\n';
+    }
+    return text;
+}
+
 double splitLines()
 {
     const std::string path = tablePath();
@@ -92,6 +111,14 @@ double loadOne()
 double loadTen()
 {
     return load(tenTablesPath());
+}
+
+double loadMade(int rows)
+{
+    static std::map<int, ratios::ModelFile> theFiles;
+    if (!theFiles.count(rows))
+        theFiles.try_emplace(rows, std::to_string(rows) + ".csv", madeTable(rows));
+    return load(theFiles.at(rows).path());
 }
 
 using Numbers = std::array<int, 7>;
@@ -177,5 +204,12 @@ std::vector<ratios::Ratio> ratios::entityTypesRatios()
         {"dis_load",        splitLines, loadOne,          theTable},
         {"dis_load_growth", loadOne,    loadTen,          theTable},
         {"dis_find",        findInMap,  findInDictionary, theTable},
+    };
+}
+
+std::vector<ratios::Growth> ratios::entityTypesGrowth()
+{
+    return {
+        {"Loading entity types", "rows of the table", 8000, loadMade},
     };
 }

@@ -2,12 +2,22 @@
 #include "modelFiles.h"
 
 #include "omtReader/xmlFileReader.h"
+#include "ratio.h"
 
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <map>
+
+std::filesystem::path ratios::modelPath(const char* file)
+{
+    const char* const folder = std::getenv("OMT_MODELS");
+    if (!folder) return {};
+    const auto path = std::filesystem::path(folder) / file;
+    return std::filesystem::exists(path) ? path : std::filesystem::path();
+}
 
 DtOMTTreePtr ratios::readTree(const std::string& path)
 {
@@ -20,7 +30,7 @@ DtOMTTreePtr ratios::readTree(const std::string& path)
 
 ratios::ModelFile::ModelFile(const std::string& name, const std::string& text)
     : myPath(std::filesystem::temp_directory_path() /
-             ("omt_ratios-" + std::to_string(getpid()) + "-" + name))
+             ("omt-benchmark-" + std::to_string(getpid()) + "-" + name))
 {
     std::ofstream(myPath) << text;
 }
@@ -29,4 +39,14 @@ ratios::ModelFile::~ModelFile()
 {
     std::error_code ignored;
     std::filesystem::remove(myPath, ignored);
+}
+
+std::string ratios::generatedPath(int scale)
+{
+    static std::map<int, ModelFile> theFiles;
+    auto file = theFiles.find(scale);
+    if (file == theFiles.end())
+        file = theFiles.try_emplace(scale, std::to_string(scale) + ".xml", generatedModel(scale))
+                   .first;
+    return file->second.path();
 }

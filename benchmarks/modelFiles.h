@@ -35,12 +35,7 @@ private:
     std::filesystem::path myPath;
 };
 
-/// The path of a generated XML model, written at the first call.
-template <int scale>
-std::string generatedPath()
-{
-    static const ModelFile theFile(std::to_string(scale) + ".xml", generatedModel(scale));
-    return theFile.path();
-}
+/// The path of a generated XML model, written at the first call with this scale.
+std::string generatedPath(int scale);
 
 }  // namespace ratios

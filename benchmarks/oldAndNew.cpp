@@ -90,7 +90,7 @@ double writeRPR()
 template <int scale>
 double writeGenerated()
 {
-    static const DtOMTTreePtr theTree = ratios::readTree(ratios::generatedPath<scale>());
+    static const DtOMTTreePtr theTree = ratios::readTree(ratios::generatedPath(scale));
     return write(*theTree);
 }
 

@@ -76,14 +76,6 @@ std::vector<Ratio> registerRatios()
 
 }  // namespace
 
-std::filesystem::path ratios::modelPath(const char* file)
-{
-    const char* const folder = std::getenv("OMT_MODELS");
-    if (!folder) return {};
-    const auto path = std::filesystem::path(folder) / file;
-    return std::filesystem::exists(path) ? path : std::filesystem::path();
-}
-
 int main(int argc, char* argv[])
 {
     // The library's defaults for us, in front of what the user says.

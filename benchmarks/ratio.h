@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What omt_ratios measures: pairs of pieces of work, and how long one takes as a part of the other.
+// What is measured: for omt_ratios pairs of pieces of work, and how long one takes as a part of the
+// other; for omt_growth work of any size.
 #pragma once
 
 #include <chrono>
@@ -23,11 +24,25 @@ struct Ratio
     const char* modelFile = nullptr;  ///< a file below OMT_MODELS that it takes, or null
 };
 
+/// Work whose time is to grow in proportion to its size.
+struct Growth
+{
+    const char* name;
+    const char* unit;  ///< of the size
+    int smallest;      ///< the size to begin with
+    double (*work)(int size);
+};
+
 /// One list for each subject. A new subject adds its list here and to the one in omtRatios.cpp.
 std::vector<Ratio> readAndMergeRatios();
 std::vector<Ratio> oldAndNewRatios();
 std::vector<Ratio> convertValuesRatios();
 std::vector<Ratio> entityTypesRatios();
+
+/// The same for omt_growth, in growth.cpp.
+std::vector<Growth> readAndMergeGrowth();
+std::vector<Growth> convertValuesGrowth();
+std::vector<Growth> entityTypesGrowth();
 
 /// A file of the folder that OMT_MODELS names; empty if there is no such file.
 std::filesystem::path modelPath(const char* file);

@@ -52,18 +52,22 @@ double readRPR()
     return readAndFree(rprPath());
 }
 
-template <int scale>
-double readGenerated()
+double readGenerated(int scale)
 {
-    return readAndFree(generatedPath<scale>());
+    return readAndFree(generatedPath(scale));
 }
 
-template <int scale>
-double mergeGenerated()
+double mergeGenerated(int scale)
 {
-    const DtOMTTreePtr source = readTree(generatedPath<scale>());
+    const DtOMTTreePtr source = readTree(generatedPath(scale));
     const DtOMTTreePtr target(new DtOMTTree);
     return secondsOf([&] { target->merge(source.get()); });
+}
+
+template <double (*work)(int scale), int scale>
+double scaled()
+{
+    return work(scale);
 }
 
 double readRPRAndMIM()
@@ -90,10 +94,22 @@ double mergeMIMIntoRPR()
 
 std::vector<ratios::Ratio> ratios::readAndMergeRatios()
 {
+    constexpr Work readSmaller = scaled<readGenerated, theScale>;
+    constexpr Work readLarger = scaled<readGenerated, 10 * theScale>;
+    constexpr Work mergeSmaller = scaled<mergeGenerated, theScale>;
+    constexpr Work mergeLarger = scaled<mergeGenerated, 10 * theScale>;
     return {
-        {"read_rpr",     parseRPR,                 readRPR,                       theRPR },
-        {"read_growth",  readGenerated<theScale>,  readGenerated<10 * theScale>,  nullptr},
-        {"merge_growth", mergeGenerated<theScale>, mergeGenerated<10 * theScale>, nullptr},
-        {"merge_mim",    readRPRAndMIM,            mergeMIMIntoRPR,               theRPR },
+        {"read_rpr",     parseRPR,      readRPR,         theRPR },
+        {"read_growth",  readSmaller,   readLarger,      nullptr},
+        {"merge_growth", mergeSmaller,  mergeLarger,     nullptr},
+        {"merge_mim",    readRPRAndMIM, mergeMIMIntoRPR, theRPR },
+    };
+}
+
+std::vector<ratios::Growth> ratios::readAndMergeGrowth()
+{
+    return {
+        {"Reading", "times every kind of definition", theScale / 8, readGenerated },
+        {"Merging", "times every kind of definition", theScale / 8, mergeGenerated},
     };
 }
