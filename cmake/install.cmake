@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
-# What `cmake --install` puts where, and how other builds find it: find_package and pkg-config.
+# What `cmake --install` puts where, and how other builds find it: find_package and pkg-config. The
+# components are the Debian packages of packages.cmake, and "documents", which those have in folders
+# of their own.
 include(CMakePackageConfigHelpers)
 
 # An include root of its own, as the folder of the support headers has the common name "util".
@@ -8,9 +10,11 @@ set(package "${CMAKE_INSTALL_LIBDIR}/cmake/omtReader")
 
 install(TARGETS omtReader EXPORT omtReaderTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    COMPONENT library NAMELINK_COMPONENT development
   INCLUDES DESTINATION "${OMTREADER_INCLUDEDIR}"
-  FILE_SET HEADERS DESTINATION "${OMTREADER_INCLUDEDIR}")
-install(EXPORT omtReaderTargets NAMESPACE omtReader:: DESTINATION "${package}")
+  FILE_SET HEADERS DESTINATION "${OMTREADER_INCLUDEDIR}" COMPONENT development)
+install(EXPORT omtReaderTargets NAMESPACE omtReader:: DESTINATION "${package}"
+  COMPONENT development)
 
 configure_package_config_file(cmake/omtReaderConfig.cmake.in omtReaderConfig.cmake
   INSTALL_DESTINATION "${package}")
@@ -18,20 +22,24 @@ write_basic_package_version_file(omtReaderConfigVersion.cmake COMPATIBILITY Same
 install(FILES
   "${PROJECT_BINARY_DIR}/omtReaderConfig.cmake"
   "${PROJECT_BINARY_DIR}/omtReaderConfigVersion.cmake"
-  DESTINATION "${package}")
+  DESTINATION "${package}" COMPONENT development)
 
 file(RELATIVE_PATH OMTREADER_PC_TO_PREFIX
   "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file(cmake/omtReader.pc.in omtReader.pc @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/omtReader.pc"
-  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
 
 if(TARGET omt)
   file(RELATIVE_PATH toLibrary
     "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(omt PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibrary}")
-  install(TARGETS omt RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(TARGETS omt RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
+  install(FILES docs/omt.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
+  install(FILES tools/omt/completion.bash RENAME omt COMPONENT tool
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
 endif()
-install(FILES data/standard.map
+install(FILES data/standard.map COMPONENT library
   DESTINATION "${CMAKE_INSTALL_DATADIR}/omtReader-${PROJECT_VERSION_MAJOR}")
-install(FILES LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
+install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
