@@ -210,6 +210,6 @@ std::vector<ratios::Ratio> ratios::entityTypesRatios()
 std::vector<ratios::Growth> ratios::entityTypesGrowth()
 {
     return {
-        {"Loading entity types", "rows of the table", 8000, loadMade},
+        {"Loading entity types", "rows of the table", 2000, loadMade},
     };
 }

@@ -267,8 +267,9 @@ public:
         return static_cast<int>((boundary - offset % boundary) % boundary);
     }
 
-    unsigned int alignment(const DtString& datatype)
+    unsigned int alignment(const DtString& datatype, int steps = 0)
     {
+        constexpr int theMostSteps = 50;  // more lead round
         if (const auto* const node = myModel.getVariantDatatypeNode(datatype))
             return alignment(node->getDatatype());
         if (const auto* const node = myModel.getArrayDatatypeNode(datatype))
@@ -283,6 +284,9 @@ public:
                 largest = std::max(largest, alignment((*it)->getDatatype()));
         else if (const DtDatatypeRep* const rep = repOf(datatype))
             largest = std::max(largest, rep->byteAlignment());
+        else if (myMappings.count(datatype) && steps < theMostSteps)
+            // The name of a representation that there is not may be that of another datatype.
+            return alignment(myMappings.at(datatype), steps + 1);
         return largest;
     }
 };
