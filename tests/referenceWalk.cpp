@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace
@@ -53,6 +54,7 @@ public:
     DtOMTTree& myModel = *myManager.omtTree();
     Manager::NameMap myMappings{myManager.getRepMapList(), myManager.getRepMapListEnd()};
     Manager::NameRepMap myReps{myManager.getNameRepMapList(), myManager.getNameRepMapListEnd()};
+    std::set<DtString> myBeingAligned = {};
 
     Tree newNode(const DtString& key, const DtString& datatype, unsigned int offset)
     {
@@ -267,9 +269,16 @@ public:
         return static_cast<int>((boundary - offset % boundary) % boundary);
     }
 
-    unsigned int alignment(const DtString& datatype, int steps = 0)
+    /// Inside itself, a datatype has the alignment 1.
+    unsigned int alignment(const DtString& datatype)
     {
-        constexpr int theMostSteps = 50;  // more lead round
+        if (!myBeingAligned.insert(datatype).second) return 1;
+        const unsigned int result = alignmentByKind(datatype);
+        myBeingAligned.erase(datatype);
+        return result;
+    }
+    unsigned int alignmentByKind(const DtString& datatype)
+    {
         if (const auto* const node = myModel.getVariantDatatypeNode(datatype))
             return alignment(node->getDatatype());
         if (const auto* const node = myModel.getArrayDatatypeNode(datatype))
@@ -284,9 +293,9 @@ public:
                 largest = std::max(largest, alignment((*it)->getDatatype()));
         else if (const DtDatatypeRep* const rep = repOf(datatype))
             largest = std::max(largest, rep->byteAlignment());
-        else if (myMappings.count(datatype) && steps < theMostSteps)
+        else if (myMappings.count(datatype))
             // The name of a representation that there is not may be that of another datatype.
-            return alignment(myMappings.at(datatype), steps + 1);
+            return alignment(myMappings.at(datatype));
         return largest;
     }
 };
