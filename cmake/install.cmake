@@ -42,4 +42,8 @@ endif()
 install(FILES data/standard.map COMPONENT library
   DESTINATION "${CMAKE_INSTALL_DATADIR}/omtReader-${PROJECT_VERSION_MAJOR}")
 install(FILES LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
-install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+# Those of the build mean nothing elsewhere.
+install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents
+  PATTERN CMakeLists.txt EXCLUDE)

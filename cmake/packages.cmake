@@ -30,7 +30,9 @@ omtreader_package(development libomtreader-dev libdevel
   "${about}\n.\nThis package has headers, files for CMake and pkg-config, and examples."
   library)
 install(DIRECTORY examples DESTINATION "${theDocuments}/libomtreader-dev"
-  COMPONENT development EXCLUDE_FROM_ALL)
+  COMPONENT development EXCLUDE_FROM_ALL PATTERN CMakeLists.txt EXCLUDE)
+install(DIRECTORY docs DESTINATION "${theDocuments}/libomtreader-dev"
+  COMPONENT development EXCLUDE_FROM_ALL FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
 install(FILES README.md DESTINATION "${theDocuments}/libomtreader-dev"
   COMPONENT development EXCLUDE_FROM_ALL)
 if(TARGET omt)

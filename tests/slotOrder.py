@@ -58,6 +58,7 @@ def first_difference(expected, compiled):
 
 
 def main(compiler, include_folder):
+    include_folder = str(pathlib.Path(include_folder).resolve())
     expected = read_expected()
     compiled = read_compiled(compiler, include_folder, expected)
     failures = 0

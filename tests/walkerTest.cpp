@@ -243,6 +243,7 @@ TEST(WalkerTest, DecodesAsTheSlowWalk)
             if (expected.tree == theTooMany) continue;
             EXPECT_EQ(line, expected.line);
             EXPECT_EQ(tree, expected.tree);
+            if (HasFailure()) return;  // one is enough to read
         }
     }
 }

@@ -10,7 +10,7 @@
 
 class DtDatatypeFedNode;
 class DtDatatypeManager;
-class DtObjectHistory;
+class DtObjectHistory;  // a host's own; it is only handed on, and may be null
 class DtStringTree;
 
 /// One value as it was received, and its tree once somebody asked for it.
@@ -55,17 +55,17 @@ public:
     /// The octets of a value; null for an empty slot.
     virtual const char* getByteStream(int index);
     /// Takes a copy of n octets as the newest value and drops the oldest one. Null is an empty
-    /// slot.
+    /// slot, a negative n counts as 0.
     virtual void setByteStream(const void* data, int n);
 
     /// The object that the attribute belongs to, handed to decoding; null until set, never owned.
     virtual void setParentObject(DtObjectHistory* object);
     virtual DtObjectHistory* parentObject();
 
-    /// The tree of a value, which stays the history's; null for an empty slot. Once made it is
-    /// kept, even if another attribute is named later.
+    /// The tree of a value, which stays the history's; null for an empty slot and for no attribute.
+    /// Once made it is kept, even if another attribute is named later.
     virtual DtStringTree* createStringTree(const DtDatatypeFedNode* attribute, int index);
-    /// The octets that the tree took; 0 before there is one.
+    /// The octets that the tree took; 0 before there is one, negative where decoding failed.
     virtual int getStringTreeCount(int index);
     virtual int getByteStreamCount(int index);
 
@@ -73,6 +73,7 @@ public:
     virtual bool updatedFlag() const;
     virtual void resetUpdateFlag();
 
+    /// The entry itself, which stays the history's and goes when its value is dropped.
     virtual SingleAttribute* at(unsigned int index) const;
 
 private:

@@ -17,7 +17,7 @@ class DtDatatypeRep;
 class DtInteractionClassFedNode;
 class DtlObjPtr;
 class DtObjectClassFedNode;
-class DtObjectHistory;
+class DtObjectHistory;  // a host's own; it is only handed on, and may be null
 class DtOMTDatatypeNode;
 class DtOMTNode;
 class DtOMTTree;

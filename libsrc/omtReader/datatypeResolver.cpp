@@ -45,10 +45,10 @@ const Label& ResolvedDatatype::label(const DtString& key)
 {
     constexpr std::size_t theMostLabels = 512;
     const std::size_t count = labels.size();
-    // Elements ask for the same one again, the fields of a record for one after the other.
-    for (std::size_t step = 0; step < count; ++step, ++latestLabel)
+    // Fields and elements come in the same order time and again: most ask for the next one.
+    for (std::size_t step = 0; step < count; ++step)
     {
-        if (latestLabel == count) latestLabel = 0;
+        if (++latestLabel >= count) latestLabel = 0;
         if (labels[latestLabel]->key == key) return labels[latestLabel];
     }
     if (count == theMostLabels) labels.clear();

@@ -5,7 +5,7 @@
 #include "omtReader/datatypeRep.h"
 
 class DtDatatypeManager;
-class DtObjectHistory;
+class DtObjectHistory;  // a host's own; it is only handed on, and may be null
 class DtStringTree;
 class DtVector64;
 

@@ -16,6 +16,7 @@ class OMTREADER_EXPORT DtInteractionClassFedNode : public DtFedNode
 {
 public:
     DtInteractionClassFedNode();
+    /// Points to its parent, which is neither owned nor told.
     explicit DtInteractionClassFedNode(DtFedNode* parent);
     /// Copies the parameters, which keep the parent of their originals, and no child classes.
     DtInteractionClassFedNode(const DtInteractionClassFedNode& other);

@@ -7,7 +7,7 @@
 class DtAttributeFedNode;
 class DtComplexComponentNode;
 class DtEnumerationNode;
-class DtExerciseConn;
+class DtExerciseConn;  // a host's own; it is never looked into, and may be null
 class DtInteractionClassFedNode;
 class DtlObjPtr;
 class DtObjectClassFedNode;

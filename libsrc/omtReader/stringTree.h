@@ -35,8 +35,9 @@ public:
     }
     /// Copies the whole tree; nothing is shared with the source.
     DtStringTree(const DtStringTree& other);
-    /// Takes over the fields and copies the links of the other node. What this node linked to
-    /// before is not deleted, on purpose: a host may still point into it. Assign to fresh nodes.
+    /// Copies the fields and all that the other node links to; nothing is shared. What this node
+    /// linked to before is not deleted, on purpose: a host may still point into it. Assign to fresh
+    /// nodes.
     DtStringTree& operator=(const DtStringTree& other);
     virtual ~DtStringTree();
 

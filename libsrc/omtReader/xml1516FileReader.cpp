@@ -59,40 +59,49 @@ constexpr Section<Reader, xmlNode> theDatatypeSections[] = {
 };
 
 // Sharing, transportation, order and dimensions are left out on purpose.
+// Rows of two and of three columns, which clang-format does not align.
+// clang-format off
 constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
-    {"name", &DtAttributeFedNode::setName, WhenEmpty::drop},
-    {"dataType",      &DtAttributeFedNode::setDatatype                        },
+    {"name",            &DtAttributeFedNode::setName, WhenEmpty::drop},
+    {"dataType",        &DtAttributeFedNode::setDatatype},
     {"updateType",      &DtAttributeFedNode::setUpdateType},
-    {"updateCondition",      &DtAttributeFedNode::setUpdateCondition                   },
-    {"ownership",      &DtAttributeFedNode::setTransferAccept    },
-    {"cardinality",      &DtAttributeFedNode::setCardinality                 },
-    {"accuracy",      &DtAttributeFedNode::setAccuracy       },
-    {"semantics",      &DtAttributeFedNode::setDescription                },
+    {"updateCondition", &DtAttributeFedNode::setUpdateCondition},
+    {"ownership",       &DtAttributeFedNode::setTransferAccept},
+    {"cardinality",     &DtAttributeFedNode::setCardinality},
+    {"accuracy",        &DtAttributeFedNode::setAccuracy},
+    {"semantics",       &DtAttributeFedNode::setDescription},
 };
+// clang-format on
 
 // Dimensions are left out on purpose.
+// clang-format off
 constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
-    {"name", &DtInteractionClassFedNode::setName, WhenEmpty::drop},
-    {"sharing",      &DtInteractionClassFedNode::setSharing                                },
-    {"transportation",      &DtInteractionClassFedNode::setTransportation},
-    {"order",      &DtInteractionClassFedNode::setOrder                                         },
+    {"name",           &DtInteractionClassFedNode::setName, WhenEmpty::drop},
+    {"sharing",        &DtInteractionClassFedNode::setSharing},
+    {"transportation", &DtInteractionClassFedNode::setTransportation},
+    {"order",          &DtInteractionClassFedNode::setOrder},
     {"semantics",      &DtInteractionClassFedNode::setDescriptor},
 };
+// clang-format on
 
 // Sharing, transportation and order are left out on purpose.
+// clang-format off
 constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
-    {"name", &DtParameterFedNode::setName, WhenEmpty::drop},
-    {"dataType",      &DtParameterFedNode::setDatatype                        },
-    {"semantics",      &DtParameterFedNode::setDescription},
+    {"name",      &DtParameterFedNode::setName, WhenEmpty::drop},
+    {"dataType",  &DtParameterFedNode::setDatatype},
+    {"semantics", &DtParameterFedNode::setDescription},
 };
+// clang-format on
 
 // The interpretation is left out on purpose.
+// clang-format off
 constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
-    {"name", &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
-    {"size",      &DtBasicDataRepresentationNode::setSize                                       },
-    {"endian",      &DtBasicDataRepresentationNode::setEndian},
-    {"encoding",      &DtBasicDataRepresentationNode::setEncoding                                     },
+    {"name",     &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
+    {"size",     &DtBasicDataRepresentationNode::setSize},
+    {"endian",   &DtBasicDataRepresentationNode::setEndian},
+    {"encoding", &DtBasicDataRepresentationNode::setEncoding},
 };
+// clang-format on
 
 // The encoding is left out on purpose, and an empty name does not matter.
 constexpr Spelling<DtFixedDatatypeNode> theFixedDataWords[] = {

@@ -66,50 +66,53 @@ constexpr ContactSpelling theContactWords[] = {
     {"pocEmail",     &DtOMTTreePOC::email   },
 };
 
+// Rows of two and of three columns, which clang-format does not align.
+// clang-format off
 constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
-    {"name", &DtAttributeFedNode::setName, WhenEmpty::drop},
-    {"dataType",      &DtAttributeFedNode::setDatatype                        },
+    {"name",            &DtAttributeFedNode::setName, WhenEmpty::drop},
+    {"dataType",        &DtAttributeFedNode::setDatatype},
     {"updateType",      &DtAttributeFedNode::setUpdateType},
-    {"updateCondition",      &DtAttributeFedNode::setUpdateCondition                   },
-    {"ownership",      &DtAttributeFedNode::setTransferAccept    },
-    {"sharing",      &DtAttributeFedNode::setSharing                     },
-    {"transportation",      &DtAttributeFedNode::setTransportation},
-    {"order",      &DtAttributeFedNode::setOrder                              },
-    {"cardinality",      &DtAttributeFedNode::setCardinality},
-    {"accuracy",      &DtAttributeFedNode::setAccuracy                                 },
-    {"semantics",      &DtAttributeFedNode::setDescription},
+    {"updateCondition", &DtAttributeFedNode::setUpdateCondition},
+    {"ownership",       &DtAttributeFedNode::setTransferAccept},
+    {"sharing",         &DtAttributeFedNode::setSharing},
+    {"transportation",  &DtAttributeFedNode::setTransportation},
+    {"order",           &DtAttributeFedNode::setOrder},
+    {"cardinality",     &DtAttributeFedNode::setCardinality},
+    {"accuracy",        &DtAttributeFedNode::setAccuracy},
+    {"semantics",       &DtAttributeFedNode::setDescription},
 };
 
 constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
-    {"name", &DtInteractionClassFedNode::setName, WhenEmpty::drop},
-    {"sharing",      &DtInteractionClassFedNode::setSharing                                },
-    {"transportation",      &DtInteractionClassFedNode::setTransportation},
-    {"order",      &DtInteractionClassFedNode::setOrder                                         },
+    {"name",           &DtInteractionClassFedNode::setName, WhenEmpty::drop},
+    {"sharing",        &DtInteractionClassFedNode::setSharing},
+    {"transportation", &DtInteractionClassFedNode::setTransportation},
+    {"order",          &DtInteractionClassFedNode::setOrder},
     {"semantics",      &DtInteractionClassFedNode::setDescriptor},
 };
 
 constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
-    {"name", &DtParameterFedNode::setName, WhenEmpty::drop},
-    {"dataType",      &DtParameterFedNode::setDatatype                        },
-    {"sharing",      &DtParameterFedNode::setSharing },
-    {"transportation",      &DtParameterFedNode::setTransportation                 },
-    {"order",      &DtParameterFedNode::setOrder          },
-    {"semantics",      &DtParameterFedNode::setDescription             },
+    {"name",           &DtParameterFedNode::setName, WhenEmpty::drop},
+    {"dataType",       &DtParameterFedNode::setDatatype},
+    {"sharing",        &DtParameterFedNode::setSharing},
+    {"transportation", &DtParameterFedNode::setTransportation},
+    {"order",          &DtParameterFedNode::setOrder},
+    {"semantics",      &DtParameterFedNode::setDescription},
 };
 
 constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
-    {"name", &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
-    {"size",      &DtBasicDataRepresentationNode::setSize                                       },
-    {"interpretation",      &DtBasicDataRepresentationNode::setInterpretation},
-    {"endian",      &DtBasicDataRepresentationNode::setEndian                                               },
-    {"encoding",      &DtBasicDataRepresentationNode::setEncoding},
+    {"name",           &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
+    {"size",           &DtBasicDataRepresentationNode::setSize},
+    {"interpretation", &DtBasicDataRepresentationNode::setInterpretation},
+    {"endian",         &DtBasicDataRepresentationNode::setEndian},
+    {"encoding",       &DtBasicDataRepresentationNode::setEncoding},
 };
 
 constexpr Spelling<DtFixedDatatypeNode> theFixedDataWords[] = {
-    {"name", &DtFixedDatatypeNode::setName, WhenEmpty::drop},
-    {"encoding",      &DtFixedDatatypeNode::setEncoding                         },
-    {"semantics",      &DtFixedDatatypeNode::setDescription},
+    {"name",      &DtFixedDatatypeNode::setName, WhenEmpty::drop},
+    {"encoding",  &DtFixedDatatypeNode::setEncoding},
+    {"semantics", &DtFixedDatatypeNode::setDescription},
 };
+// clang-format on
 
 constexpr Spelling<DtNoteNode> theNoteWords[] = {
     {"label",     &DtNoteNode::setLabel, WhenEmpty::skip},
@@ -122,18 +125,20 @@ constexpr Spelling<DtDescriptionNode> theTransportationWords[] = {
     {"semantics", &DtDescriptionNode::setDescription, WhenEmpty::skip},
 };
 
+// clang-format off
 constexpr Spelling<DtUpdateRateNode> theUpdateRateWords[] = {
-    {"name", &DtUpdateRateNode::setName, WhenEmpty::drop},
-    {"semantics",      &DtUpdateRateNode::setSemantics                     },
+    {"name",      &DtUpdateRateNode::setName, WhenEmpty::drop},
+    {"semantics", &DtUpdateRateNode::setSemantics},
 };
+// clang-format on
 
+// The last words are those of the interaction side, on purpose: it has always been put like that.
 constexpr HierarchyWords theObjectWords = {
     "objectClass",
     "HLAobjectRoot",
     {"Warning: Additional object node found at the root level",
       " when parsing 1516 Evolved XML file has been ignored.\n"},
     "Warning: HLAobjectRoot is missing from 1516 Evolved XML file\n",
- // The words of the interaction side, on purpose: this is how the object side has always put it.
     "Warning: Interaction root is not \"HLAinteractionRoot\" in 1516 Evolved XML file\n"
 };
 

@@ -13,7 +13,7 @@ class DtDescriptionNode;
 class DtDimensionNode;
 class DtEnumeratedDatatypeNode;
 class DtEnumerationNode;
-class DtExerciseConn;
+class DtExerciseConn;  // a host's own; it is never looked into, and may be null
 class DtFieldComponentNode;
 class DtFixedDatatypeNode;
 class DtInteractionClassFedNode;

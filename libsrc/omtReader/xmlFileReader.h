@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-class DtExerciseConn;
+class DtExerciseConn;  // a host's own; it is never looked into, and may be null
 class DtOMTTree;
 struct _xmlDoc;
 struct _xmlNode;
@@ -22,8 +22,9 @@ enum DtFedReadStatus
 
 /// Reads XML object models, 1516-2010 and 1516-2000, told apart by their content.
 ///
-/// A read that fails gives null and adds to the last error; what a parser has to say about a text
-/// goes to DtWarn as "file:line:column: text". The reader stays usable.
+/// A read that fails gives null and adds to the last error, except where a file of readFiles() is a
+/// model of another format; what a parser has to say about a text goes to DtWarn as
+/// "file:line:column: text". The reader stays usable.
 class OMTREADER_EXPORT DtXMLFileReader
 {
 public:

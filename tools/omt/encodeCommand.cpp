@@ -40,12 +40,17 @@ void keepWords(CLI::App& command, CLI::Option& option, EncodeChoice& choice)
         ""));
 }
 
-/// The text is the last word behind the files.
-void splitWords(EncodeChoice& choice)
+/// The text is the last word behind the files, unless an option gave it.
+void splitWords(EncodeChoice& choice, bool hasText)
 {
     std::vector<std::string>& words = choice.words;
     words.resize(words.size() - choice.model.files.size());
-    if (words.size() < 2) throw CLI::RequiredError("TEXT");
+    if (words.size() < (hasText ? 1 : 2)) throw CLI::RequiredError(hasText ? "MODEL" : "TEXT");
+    if (hasText)
+    {
+        choice.model.files = words;
+        return;
+    }
     choice.text = std::move(words.back());
     words.pop_back();
     choice.model.files = words;
@@ -99,7 +104,9 @@ Command addEncodeCommand(CLI::App& app)
     keepWords(*command, words, *choice);
     addDatatypeArgument(*command, choice->target);
     addConversionArguments(*command, choice->conversion);
-    command->parse_complete_callback([choice] { splitWords(*choice); });
+    const CLI::Option* const text = command->add_option(
+        "--text", choice->text, "TEXT as --text=TEXT, for one that begins with a -");
+    command->parse_complete_callback([choice, text] { splitWords(*choice, !text->empty()); });
     command->footer(
         "TEXT is what omt decode --line prints: a record's fields behind each other with a blank\n"
         "between them, an array's elements as 1[2[3]], an enumerator's name. An array of octets\n"
@@ -108,6 +115,7 @@ Command addEncodeCommand(CLI::App& app)
         "\n"
         "Examples:\n"
         "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
-        "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning");
+        "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
+        "  omt encode HarbourBase.xml --mim --type GeocentricPosition --text=\"-inf 0 0\"");
     return {command, [choice] { return Result{encode(*choice)}; }};
 }
