@@ -27,6 +27,6 @@ inside dpkg-query -W omt 'libomtreader*' 'libxml2' 'libgeographic*' libc6 libstd
 
 examples=/usr/share/doc/libomtreader-dev/examples
 inside omt --version
-inside omt show "$examples/models/HarbourBase.xml" --mim | head -n 12
+inside omt show "$examples/models/HarbourBase.xml" --mim | sed -n 1,12p
 inside omt encode "$examples/models/HarbourBase.xml" --mim --type SignalKind GaleWarning
 inside sh -c "apt-get -q -y purge omt 'libomtreader*' && ! find /usr /var -name '*omt[Rr]eader*' | grep ."
