@@ -30,6 +30,9 @@ public:
     ///
     /// The result lives as long as this node, or, without a parent or below a nameless one, as long
     /// as its name.
+    ///
+    /// Kept from the first call on, so that many classes below one of a very long name take that
+    /// length each: a model from strangers may be small and its full names not.
     virtual const DtString& getFullName() const;
 
     /// Whether the names are equal; parents are not looked at.
