@@ -34,7 +34,7 @@ void appendZeros(DtDatatypeManager::Octets& out, int count)
 class ValueWriter::Call
 {
 public:
-    Call(ValueWriter& writer, const Octets& out, std::size_t textLength)
+    Call(ValueWriter& writer, Octets& out, std::size_t textLength)
         : myWriter(writer),
           myOutBefore(writer.myOut),
           myStartBefore(writer.myStart),
@@ -45,6 +45,9 @@ public:
         writer.myOut = &out;
         writer.myStart = out.size();
         writer.myDepth = 0;
+        // A short value then needs memory once.
+        constexpr std::size_t theUsualSize = 256;
+        if (out.capacity() == 0) out.reserve(std::min(textLength, theUsualSize));
     }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
