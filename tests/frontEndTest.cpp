@@ -7,10 +7,13 @@
 #include "support.h"
 
 #include <libxml/tree.h>
+#include <libxml/xmlmemory.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 #include <optional>
 
 namespace
@@ -433,6 +436,48 @@ TEST_F(FrontEndTest, EveryBeginningAndEveryWrongOctetIsSurvived)
             octets[place] = wrong;
             isRead(octets);
         }
+}
+
+/// How often libxml2 gets memory before there is none any more.
+long theAllocationsLeft = 0;
+
+void* unlessUsedUp(void* (*allocate)(void*, std::size_t), void* old, std::size_t size)
+{
+    return --theAllocationsLeft < 0 ? nullptr : allocate(old, size);
+}
+
+void limitAllocations()
+{
+    xmlMemSetup(
+        std::free, [](std::size_t size) { return unlessUsedUp(std::realloc, nullptr, size); },
+        [](void* old, std::size_t size) { return unlessUsedUp(std::realloc, old, size); },
+        [](const char* text) { return --theAllocationsLeft < 0 ? nullptr : ::strdup(text); });
+}
+
+// A part of a document may look whole to a parser that gave up.
+TEST_F(FrontEndTest, HalfOfAModelIsNoModel)
+{
+    folder.write("model.xml", theSmallModel);
+    const Messages messages;
+    const std::string whole = dump(read("model.xml"));
+    limitAllocations();
+    int read = 0;
+    for (long allocations = 0; read == 0 && allocations < 100'000; ++allocations)
+    {
+        theAllocationsLeft = allocations;
+        try
+        {
+            const TreePtr tree(DtXMLFileReader().readFile("model.xml", nullptr));
+            if (!tree) continue;
+            ++read;
+            EXPECT_EQ(dump(tree), whole) << allocations;
+        }
+        catch (const std::bad_alloc&)
+        {
+        }
+    }
+    EXPECT_EQ(read, 1);
+    xmlMemSetup(std::free, std::malloc, std::realloc, ::strdup);
 }
 
 }  // namespace

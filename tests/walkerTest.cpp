@@ -362,6 +362,8 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         {"NoTexts", "simple T utf8;array NoTexts T HLAvariableArray Dynamic;",
          theCount + std::string(1 << 20, 'a') + '\xE4', true},
         {"L0", theLevels, "\1", true},
+        {"Kinds", "simple K byte;variant V kind:K;array Kinds V HLAvariableArray Dynamic;",
+         theCount + std::string(150'000, '\1'), true},  // two nodes for each octet
         {"CircleOfMaps", "simple a b;simple b a;fixed CircleOfMaps x:a;", "\1\2", false},
     };
     // clang-format on
@@ -392,6 +394,26 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
             const Messages messages;
             manager.encoded(each.datatype, "1 2 3[4]");
         }
+}
+
+// Names of nodes are shared, and there are more of them than are kept.
+TEST(WalkerTest, NamesEachOfManyFields)
+{
+    Names names;
+    std::string model = "simple B byte;fixed R";
+    for (int field = 0; field < 600; ++field)
+        model.append(" ").append(names.emplace_back(std::to_string(field))).append(":B");
+    Converter manager(modelOf(model + ';'), false);
+    const Value value(std::string(names.size(), '\1'));
+    for (int times = 0; times < 2; ++times)
+    {
+        int consumed = 0;
+        const auto tree = value.tree(manager, "R", consumed);
+        Names keys;
+        for (const auto* node = tree->firstChild(); node; node = node->nextSibling())
+            keys.push_back(node->key().str());
+        EXPECT_EQ(keys, names);
+    }
 }
 
 using HostileTest = ModelsTest;

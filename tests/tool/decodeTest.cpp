@@ -221,6 +221,7 @@ TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
         {"--type HarbourTime -2", "FF FF FF FF FF FF FF FE\n"},
         {"--type DraughtArray '1[2[-0.1]]'", "3F F0 00 00 00 00 00 00 40 00 00 00 00 00 00 00 "
                                              "BF B9 99 99 99 99 99 9A\n"},
+        {"--type Tonnes --text=-inf", "FF 80 00 00\n"},
         {"--type HLAASCIIstring 'HI'", "00 00 00 02 48 49\n"},
         {"--type HLAASCIIstring '[A]'", "00 00 00 02 00 41\n"},
         {"old.omd --type Place '1 -2'", "3F F0 00 00 00 00 00 00 C0 00 00 00 00 00 00 00\n"},

@@ -45,14 +45,12 @@ void splitWords(EncodeChoice& choice, bool hasText)
 {
     std::vector<std::string>& words = choice.words;
     words.resize(words.size() - choice.model.files.size());
-    if (words.size() < (hasText ? 1 : 2)) throw CLI::RequiredError(hasText ? "MODEL" : "TEXT");
-    if (hasText)
+    if (!hasText)
     {
-        choice.model.files = words;
-        return;
+        if (words.size() < 2) throw CLI::RequiredError("TEXT");
+        choice.text = std::move(words.back());
+        words.pop_back();
     }
-    choice.text = std::move(words.back());
-    words.pop_back();
     choice.model.files = words;
 }
 

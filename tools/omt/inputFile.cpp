@@ -34,19 +34,25 @@ bool checkKind(const std::string& file)
     return std::filesystem::is_regular_file(status);
 }
 
+std::string readWhole(const std::string& file)
+{
+    const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "rbe"));
+    if (!stream) refuse(file, errno);
+    return contentOf(stream.get(), file);
+}
+
 }  // namespace
 
 void checkReadable(const std::string& file)
 {
-    if (checkKind(file)) contentOf(file);
+    // A pipe gives its octets once, to who comes next; of a file only the reading tells.
+    if (checkKind(file)) readWhole(file);
 }
 
 std::string contentOf(const std::string& file)
 {
     checkKind(file);
-    const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "rbe"));
-    if (!stream) refuse(file, errno);
-    return contentOf(stream.get(), file);
+    return readWhole(file);
 }
 
 std::string contentOf(std::FILE* stream, const std::string& name)
