@@ -16,7 +16,7 @@ namespace
 template <typename Class>
 void addClasses(DtOMTTree& tree, std::vector<DtString>& lines)
 {
-    using Classes = omt::Hierarchy<Class>;
+    using Classes = omtreader::Hierarchy<Class>;
     const DtString root = Classes::root(tree)->getName();
     const auto add = [&](const DtFedNode& node, const DtString& text)
     { lines.push_back(DtString(node.getFullName().view().substr(root.length())) + ": " + text); };

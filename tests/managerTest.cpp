@@ -110,9 +110,9 @@ TEST(ManagerTest, TakesUpModels)
         "fixed F x:field;variant V d:discriminant x:alternative;complex C x:component:1");
     const auto addMember = []<typename Class>(Class& owner, const char* datatype)
     {
-        auto* const member = named<typename omt::Hierarchy<Class>::Member>("m");
+        auto* const member = named<typename omtreader::Hierarchy<Class>::Member>("m");
         member->setDatatype(datatype);
-        omt::Hierarchy<Class>::addMember(owner, member);
+        omtreader::Hierarchy<Class>::addMember(owner, member);
     };
     auto* const object = named<DtObjectClassFedNode>("O");
     auto* const interaction = named<DtInteractionClassFedNode>("I");

@@ -13,8 +13,8 @@ using testing::Not;
 namespace
 {
 
-using Objects = omt::Hierarchy<DtObjectClassFedNode>;
-using Interactions = omt::Hierarchy<DtInteractionClassFedNode>;
+using Objects = omtreader::Hierarchy<DtObjectClassFedNode>;
+using Interactions = omtreader::Hierarchy<DtInteractionClassFedNode>;
 
 /// A tree of classes such as "Root: Root.A:x,y", parents first, members behind the colon.
 template <typename H>

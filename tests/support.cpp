@@ -145,7 +145,7 @@ private:
     template <typename Class>
     void fieldsOfClasses(Class& n)
     {
-        using H = omt::Hierarchy<Class>;
+        using H = omtreader::Hierarchy<Class>;
         write("descriptor identifier parentIdentifier", n.getDescriptor(), n.getIdentifier(),
               n.getParentIdentifier());
         for (const Class* child : H::children(n)) write("child", child->getFullName());

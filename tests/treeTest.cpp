@@ -27,7 +27,7 @@ struct Recorded : Base
 template <typename Class>
 void addChain(DtOMTTree& tree)
 {
-    using H = omt::Hierarchy<Class>;
+    using H = omtreader::Hierarchy<Class>;
     Class* parent = nullptr;
     for (int depth = 0; depth < 20; ++depth)
     {

@@ -5,24 +5,25 @@
 #include "geometry/dtCoordTransform.h"
 #include "geometry/dtGeodeticCoord.h"
 #include "omtReader/datatypeManager.h"
-#include "omtReader/recordOctets.h"
+#include "omtReader/values/recordOctets.h"
 
 #include <cmath>
 
-using Octets = omt::VectorOctets<float>;
+using Octets = omtreader::VectorOctets<float>;
 
 namespace
 {
 
 DtString headingText(const DtVector64& position, const DtVector64& velocity)
 {
-    return omt::recordText(DtRad2Deg(DtHeadingFromGeocAToGeocB(position, position + velocity)));
+    return omtreader::recordText(
+        DtRad2Deg(DtHeadingFromGeocAToGeocB(position, position + velocity)));
 }
 
 DtString speedText(const DtVector64& velocity)
 {
-    return omt::recordText(std::sqrt(velocity[0] * velocity[0] + velocity[1] * velocity[1] +
-                                     velocity[2] * velocity[2]));
+    return omtreader::recordText(std::sqrt(velocity[0] * velocity[0] + velocity[1] * velocity[1] +
+                                           velocity[2] * velocity[2]));
 }
 
 }  // namespace
@@ -71,7 +72,7 @@ DtString DtAltVelocityDatatypeRep::stringRep(const void* position, int* consumed
 {
     const void* const record = netValPtr(position, consumed);
     const DtVector64* const location = record ? locationPtr(*myManager, history) : nullptr;
-    if (!location) return omt::theFailedRecord;
+    if (!location) return omtreader::theFailedRecord;
     const DtVector64 velocity = Octets::read(record);
     return headingText(*location, velocity) + ", " + speedText(velocity) + ", ";
 }
@@ -83,9 +84,9 @@ DtStringTree* DtAltVelocityDatatypeRep::createTreeRep(const void* position, int*
     if (!record) return new DtStringTree;
     const DtVector64 velocity = Octets::read(record);
     const DtVector64* const location = locationPtr(*myManager, history);
-    return omt::createChain({
+    return omtreader::createChain({
         {"Heading", "Defined", 0,
-         location ? headingText(*location,           velocity) : DtString(omt::theFailedRecord)},
+         location ? headingText(*location,           velocity) : DtString(omtreader::theFailedRecord)},
         {"Speed",         "Defined",            4, speedText(velocity)},
     });
 }
@@ -94,7 +95,7 @@ DtString DtAltVelocityDatatypeRep::originalStringRep(const void* position, int* 
                                                      DtObjectHistory*) const
 {
     const void* const record = netValPtr(position, consumed);
-    return record ? Octets::text(record) : DtString(omt::theFailedRecord);
+    return record ? Octets::text(record) : DtString(omtreader::theFailedRecord);
 }
 
 const void* DtAltVelocityDatatypeRep::netValPtr(const void* position, int* consumed) const

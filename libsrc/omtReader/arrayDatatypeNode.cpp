@@ -37,14 +37,14 @@ void DtArrayDatatypeNode::setCardinality(const DtString& cardinality)
 {
     myCardinality = cardinality;
     myDerivedValuesAreStale = true;
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 void DtArrayDatatypeNode::setEncoding(const DtString& encoding)
 {
     myEncoding = encoding;
     myDerivedValuesAreStale = true;
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 std::int32_t DtArrayDatatypeNode::getCardinalityType() const
@@ -127,7 +127,7 @@ void DtArrayDatatypeNode::deriveFixed() const
     {
         myCardinalityType = theMultiDimForm;
         for (const DtString& size : myCardinality.sections(','))
-            myMultiDimCardinality.push_back(omt::integerOfAnyBase(size));
+            myMultiDimCardinality.push_back(omtreader::integerOfAnyBase(size));
     }
     else
     {
@@ -139,8 +139,8 @@ void DtArrayDatatypeNode::deriveFixed() const
         myCardinalityType = theBoundedForm;
         // A "[" behind the first "." leaves no text for the minimum, which is then 0.
         const std::size_t start = std::min(bracket + 1, dot);
-        myCardinalityMinimum = omt::integerOfAnyBase(text.substr(start, dot - start));
+        myCardinalityMinimum = omtreader::integerOfAnyBase(text.substr(start, dot - start));
         myCardinalityMaximum =
-            omt::integerOfAnyBase(text.substr(secondDot + 1, end - secondDot - 1));
+            omtreader::integerOfAnyBase(text.substr(secondDot + 1, end - secondDot - 1));
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/arrayDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 DtArrayDatatypeRep::DtArrayDatatypeRep() : DtDatatypeRep(false)
 {
@@ -33,7 +33,7 @@ DtString DtArrayDatatypeRep::stringRep(const void* position, int count, int* con
     const auto* const octets = static_cast<const unsigned char*>(position);
     for (int i = 0; isThere && i < count; ++i)
     {
-        omt::appendHexadecimal(text, octets[i]);
+        omtreader::appendHexadecimal(text, octets[i]);
         text += ' ';
     }
     return text;

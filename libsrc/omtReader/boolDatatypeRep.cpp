@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/boolDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 DtBoolDatatypeRep::DtBoolDatatypeRep() : DtNumberDatatypeRep(false)
 {
@@ -36,10 +36,10 @@ unsigned int DtBoolDatatypeRep::byteAlignment() const
 
 double DtBoolDatatypeRep::numberRep(const void* position, int* consumed) const
 {
-    return omt::readOctet(readPosition(position, 1, 1, consumed));
+    return omtreader::readOctet(readPosition(position, 1, 1, consumed));
 }
 
 bool DtBoolDatatypeRep::boolVal(const void* position) const
 {
-    return omt::readOctet(position) != 0;
+    return omtreader::readOctet(position) != 0;
 }

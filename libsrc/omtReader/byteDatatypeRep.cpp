@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/byteDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 DtByteDatatypeRep::DtByteDatatypeRep() : DtNumberDatatypeRep(false)
 {
@@ -19,12 +19,12 @@ DtString DtByteDatatypeRep::stringRep(const void* position, int* consumed) const
 {
     const void* const octet = readPosition(position, 1, 1, consumed);
     if (!octet) return {};
-    return DtConversionString(omt::readOctet(octet));
+    return DtConversionString(omtreader::readOctet(octet));
 }
 
 std::vector<char> DtByteDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return omt::writeOctet(text.toInt64());
+    return omtreader::writeOctet(text.toInt64());
 }
 
 unsigned int DtByteDatatypeRep::byteAlignment() const
@@ -34,10 +34,10 @@ unsigned int DtByteDatatypeRep::byteAlignment() const
 
 double DtByteDatatypeRep::numberRep(const void* position, int* consumed) const
 {
-    return omt::readOctet(readPosition(position, 1, 1, consumed));
+    return omtreader::readOctet(readPosition(position, 1, 1, consumed));
 }
 
 unsigned char DtByteDatatypeRep::byteVal(const void* position) const
 {
-    return omt::readOctet(position);
+    return omtreader::readOctet(position);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/charDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 DtCharDatatypeRep::DtCharDatatypeRep() : DtNumberDatatypeRep(false)
 {
@@ -33,10 +33,10 @@ unsigned int DtCharDatatypeRep::byteAlignment() const
 
 double DtCharDatatypeRep::numberRep(const void* position, int* consumed) const
 {
-    return omt::readOctet(readPosition(position, 1, 1, consumed));
+    return omtreader::readOctet(readPosition(position, 1, 1, consumed));
 }
 
 unsigned char DtCharDatatypeRep::byteVal(const void* position) const
 {
-    return omt::readOctet(position);
+    return omtreader::readOctet(position);
 }

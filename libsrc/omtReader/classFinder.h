@@ -13,7 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace omt
+namespace omtreader
 {
 
 /// Gives for every name just the class that the tree's own look-up gives, in a time that does not
@@ -130,4 +130,4 @@ private:
     std::unordered_map<const Class*, Children> myChildren;
 };
 
-}  // namespace omt
+}  // namespace omtreader

@@ -4,7 +4,7 @@
 
 #include "util/dtString.h"
 
-namespace omt
+namespace omtreader
 {
 
 /// The class that a path leads to, starting with the name of `start`; null if none.
@@ -25,4 +25,4 @@ Class* findClass(Class* start, const char* path, const Children& children, Find 
     return nullptr;
 }
 
-}  // namespace omt
+}  // namespace omtreader

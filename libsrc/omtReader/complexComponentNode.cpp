@@ -72,7 +72,7 @@ std::int32_t DtComplexComponentNode::getCardinalityType() const
 
 void DtComplexComponentNode::setDerivedValues() const
 {
-    omt::TextScan text(myCardinality);
+    omtreader::TextScan text(myCardinality);
     myCardinalityMinimum = 0;
     myDerivedValuesAreStale = false;
 

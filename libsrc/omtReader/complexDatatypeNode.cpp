@@ -13,12 +13,12 @@ DtComplexDatatypeNode::~DtComplexDatatypeNode() = default;
 void DtComplexDatatypeNode::addComponentNode(DtComplexComponentNode* component)
 {
     myComponents.add(component);
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 DtComplexComponentNode* DtComplexDatatypeNode::getComponentNode(const DtString& name) const
 {
-    return omt::firstNamed(myComponents.list(), name);
+    return omtreader::firstNamed(myComponents.list(), name);
 }
 
 DtComplexDatatypeNode::ComponentList::iterator DtComplexDatatypeNode::getComponentNodeList()

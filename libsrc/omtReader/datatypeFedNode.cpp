@@ -38,7 +38,7 @@ std::int32_t DtDatatypeFedNode::getCardinalityMaximum() const
 
 void DtDatatypeFedNode::setDerivedValues() const
 {
-    omt::TextScan text(myCardinality);
+    omtreader::TextScan text(myCardinality);
     myCardinalityMinimum = text.integer();
     if (text.isAt('+'))
     {

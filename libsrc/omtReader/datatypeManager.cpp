@@ -7,8 +7,6 @@
 #include "omtReader/byteDatatypeRep.h"
 #include "omtReader/charDatatypeRep.h"
 #include "omtReader/complexDatatypeNode.h"
-#include "omtReader/componentCount.h"
-#include "omtReader/conversionRooms.h"
 #include "omtReader/doubleLEDatatypeRep.h"
 #include "omtReader/enum16DatatypeRep.h"
 #include "omtReader/enum32DatatypeRep.h"
@@ -20,17 +18,19 @@
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/intLEDatatypeRep.h"
 #include "omtReader/longLEDatatypeRep.h"
-#include "omtReader/mappingFile.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTree.h"
-#include "omtReader/orphanCheck.h"
 #include "omtReader/shortLEDatatypeRep.h"
 #include "omtReader/simpleDatatypeNode.h"
-#include "omtReader/standardMapping.h"
 #include "omtReader/stringDatatypeRep.h"
 #include "omtReader/stringTree.h"
 #include "omtReader/utf16DatatypeRep.h"
 #include "omtReader/utf8DatatypeRep.h"
+#include "omtReader/values/componentCount.h"
+#include "omtReader/values/conversionRooms.h"
+#include "omtReader/values/mappingFile.h"
+#include "omtReader/values/orphanCheck.h"
+#include "omtReader/values/standardMapping.h"
 #include "omtReader/variantDatatypeNode.h"
 
 #include <cstdio>
@@ -40,8 +40,9 @@ namespace
 {
 
 /// Maps a name, and every simple datatype based on it that was not mapped itself.
-void mapWithSimpleDatatypes(omt::ConversionSettings& settings, DtDatatypeManager::NameMap& mappings,
-                            const DtString& name, const DtString& rep)
+void mapWithSimpleDatatypes(omtreader::ConversionSettings& settings,
+                            DtDatatypeManager::NameMap& mappings, const DtString& name,
+                            const DtString& rep)
 {
     mappings[name] = rep;
     ++settings.changes;
@@ -56,7 +57,7 @@ void mapWithSimpleDatatypes(omt::ConversionSettings& settings, DtDatatypeManager
 }
 
 template <typename Map>
-typename Map::mapped_type& entryOf(omt::ConversionSettings& settings, Map& map,
+typename Map::mapped_type& entryOf(omtreader::ConversionSettings& settings, Map& map,
                                    const DtString& name)
 {
     const auto [entry, isNew] = map.try_emplace(name);
@@ -67,8 +68,8 @@ typename Map::mapped_type& entryOf(omt::ConversionSettings& settings, Map& map,
 }  // namespace
 
 DtDatatypeManager::DtDatatypeManager()
-    : mySettings(std::make_unique<omt::ConversionSettings>()),
-      myRooms(std::make_unique<omt::ConversionRooms>(*this, *mySettings))
+    : mySettings(std::make_unique<omtreader::ConversionSettings>()),
+      myRooms(std::make_unique<omtreader::ConversionRooms>(*this, *mySettings))
 {
 }
 
@@ -127,7 +128,7 @@ DtOMTTree* DtDatatypeManager::omtTree()
 
 DtDatatypeManager::DtDatatypeEnum DtDatatypeManager::getDatatypeEnum(const DtString& datatype)
 {
-    omt::ResolvedDatatype& resolved = myRooms->resolver.find(datatype);
+    omtreader::ResolvedDatatype& resolved = myRooms->resolver.find(datatype);
     // A name that is asked for gets its place in the table.
     if (!resolved.kind) resolved.kind = &entryOf(*mySettings, mySettings->kinds, resolved.name);
     return *resolved.kind;
@@ -137,7 +138,7 @@ void DtDatatypeManager::checkOrphanMappings()
 {
     if (!mySettings->tree) return;
     DtOMTTree& tree = *mySettings->tree;
-    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
     myRooms->orphans->datatypes();
     const auto objectEnd = tree.getObjectClassNodeEnd();
     for (auto it = tree.getObjectClassNodeBegin(); it != objectEnd; ++it) checkObjOrphans(*it);
@@ -151,7 +152,7 @@ void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
 {
     if (!objectClass) return;
     const bool isWhole = myRooms->open().mayWalkClasses;
-    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
     const bool isNew = myRooms->orphans->objectClasses(*objectClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -162,7 +163,7 @@ void DtDatatypeManager::checkIntOrphans(DtInteractionClassFedNode* interactionCl
 {
     if (!interactionClass) return;
     const bool isWhole = myRooms->open().mayWalkClasses;
-    const omt::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
     const bool isNew = myRooms->orphans->interactionClasses(*interactionClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -413,7 +414,7 @@ void DtDatatypeManager::readFile(DtString path)
     DtlObjPtr mappings;
     {
         DtlFileInputStream stream(file);
-        if (!omt::readMappingList(stream, path, mappings)) return;
+        if (!omtreader::readMappingList(stream, path, mappings)) return;
     }
     processMappings(mappings);
     mySettings->isDirty = false;
@@ -421,21 +422,21 @@ void DtDatatypeManager::readFile(DtString path)
 
 void DtDatatypeManager::readStandardMappings()
 {
-    DtlStringInputStream stream(omt::standardMapping());
+    DtlStringInputStream stream(omtreader::standardMapping());
     DtlObjPtr mappings;
-    if (omt::readMappingList(stream, "standard.map", mappings)) processMappings(mappings);
+    if (omtreader::readMappingList(stream, "standard.map", mappings)) processMappings(mappings);
     mySettings->isDirty = false;
 }
 
 bool DtDatatypeManager::processMappings(DtlObjPtr& mappings)
 {
-    omt::applyMappings(*this, mappings);
+    omtreader::applyMappings(*this, mappings);
     return true;
 }
 
 void DtDatatypeManager::writeFile(DtString path)
 {
-    const DtString text = omt::mappingText(*mySettings);
+    const DtString text = omtreader::mappingText(*mySettings);
     std::FILE* const file = std::fopen(path.c_str(), "w");
     if (!file) return;
     std::fwrite(text.c_str(), 1, text.length(), file);
@@ -492,8 +493,8 @@ DtStringTree* DtDatatypeManager::createStringTreeRep(const DtDatatypeFedNode* no
 DtString DtDatatypeManager::convertStringTreeToString(DtStringTree* tree, const DtString& delimiter)
 {
     if (!tree) return DtString();
-    omt::ConversionRooms& rooms = myRooms->open();
-    const omt::CountedCall call(rooms.bounds, mySettings->nodeLimit);
+    omtreader::ConversionRooms& rooms = myRooms->open();
+    const omtreader::CountedCall call(rooms.bounds, mySettings->nodeLimit);
     return rooms.mayRenderAtOnce ? rooms.renderer.line(*tree, delimiter)
                                  : rooms.renderer.lineByParts(*tree, delimiter);
 }
@@ -551,8 +552,8 @@ void DtDatatypeManager::createFixedTreeRep(const DtString& datatype, const void*
                                            int& consumed, DtStringTree* parent, DtStringTree* root,
                                            unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.enter(&omt::ValueWalker::walkFixed, datatype, {data, length, consumed},
-                                 {parent, root, offset, history});
+    myRooms->open().walker.enter(&omtreader::ValueWalker::walkFixed, datatype,
+                                 {data, length, consumed}, {parent, root, offset, history});
 }
 
 void DtDatatypeManager::createComplexTreeRep(const DtString& datatype, const void* data, int length,
@@ -560,24 +561,24 @@ void DtDatatypeManager::createComplexTreeRep(const DtString& datatype, const voi
                                              DtStringTree* root, unsigned int offset,
                                              DtObjectHistory* history)
 {
-    myRooms->open().walker.enter(&omt::ValueWalker::walkComplex, datatype, {data, length, consumed},
-                                 {parent, root, offset, history});
+    myRooms->open().walker.enter(&omtreader::ValueWalker::walkComplex, datatype,
+                                 {data, length, consumed}, {parent, root, offset, history});
 }
 
 void DtDatatypeManager::createArrayTreeRep(const DtString& datatype, const void* data, int length,
                                            int& consumed, DtStringTree* parent, DtStringTree* root,
                                            unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.enter(&omt::ValueWalker::walkArray, datatype, {data, length, consumed},
-                                 {parent, root, offset, history});
+    myRooms->open().walker.enter(&omtreader::ValueWalker::walkArray, datatype,
+                                 {data, length, consumed}, {parent, root, offset, history});
 }
 
 void DtDatatypeManager::createDefinedTreeRep(const DtString& datatype, const void* data, int length,
                                              int& consumed, DtStringTree* node, DtStringTree* root,
                                              unsigned int offset, DtObjectHistory* history)
 {
-    myRooms->open().walker.enter(&omt::ValueWalker::walkDefined, datatype, {data, length, consumed},
-                                 {node, root, offset, history});
+    myRooms->open().walker.enter(&omtreader::ValueWalker::walkDefined, datatype,
+                                 {data, length, consumed}, {node, root, offset, history});
 }
 
 void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const void* data, int length,
@@ -585,8 +586,8 @@ void DtDatatypeManager::createVariantTreeRep(const DtString& datatype, const voi
                                              DtStringTree* root, unsigned int offset,
                                              DtObjectHistory* history)
 {
-    myRooms->open().walker.enter(&omt::ValueWalker::walkVariant, datatype, {data, length, consumed},
-                                 {parent, root, offset, history});
+    myRooms->open().walker.enter(&omtreader::ValueWalker::walkVariant, datatype,
+                                 {data, length, consumed}, {parent, root, offset, history});
 }
 
 int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const void* data,
@@ -598,7 +599,7 @@ int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const vo
 int DtDatatypeManager::getComplexDatatypeCount(DtComplexComponentNode* node, const void*, int,
                                                DtStringTree* root, DtStringTree* parent)
 {
-    return node ? omt::ComponentCount(myRooms->resolver).of(*node, root, parent) : 0;
+    return node ? omtreader::ComponentCount(myRooms->resolver).of(*node, root, parent) : 0;
 }
 
 // Alignment.

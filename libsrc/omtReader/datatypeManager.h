@@ -23,11 +23,11 @@ class DtOMTNode;
 class DtOMTTree;
 class DtStringTree;
 
-namespace omt
+namespace omtreader
 {
 class ConversionRooms;
 struct ConversionSettings;
-}  // namespace omt
+}  // namespace omtreader
 
 /// Decodes and encodes values as the datatypes of an object model and a user's mappings say.
 ///
@@ -340,8 +340,8 @@ public:
     int nodeLimit() const;
 
 private:
-    friend class omt::ConversionRooms;
+    friend class omtreader::ConversionRooms;
 
-    std::unique_ptr<omt::ConversionSettings> mySettings;
-    std::unique_ptr<omt::ConversionRooms> myRooms;
+    std::unique_ptr<omtreader::ConversionSettings> mySettings;
+    std::unique_ptr<omtreader::ConversionRooms> myRooms;
 };

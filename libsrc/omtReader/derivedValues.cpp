@@ -24,7 +24,7 @@ void deriveMembers(const Members& members)
 
 }  // namespace
 
-void omt::deriveAllValues(DtOMTTree& tree)
+void omtreader::deriveAllValues(DtOMTTree& tree)
 {
     for (auto node = tree.getObjectClassNodeBegin(); node != tree.getObjectClassNodeEnd(); ++node)
     {

@@ -4,11 +4,11 @@
 
 class DtOMTTree;
 
-namespace omt
+namespace omtreader
 {
 
 /// Asks every node of the tree for each value that it would otherwise work out, and remember,
 /// inside a reading operation.
 void deriveAllValues(DtOMTTree& tree);
 
-}  // namespace omt
+}  // namespace omtreader

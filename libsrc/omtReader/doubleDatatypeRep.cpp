@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/doubleDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<double, std::endian::big>;
+using Octets = omtreader::ScalarOctets<double, std::endian::big>;
 
 int DtDoubleDatatypeRep::defaultFloatPrecision = 5;
 

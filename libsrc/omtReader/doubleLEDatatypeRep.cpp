@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/doubleLEDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<double, std::endian::little>;
+using Octets = omtreader::ScalarOctets<double, std::endian::little>;
 
 int DtDoubleLEDatatypeRep::defaultFloatPrecision = 5;
 

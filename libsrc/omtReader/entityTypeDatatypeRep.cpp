@@ -2,7 +2,7 @@
 #include "omtReader/entityTypeDatatypeRep.h"
 
 #include "omtReader/disDictionary.h"
-#include "omtReader/recordOctets.h"
+#include "omtReader/values/recordOctets.h"
 
 namespace
 {
@@ -95,7 +95,7 @@ DtStringTree* DtEntityTypeDatatypeRep::createTreeRep(const void* position, int* 
     if (!record) return new DtStringTree;
     const DtEntityMapperKey key = readKey(record);
     const Names& names = namesOf(key);
-    std::vector<omt::RecordPart> parts;
+    std::vector<omtreader::RecordPart> parts;
     for (int level = 0; level <= theExtra; ++level)
     {
         const DtString& name = nameOf(names, level);
@@ -103,7 +103,7 @@ DtStringTree* DtEntityTypeDatatypeRep::createTreeRep(const void* position, int* 
         parts.push_back({theKeys[level], isNamed ? "Defined" : "octet",
                          static_cast<unsigned int>(level), isNamed ? name : DtString(key[level])});
     }
-    return omt::createChain(parts);
+    return omtreader::createChain(parts);
 }
 
 DtString DtEntityTypeDatatypeRep::originalStringRep(const void* position, int* consumed,

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/enum16DatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::uint16_t, std::endian::big>;
-using EncodedOctets = omt::ScalarOctets<std::uint16_t, std::endian::little>;
+using Octets = omtreader::ScalarOctets<std::uint16_t, std::endian::big>;
+using EncodedOctets = omtreader::ScalarOctets<std::uint16_t, std::endian::little>;
 
 DtEnum16DatatypeRep::DtEnum16DatatypeRep(bool isAligned) : DtEnumDatatypeRep(isAligned) {}
 DtEnum16DatatypeRep::~DtEnum16DatatypeRep() = default;

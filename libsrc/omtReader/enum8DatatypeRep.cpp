@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/enum8DatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 DtEnum8DatatypeRep::DtEnum8DatatypeRep() : DtEnumDatatypeRep(false) {}
 DtEnum8DatatypeRep::~DtEnum8DatatypeRep() = default;
@@ -19,7 +19,7 @@ DtString DtEnum8DatatypeRep::stringRep(const void* position, int* consumed) cons
 
 std::vector<char> DtEnum8DatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return omt::writeOctet(text.toInt());
+    return omtreader::writeOctet(text.toInt());
 }
 
 unsigned int DtEnum8DatatypeRep::byteAlignment() const
@@ -35,5 +35,5 @@ double DtEnum8DatatypeRep::numberRep(const void* position, int* consumed) const
 unsigned int DtEnum8DatatypeRep::enumVal(const void* position, int* consumed) const
 {
     if (position && consumed) *consumed = 1;
-    return omt::readOctet(position);
+    return omtreader::readOctet(position);
 }

@@ -43,7 +43,7 @@ public:
             myNumbers.find(numberOf(enumerator), [&](std::size_t place)
                            { return myEnumerators[place]->getNumber() == enumerator.getNumber(); });
         const std::size_t first = std::min(name, number);
-        return first == omt::PlaceTable::theNone ? nullptr : myEnumerators[first];
+        return first == omtreader::PlaceTable::theNone ? nullptr : myEnumerators[first];
     }
 
 private:
@@ -59,8 +59,8 @@ private:
 
     bool myIsSure = true;
     std::vector<const DtEnumerationNode*> myEnumerators;
-    omt::PlaceTable myNames;
-    omt::PlaceTable myNumbers;
+    omtreader::PlaceTable myNames;
+    omtreader::PlaceTable myNumbers;
 };
 
 namespace
@@ -121,19 +121,19 @@ void DtEnumeratedDatatypeNode::addEnumerationNode(DtEnumerationNode* enumerator)
     myEnumerators.add(enumerator);
     enumerator->myOwner = this;
     if (myClashIndex) myClashIndex->add(*enumerator);
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(const DtString& name) const
 {
-    return omt::firstWhere(myEnumerators.list(),
-                           [&](const auto& enumerator) { return enumerator.getEnum() == name; });
+    return omtreader::firstWhere(
+        myEnumerators.list(), [&](const auto& enumerator) { return enumerator.getEnum() == name; });
 }
 
 DtEnumerationNode* DtEnumeratedDatatypeNode::getEnumerationNode(int number) const
 {
-    return omt::firstWhere(myEnumerators.list(), [=](const auto& enumerator)
-                           { return enumerator.getNumber() == number; });
+    return omtreader::firstWhere(myEnumerators.list(), [=](const auto& enumerator)
+                                 { return enumerator.getNumber() == number; });
 }
 
 DtEnumeratedDatatypeNode::EnumerationList::const_iterator
@@ -152,7 +152,7 @@ std::int32_t DtEnumeratedDatatypeNode::getExpectedEnumerationSize() const
 {
     if (!myRepresentation.empty())
     {
-        const std::int32_t bits = omt::TextScan(myRepresentation).integer();
+        const std::int32_t bits = omtreader::TextScan(myRepresentation).integer();
         if (bits >= 1) return bits / 8;
         if (myRepresentation == "HLAoctet") return 1;
         if (myRepresentation.startsWith("HLAinteger16")) return 2;
@@ -172,11 +172,11 @@ const DtEnumerationNode* DtEnumeratedDatatypeNode::firstClash(const DtEnumeratio
         myClashIndex = std::make_unique<ClashIndex>(myEnumerators.list());
     if (myClashIndex && myClashIndex->isSure()) return myClashIndex->firstClash(enumerator);
 
-    return omt::firstWhere(myEnumerators.list(),
-                           [&](const DtEnumerationNode& other) {
-                               return other.getEnum() == enumerator.getEnum() ||
-                                      other.getNumber() == enumerator.getNumber();
-                           });
+    return omtreader::firstWhere(myEnumerators.list(),
+                                 [&](const DtEnumerationNode& other) {
+                                     return other.getEnum() == enumerator.getEnum() ||
+                                            other.getNumber() == enumerator.getNumber();
+                                 });
 }
 
 void DtEnumeratedDatatypeNode::forgetClashIndex()

@@ -36,5 +36,5 @@ void DtEnumerationNode::setNumber(int number)
 void DtEnumerationNode::reportChange()
 {
     if (myOwner) myOwner->forgetClashIndex();
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }

@@ -12,12 +12,12 @@ DtFixedDatatypeNode::~DtFixedDatatypeNode() = default;
 void DtFixedDatatypeNode::addComponentNode(DtFieldComponentNode* field)
 {
     myFields.add(field);
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 DtFieldComponentNode* DtFixedDatatypeNode::getComponentNode(const DtString& name) const
 {
-    return omt::firstNamed(myFields.list(), name);
+    return omtreader::firstNamed(myFields.list(), name);
 }
 
 DtFixedDatatypeNode::ComponentList::const_iterator DtFixedDatatypeNode::getComponentNodeList() const

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/floatDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<float, std::endian::big>;
+using Octets = omtreader::ScalarOctets<float, std::endian::big>;
 
 int DtFloatDatatypeRep::defaultFloatPrecision = 5;
 
@@ -26,7 +26,7 @@ DtString DtFloatDatatypeRep::stringRep(const void* position, int* consumed) cons
 
 std::vector<char> DtFloatDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(omt::readFloat(text));
+    return Octets::write(omtreader::readFloat(text));
 }
 
 unsigned int DtFloatDatatypeRep::byteAlignment() const

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/floatLEDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<float, std::endian::little>;
+using Octets = omtreader::ScalarOctets<float, std::endian::little>;
 
 int DtFloatLEDatatypeRep::defaultFloatPrecision = 5;
 
@@ -23,7 +23,7 @@ DtString DtFloatLEDatatypeRep::stringRep(const void* position, int* consumed) co
 
 std::vector<char> DtFloatLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(omt::readFloat(text));
+    return Octets::write(omtreader::readFloat(text));
 }
 
 double DtFloatLEDatatypeRep::numberRep(const void* position, int* consumed) const

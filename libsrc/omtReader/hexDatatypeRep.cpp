@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/hexDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
 #include <locale>
 #include <sstream>
@@ -22,7 +22,7 @@ DtString DtHexDatatypeRep::stringRep(const void* position, int* consumed) const
 {
     const void* const octet = readPosition(position, 1, 1, consumed);
     std::string text;
-    if (octet) omt::appendHexadecimal(text, omt::readOctet(octet));
+    if (octet) omtreader::appendHexadecimal(text, omtreader::readOctet(octet));
     return text;
 }
 
@@ -33,7 +33,7 @@ std::vector<char> DtHexDatatypeRep::valueFromStringRep(const DtString& text) con
     stream.imbue(std::locale::classic());
     std::uint32_t number = 0;
     stream >> std::hex >> number;
-    return omt::ScalarOctets<std::uint32_t, std::endian::native>::write(number);
+    return omtreader::ScalarOctets<std::uint32_t, std::endian::native>::write(number);
 }
 
 unsigned int DtHexDatatypeRep::byteAlignment() const
@@ -43,10 +43,10 @@ unsigned int DtHexDatatypeRep::byteAlignment() const
 
 std::int32_t DtHexDatatypeRep::intVal(const void* position) const
 {
-    return omt::readOctet(position);
+    return omtreader::readOctet(position);
 }
 
 double DtHexDatatypeRep::numberRep(const void* position, int* consumed) const
 {
-    return omt::readOctet(readPosition(position, 1, 1, consumed));
+    return omtreader::readOctet(readPosition(position, 1, 1, consumed));
 }

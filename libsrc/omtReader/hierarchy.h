@@ -6,7 +6,7 @@
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTree.h"
 
-namespace omt
+namespace omtreader
 {
 
 /// Object classes with attributes, or interaction classes with parameters.
@@ -71,4 +71,4 @@ struct Hierarchy<DtInteractionClassFedNode>
     static void addMember(Class& node, Member* member) { node.addParameter(member); }
 };
 
-}  // namespace omt
+}  // namespace omtreader

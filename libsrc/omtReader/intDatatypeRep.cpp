@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/intDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int32_t, std::endian::big>;
+using Octets = omtreader::ScalarOctets<std::int32_t, std::endian::big>;
 
 DtIntDatatypeRep::DtIntDatatypeRep(bool isAligned, bool isUnsigned)
     : DtDatatypeRep(isAligned), myIsUnsigned(isUnsigned)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/intLEDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int32_t, std::endian::little>;
+using Octets = omtreader::ScalarOctets<std::int32_t, std::endian::little>;
 
 DtIntLEDatatypeRep::DtIntLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtIntDatatypeRep(isAligned, isUnsigned)

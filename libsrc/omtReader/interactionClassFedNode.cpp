@@ -55,15 +55,15 @@ void DtInteractionClassFedNode::addChildInteraction(DtInteractionClassFedNode* c
 
 DtInteractionClassFedNode* DtInteractionClassFedNode::findChildInteraction(const char* path)
 {
-    return omt::findClass(this, path, myChildren,
-                          [](DtInteractionClassFedNode* child, const char* rest)
-                          { return child->findChildInteraction(rest); });
+    return omtreader::findClass(this, path, myChildren,
+                                [](DtInteractionClassFedNode* child, const char* rest)
+                                { return child->findChildInteraction(rest); });
 }
 
 DtParameterFedNode* DtInteractionClassFedNode::findParameter(const char* name) const
 {
-    return omt::firstWhere(myParameters.list(),
-                           [=](const auto& parameter) { return parameter.getName() == name; });
+    return omtreader::firstWhere(
+        myParameters.list(), [=](const auto& parameter) { return parameter.getName() == name; });
 }
 
 void DtInteractionClassFedNode::removeParameters()

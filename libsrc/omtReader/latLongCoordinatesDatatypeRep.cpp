@@ -3,12 +3,12 @@
 
 #include "geometry/dtAngle.h"
 #include "geometry/dtGeodeticCoord.h"
-#include "omtReader/recordOctets.h"
+#include "omtReader/values/recordOctets.h"
 
 #include <exception>
 
-using Octets = omt::VectorOctets<double>;
-using OriginalOctets = omt::VectorOctets<float>;
+using Octets = omtreader::VectorOctets<double>;
+using OriginalOctets = omtreader::VectorOctets<float>;
 
 namespace
 {
@@ -24,9 +24,9 @@ struct Texts
     {
         DtGeodeticCoord place(DtGlobalEllipsoid());
         place.setGeocentric(Octets::read(record));
-        latitude = omt::recordText(DtRad2Deg(place.lat()));
-        longitude = omt::recordText(DtRad2Deg(place.lon()));
-        altitude = omt::recordText(place.alt());
+        latitude = omtreader::recordText(DtRad2Deg(place.lat()));
+        longitude = omtreader::recordText(DtRad2Deg(place.lon()));
+        altitude = omtreader::recordText(place.alt());
     }
 };
 
@@ -74,7 +74,7 @@ DtStringTree* DtLatLongCoordinateDatatypeRep::createTreeRep(const void* position
     const void* const record = netValPtr(position, consumed);
     if (!record) return new DtStringTree;
     const Texts texts(record);
-    return omt::createChain({
+    return omtreader::createChain({
         {"Latitude",  "Defined", 0,  texts.latitude },
         {"Longitude", "Defined", 8,  texts.longitude},
         {"Altitude",  "Defined", 16, texts.altitude },
@@ -92,7 +92,7 @@ DtString DtLatLongCoordinateDatatypeRep::originalStringRep(const void* position,
     }
     catch (const std::exception&)
     {
-        return omt::theFailedRecord;
+        return omtreader::theFailedRecord;
     }
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/longDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int64_t, std::endian::big>;
+using Octets = omtreader::ScalarOctets<std::int64_t, std::endian::big>;
 
 DtLongDatatypeRep::DtLongDatatypeRep(bool isAligned, bool isUnsigned)
     : DtNumberDatatypeRep(isAligned), myIsUnsigned(isUnsigned)

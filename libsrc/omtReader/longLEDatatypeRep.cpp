@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/longLEDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int64_t, std::endian::little>;
+using Octets = omtreader::ScalarOctets<std::int64_t, std::endian::little>;
 
 DtLongLEDatatypeRep::DtLongLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtLongDatatypeRep(isAligned, isUnsigned)

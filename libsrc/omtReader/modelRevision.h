@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace omt
+namespace omtreader
 {
 
 /// Grows with every change, in any model of the process, of what decoding looks up or works out
@@ -23,4 +23,4 @@ inline std::uint64_t modelRevision() noexcept
     return theModelRevision.load(std::memory_order_relaxed);
 }
 
-}  // namespace omt
+}  // namespace omtreader

@@ -4,7 +4,7 @@
 
 #include "util/dtString.h"
 
-namespace omt
+namespace omtreader
 {
 
 /// The first node of a list for which the test holds, or null. Null entries are passed over.
@@ -22,4 +22,4 @@ typename List::value_type firstNamed(const List& nodes, const DtString& name)
     return firstWhere(nodes, [&](auto& node) { return node.getName() == name; });
 }
 
-}  // namespace omt
+}  // namespace omtreader

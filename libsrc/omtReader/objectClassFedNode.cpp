@@ -52,9 +52,9 @@ void DtObjectClassFedNode::addChildObject(DtObjectClassFedNode* child)
 
 DtObjectClassFedNode* DtObjectClassFedNode::findChildObject(const char* path)
 {
-    return omt::findClass(this, path, myChildren,
-                          [](DtObjectClassFedNode* child, const char* rest)
-                          { return child->findChildObject(rest); });
+    return omtreader::findClass(this, path, myChildren,
+                                [](DtObjectClassFedNode* child, const char* rest)
+                                { return child->findChildObject(rest); });
 }
 
 DtAttributeFedNode* DtObjectClassFedNode::findAttribute(const char* name) const

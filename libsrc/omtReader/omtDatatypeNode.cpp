@@ -11,5 +11,5 @@ DtOMTDatatypeNode::~DtOMTDatatypeNode() = default;
 void DtOMTDatatypeNode::setDatatype(const DtString& datatype)
 {
     myDatatype = datatype;
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }

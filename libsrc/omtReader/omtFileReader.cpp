@@ -8,10 +8,10 @@
 //   ...       the words of every kind of clause are in the tables below
 #include "omtReader/omtFileReader.h"
 
-#include "omtReader/classLinks.h"
-#include "omtReader/clauseVocabulary.h"
 #include "omtReader/complexDatatypeNode.h"
-#include "omtReader/handOver.h"
+#include "omtReader/formats/classLinks.h"
+#include "omtReader/formats/clauseVocabulary.h"
+#include "omtReader/formats/handOver.h"
 #include "omtReader/omtTreePtr.h"
 
 #include <cstdio>
@@ -19,7 +19,7 @@
 namespace
 {
 
-using namespace omt;
+using namespace omtreader;
 using Reader = DtOMTFileReader;
 
 constexpr ClauseSection theSections[] = {

@@ -11,7 +11,7 @@ DtOMTNode& DtOMTNode::operator=(const DtOMTNode& other)
 {
     myName = other.myName;
     myNote = other.myNote;
-    omt::noteModelChange();
+    omtreader::noteModelChange();
     return *this;
 }
 
@@ -20,5 +20,5 @@ DtOMTNode::~DtOMTNode() = default;
 void DtOMTNode::setName(const DtString& name)
 {
     myName = name;
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }

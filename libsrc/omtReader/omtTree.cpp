@@ -44,20 +44,21 @@ void append(std::list<Node*>& nodes, Node* node)
 {
     if (!node) return;
     nodes.push_back(node);
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 template <typename Class>
 Class* firstOfFullName(const std::list<Class*>& classes, const DtString& name)
 {
-    return omt::firstWhere(classes, [&](const Class& node) { return node.getFullName() == name; });
+    return omtreader::firstWhere(classes,
+                                 [&](const Class& node) { return node.getFullName() == name; });
 }
 
 template <typename Class>
 Class* firstOfIdentifier(const std::list<Class*>& classes, int identifier)
 {
-    return omt::firstWhere(classes,
-                           [=](Class& node) { return node.getIdentifier() == identifier; });
+    return omtreader::firstWhere(classes,
+                                 [=](Class& node) { return node.getIdentifier() == identifier; });
 }
 
 /// Lends a tree a finder for the classes of one hierarchy, for as long as that is merged.
@@ -65,11 +66,11 @@ template <typename Class>
 class WhileMerging
 {
 public:
-    using Finder = std::unique_ptr<omt::ClassFinder<Class>>;
+    using Finder = std::unique_ptr<omtreader::ClassFinder<Class>>;
 
     WhileMerging(DtOMTTree& tree, Finder& place) : myPlace(place)
     {
-        myPlace = omt::ClassFinder<Class>::forTree(tree);
+        myPlace = omtreader::ClassFinder<Class>::forTree(tree);
     }
     ~WhileMerging() { myPlace.reset(); }
     WhileMerging(const WhileMerging&) = delete;
@@ -80,46 +81,46 @@ private:
 };
 
 // The tables that are merged by name.
-constexpr omt::Table<DtBasicDataRepresentationNode> theBasicDataRepresentationTable = {
+constexpr omtreader::Table<DtBasicDataRepresentationNode> theBasicDataRepresentationTable = {
     &DtOMTTree::getBasicDataRepresentationNodeList, &DtOMTTree::getBasicDataRepresentationEndNode,
     &DtOMTTree::getBasicDataRepresentationNode, &DtOMTTree::addBasicDataRepresentationNode};
-constexpr omt::Table<DtVariantDatatypeNode> theVariantDatatypeTable = {
+constexpr omtreader::Table<DtVariantDatatypeNode> theVariantDatatypeTable = {
     &DtOMTTree::getVariantDatatypeNodeList, &DtOMTTree::getVariantDatatypeEndNode,
     &DtOMTTree::getVariantDatatypeNode, &DtOMTTree::addVariantDatatypeNode};
-constexpr omt::Table<DtFixedDatatypeNode> theFixedDatatypeTable = {
+constexpr omtreader::Table<DtFixedDatatypeNode> theFixedDatatypeTable = {
     &DtOMTTree::getFixedDatatypeNodeList, &DtOMTTree::getFixedDatatypeEndNode,
     &DtOMTTree::getFixedDatatypeNode, &DtOMTTree::addFixedDatatypeNode};
-constexpr omt::Table<DtSimpleDatatypeNode> theSimpleDatatypeTable = {
+constexpr omtreader::Table<DtSimpleDatatypeNode> theSimpleDatatypeTable = {
     &DtOMTTree::getSimpleDatatypeNodeList, &DtOMTTree::getSimpleDatatypeEndNode,
     &DtOMTTree::getSimpleDatatypeNode, &DtOMTTree::addSimpleDatatypeNode};
-constexpr omt::Table<DtComplexDatatypeNode> theComplexDatatypeTable = {
+constexpr omtreader::Table<DtComplexDatatypeNode> theComplexDatatypeTable = {
     &DtOMTTree::getComplexDatatypeNodeList, &DtOMTTree::getComplexDatatypeEndNode,
     &DtOMTTree::getComplexDatatypeNode, &DtOMTTree::addComplexDatatypeNode};
-constexpr omt::Table<DtArrayDatatypeNode> theArrayDatatypeTable = {
+constexpr omtreader::Table<DtArrayDatatypeNode> theArrayDatatypeTable = {
     &DtOMTTree::getArrayDatatypeNodeList, &DtOMTTree::getArrayDatatypeEndNode,
     &DtOMTTree::getArrayDatatypeNode, &DtOMTTree::addArrayDatatypeNode};
-constexpr omt::Table<DtEnumeratedDatatypeNode> theEnumeratedDatatypeTable = {
+constexpr omtreader::Table<DtEnumeratedDatatypeNode> theEnumeratedDatatypeTable = {
     &DtOMTTree::getEnumeratedDatatypeNodeList, &DtOMTTree::getEnumeratedDatatypeEndNode,
     &DtOMTTree::getEnumeratedDatatypeNode, &DtOMTTree::addEnumeratedDatatypeNode};
-constexpr omt::Table<DtSynchroNode> theSynchroTable = {
+constexpr omtreader::Table<DtSynchroNode> theSynchroTable = {
     &DtOMTTree::getSynchroNodeList, &DtOMTTree::getSynchroEndNode, &DtOMTTree::getSynchroNode,
     &DtOMTTree::addSynchroNode};
-constexpr omt::Table<DtDescriptionNode> theTransportationTable = {
+constexpr omtreader::Table<DtDescriptionNode> theTransportationTable = {
     &DtOMTTree::getTransportationNodeList, &DtOMTTree::getTransportationEndNode,
     &DtOMTTree::getTransportationNode, &DtOMTTree::addTransportationNode};
-constexpr omt::Table<DtDimensionNode> theDimensionTable = {
+constexpr omtreader::Table<DtDimensionNode> theDimensionTable = {
     &DtOMTTree::getDimensionNodeList, &DtOMTTree::getDimensionEndNode, &DtOMTTree::getDimensionNode,
     &DtOMTTree::addDimensionNode};
-constexpr omt::Table<DtUpdateRateNode> theUpdateRateTable = {
+constexpr omtreader::Table<DtUpdateRateNode> theUpdateRateTable = {
     &DtOMTTree::getUpdateRateNodeList, &DtOMTTree::getUpdateRateEndNode,
     &DtOMTTree::getUpdateRateNode, &DtOMTTree::addUpdateRateNode};
-constexpr omt::Table<DtTagNode> theTagTable = {&DtOMTTree::getTagNodeList,
-                                               &DtOMTTree::getTagEndNode, &DtOMTTree::getTagNode,
-                                               &DtOMTTree::addTagNode};
-constexpr omt::Table<DtBoolAttrNode> theSwitchTable = {
+constexpr omtreader::Table<DtTagNode> theTagTable = {
+    &DtOMTTree::getTagNodeList, &DtOMTTree::getTagEndNode, &DtOMTTree::getTagNode,
+    &DtOMTTree::addTagNode};
+constexpr omtreader::Table<DtBoolAttrNode> theSwitchTable = {
     &DtOMTTree::getSwitchNodeList, &DtOMTTree::getSwitchEndNode, &DtOMTTree::getSwitchNode,
     &DtOMTTree::addSwitchNode};
-constexpr omt::Table<DtNoteNode> theNoteTable = {
+constexpr omtreader::Table<DtNoteNode> theNoteTable = {
     &DtOMTTree::getNoteNodeList, &DtOMTTree::getNoteEndNode, nullptr, &DtOMTTree::addNoteNode};
 
 }  // namespace
@@ -181,7 +182,7 @@ void DtOMTTree::addBasicDataRepresentationNode(DtBasicDataRepresentationNode* no
 
 DtBasicDataRepresentationNode* DtOMTTree::getBasicDataRepresentationNode(const DtString& name)
 {
-    return omt::firstNamed(myBasicDataRepresentations, name);
+    return omtreader::firstNamed(myBasicDataRepresentations, name);
 }
 
 DtOMTTree::NodeList<DtBasicDataRepresentationNode>::iterator
@@ -203,7 +204,7 @@ void DtOMTTree::addVariantDatatypeNode(DtVariantDatatypeNode* node)
 
 DtVariantDatatypeNode* DtOMTTree::getVariantDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(myVariantDatatypes, name);
+    return omtreader::firstNamed(myVariantDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtVariantDatatypeNode>::iterator DtOMTTree::getVariantDatatypeNodeList()
@@ -223,7 +224,7 @@ void DtOMTTree::addFixedDatatypeNode(DtFixedDatatypeNode* node)
 
 DtFixedDatatypeNode* DtOMTTree::getFixedDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(myFixedDatatypes, name);
+    return omtreader::firstNamed(myFixedDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtFixedDatatypeNode>::iterator DtOMTTree::getFixedDatatypeNodeList()
@@ -243,7 +244,7 @@ void DtOMTTree::addSimpleDatatypeNode(DtSimpleDatatypeNode* node)
 
 DtSimpleDatatypeNode* DtOMTTree::getSimpleDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(mySimpleDatatypes, name);
+    return omtreader::firstNamed(mySimpleDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtSimpleDatatypeNode>::iterator DtOMTTree::getSimpleDatatypeNodeList()
@@ -263,7 +264,7 @@ void DtOMTTree::addComplexDatatypeNode(DtComplexDatatypeNode* node)
 
 DtComplexDatatypeNode* DtOMTTree::getComplexDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(myComplexDatatypes, name);
+    return omtreader::firstNamed(myComplexDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtComplexDatatypeNode>::iterator DtOMTTree::getComplexDatatypeNodeList()
@@ -283,7 +284,7 @@ void DtOMTTree::addArrayDatatypeNode(DtArrayDatatypeNode* node)
 
 DtArrayDatatypeNode* DtOMTTree::getArrayDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(myArrayDatatypes, name);
+    return omtreader::firstNamed(myArrayDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtArrayDatatypeNode>::iterator DtOMTTree::getArrayDatatypeNodeList()
@@ -303,7 +304,7 @@ void DtOMTTree::addEnumeratedDatatypeNode(DtEnumeratedDatatypeNode* node)
 
 DtEnumeratedDatatypeNode* DtOMTTree::getEnumeratedDatatypeNode(const DtString& name)
 {
-    return omt::firstNamed(myEnumeratedDatatypes, name);
+    return omtreader::firstNamed(myEnumeratedDatatypes, name);
 }
 
 DtOMTTree::NodeList<DtEnumeratedDatatypeNode>::iterator DtOMTTree::getEnumeratedDatatypeNodeList()
@@ -323,12 +324,12 @@ void DtOMTTree::addNoteNode(DtNoteNode* node)
 
 DtNoteNode* DtOMTTree::getNoteNode(int number)
 {
-    return omt::firstWhere(myNotes, [=](auto& note) { return note.getNumber() == number; });
+    return omtreader::firstWhere(myNotes, [=](auto& note) { return note.getNumber() == number; });
 }
 
 DtNoteNode* DtOMTTree::getNoteNode(DtString label)
 {
-    return omt::firstWhere(myNotes, [&](auto& note) { return note.getLabel() == label; });
+    return omtreader::firstWhere(myNotes, [&](auto& note) { return note.getLabel() == label; });
 }
 
 DtOMTTree::NodeList<DtNoteNode>::iterator DtOMTTree::getNoteNodeList()
@@ -348,7 +349,7 @@ void DtOMTTree::addUpdateRateNode(DtUpdateRateNode* node)
 
 DtUpdateRateNode* DtOMTTree::getUpdateRateNode(const DtString& name)
 {
-    return omt::firstNamed(myUpdateRates, name);
+    return omtreader::firstNamed(myUpdateRates, name);
 }
 
 DtOMTTree::NodeList<DtUpdateRateNode>::iterator DtOMTTree::getUpdateRateNodeList()
@@ -445,7 +446,7 @@ void DtOMTTree::addSwitchNode(DtBoolAttrNode* node)
 
 DtBoolAttrNode* DtOMTTree::getSwitchNode(const DtString& name)
 {
-    return omt::firstNamed(mySwitches, name);
+    return omtreader::firstNamed(mySwitches, name);
 }
 
 DtOMTTree::NodeList<DtBoolAttrNode>::iterator DtOMTTree::getSwitchNodeList()
@@ -465,7 +466,7 @@ void DtOMTTree::addTransportationNode(DtDescriptionNode* node)
 
 DtDescriptionNode* DtOMTTree::getTransportationNode(const DtString& name)
 {
-    return omt::firstNamed(myTransportations, name);
+    return omtreader::firstNamed(myTransportations, name);
 }
 
 DtOMTTree::NodeList<DtDescriptionNode>::iterator DtOMTTree::getTransportationNodeList()
@@ -485,7 +486,7 @@ void DtOMTTree::addDimensionNode(DtDimensionNode* node)
 
 DtDimensionNode* DtOMTTree::getDimensionNode(const DtString& name)
 {
-    return omt::firstNamed(myDimensions, name);
+    return omtreader::firstNamed(myDimensions, name);
 }
 
 DtOMTTree::NodeList<DtDimensionNode>::iterator DtOMTTree::getDimensionNodeList()
@@ -505,7 +506,7 @@ void DtOMTTree::addSynchroNode(DtSynchroNode* node)
 
 DtSynchroNode* DtOMTTree::getSynchroNode(const DtString& name)
 {
-    return omt::firstNamed(mySynchros, name);
+    return omtreader::firstNamed(mySynchros, name);
 }
 
 DtOMTTree::NodeList<DtSynchroNode>::iterator DtOMTTree::getSynchroNodeList()
@@ -525,7 +526,7 @@ void DtOMTTree::addTagNode(DtTagNode* node)
 
 DtTagNode* DtOMTTree::getTagNode(const DtString& name)
 {
-    return omt::firstNamed(myTags, name);
+    return omtreader::firstNamed(myTags, name);
 }
 
 DtOMTTree::NodeList<DtTagNode>::iterator DtOMTTree::getTagNodeList()
@@ -563,12 +564,12 @@ void DtOMTTree::merge(DtOMTTree* source)
 
 DtObjectClassFedNode* DtOMTTree::mergeObjectNode(const DtObjectClassFedNode& source)
 {
-    return omt::mergeClass(*this, source, myObjectClassFinder.get());
+    return omtreader::mergeClass(*this, source, myObjectClassFinder.get());
 }
 
 DtInteractionClassFedNode* DtOMTTree::mergeInteractionNode(const DtInteractionClassFedNode& source)
 {
-    return omt::mergeClass(*this, source, myInteractionClassFinder.get());
+    return omtreader::mergeClass(*this, source, myInteractionClassFinder.get());
 }
 
 void DtOMTTree::mergeModelIdentification(DtOMTTree* source)
@@ -596,23 +597,23 @@ void DtOMTTree::mergeInteractions(DtOMTTree* source)
 
 void DtOMTTree::mergeDatatypes(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theBasicDataRepresentationTable);
-    omt::mergeTable(*this, *source, theVariantDatatypeTable);
-    omt::mergeTable(*this, *source, theFixedDatatypeTable);
-    omt::mergeTable(*this, *source, theSimpleDatatypeTable);
-    omt::mergeTable(*this, *source, theComplexDatatypeTable);
-    omt::mergeTable(*this, *source, theArrayDatatypeTable);
-    omt::mergeTable(*this, *source, theEnumeratedDatatypeTable);
+    omtreader::mergeTable(*this, *source, theBasicDataRepresentationTable);
+    omtreader::mergeTable(*this, *source, theVariantDatatypeTable);
+    omtreader::mergeTable(*this, *source, theFixedDatatypeTable);
+    omtreader::mergeTable(*this, *source, theSimpleDatatypeTable);
+    omtreader::mergeTable(*this, *source, theComplexDatatypeTable);
+    omtreader::mergeTable(*this, *source, theArrayDatatypeTable);
+    omtreader::mergeTable(*this, *source, theEnumeratedDatatypeTable);
 }
 
 void DtOMTTree::mergeDimensions(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theDimensionTable);
+    omtreader::mergeTable(*this, *source, theDimensionTable);
 }
 
 void DtOMTTree::mergeNotes(DtOMTTree* source)
 {
-    omt::mergeTable(
+    omtreader::mergeTable(
         *this, *source, theNoteTable,
         [](const DtNoteNode& note) -> const DtString& { return note.getLabel(); },
         [](DtOMTTree& tree, const DtString& label) { return tree.getNoteNode(label); });
@@ -620,32 +621,32 @@ void DtOMTTree::mergeNotes(DtOMTTree* source)
 
 void DtOMTTree::mergeSyncPoints(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theSynchroTable);
+    omtreader::mergeTable(*this, *source, theSynchroTable);
 }
 
 void DtOMTTree::mergeTransportations(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theTransportationTable);
+    omtreader::mergeTable(*this, *source, theTransportationTable);
 }
 
 void DtOMTTree::mergeUpdateRates(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theUpdateRateTable);
+    omtreader::mergeTable(*this, *source, theUpdateRateTable);
 }
 
 void DtOMTTree::mergeTags(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theTagTable);
+    omtreader::mergeTable(*this, *source, theTagTable);
 }
 
 void DtOMTTree::mergeSwitches(DtOMTTree* source)
 {
-    omt::mergeTable(*this, *source, theSwitchTable);
+    omtreader::mergeTable(*this, *source, theSwitchTable);
 }
 
 void DtOMTTree::prepareForSharing()
 {
-    omt::deriveAllValues(*this);
+    omtreader::deriveAllValues(*this);
 }
 
 void DtOMTTree::deleteAuxiliaryTables()

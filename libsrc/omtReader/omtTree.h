@@ -28,7 +28,7 @@ class DtTimeRepNode;
 class DtUpdateRateNode;
 class DtVariantDatatypeNode;
 
-namespace omt
+namespace omtreader
 {
 template <typename Class>
 class ClassFinder;
@@ -317,6 +317,6 @@ private:
     DtHLAProtocolVersion myHlaVersion = DtHlaUnset;
 
     // Only while classes are being merged.
-    std::unique_ptr<omt::ClassFinder<DtObjectClassFedNode>> myObjectClassFinder;
-    std::unique_ptr<omt::ClassFinder<DtInteractionClassFedNode>> myInteractionClassFinder;
+    std::unique_ptr<omtreader::ClassFinder<DtObjectClassFedNode>> myObjectClassFinder;
+    std::unique_ptr<omtreader::ClassFinder<DtInteractionClassFedNode>> myInteractionClassFinder;
 };

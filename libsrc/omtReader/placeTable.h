@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace omt
+namespace omtreader
 {
 
 /// The places of entries in some list, found by the hash of a key.
@@ -80,4 +80,4 @@ private:
     std::size_t mySize = 0;
 };
 
-}  // namespace omt
+}  // namespace omtreader

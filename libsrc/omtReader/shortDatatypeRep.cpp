@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/shortDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int16_t, std::endian::big>;
+using Octets = omtreader::ScalarOctets<std::int16_t, std::endian::big>;
 
 DtShortDatatypeRep::DtShortDatatypeRep(bool isAligned, bool isUnsigned)
     : DtNumberDatatypeRep(isAligned), myIsUnsigned(isUnsigned)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/shortLEDatatypeRep.h"
 
-#include "omtReader/scalarOctets.h"
+#include "omtReader/values/scalarOctets.h"
 
-using Octets = omt::ScalarOctets<std::int16_t, std::endian::little>;
+using Octets = omtreader::ScalarOctets<std::int16_t, std::endian::little>;
 
 DtShortLEDatatypeRep::DtShortLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtShortDatatypeRep(isAligned, isUnsigned)

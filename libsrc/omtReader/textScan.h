@@ -10,7 +10,7 @@
 #include <locale>
 #include <sstream>
 
-namespace omt
+namespace omtreader
 {
 
 /// A text stream over a short text. White space in front of a number or word is skipped; what
@@ -65,4 +65,4 @@ inline std::int32_t integerOfAnyBase(const DtString& text)
     return static_cast<std::int32_t>(value);
 }
 
-}  // namespace omt
+}  // namespace omtreader

@@ -2,9 +2,9 @@
 #include "omtReader/topoCoordinateDatatypeRep.h"
 
 #include "omtReader/datatypeManager.h"
-#include "omtReader/recordOctets.h"
+#include "omtReader/values/recordOctets.h"
 
-using Octets = omt::VectorOctets<float>;
+using Octets = omtreader::VectorOctets<float>;
 
 DtTopoCoordinateDatatypeRep::DtTopoCoordinateDatatypeRep(DtDatatypeManager& manager)
     : DtDefinedDatatypeRep(manager.isImplicitPaddingEnabled()), myManager(&manager)
@@ -21,7 +21,7 @@ const char* DtTopoCoordinateDatatypeRep::datatype() const
 DtString DtTopoCoordinateDatatypeRep::stringRep(const void* position, int* consumed) const
 {
     netValPtr(position, consumed);
-    return omt::theFailedRecord;
+    return omtreader::theFailedRecord;
 }
 
 std::vector<char> DtTopoCoordinateDatatypeRep::valueFromStringRep(const DtString&) const
@@ -51,7 +51,7 @@ DtString DtTopoCoordinateDatatypeRep::originalStringRep(const void* position, in
                                                         DtObjectHistory*) const
 {
     const void* const record = netValPtr(position, consumed);
-    return record ? Octets::text(record) : DtString(omt::theFailedRecord);
+    return record ? Octets::text(record) : DtString(omtreader::theFailedRecord);
 }
 
 const void* DtTopoCoordinateDatatypeRep::netValPtr(const void* position, int* consumed) const

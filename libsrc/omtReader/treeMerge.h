@@ -8,7 +8,7 @@
 #include <typeinfo>
 #include <vector>
 
-namespace omt
+namespace omtreader
 {
 
 /// Merges a class and all below it into the tree; gives the class if it is new there, else null.
@@ -114,4 +114,4 @@ void mergeTable(DtOMTTree& tree, DtOMTTree& source, const Table<Node>& table)
         [&table](DtOMTTree& where, const DtString& name) { return (where.*table.find)(name); });
 }
 
-}  // namespace omt
+}  // namespace omtreader

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/utf16DatatypeRep.h"
 
-#include "omtReader/asciiConversion.h"
+#include "omtReader/values/asciiConversion.h"
 
 static constexpr unsigned int theWidth = 2;
 
@@ -21,12 +21,12 @@ DtString DtUtf16DatatypeRep::stringRep(const void* position, int* consumed) cons
 {
     const void* const unit = readPosition(position, 1, theWidth, consumed);
     if (!unit) return {};
-    return omt::readAscii("UTF-16BE", {static_cast<const char*>(unit), theWidth});
+    return omtreader::readAscii("UTF-16BE", {static_cast<const char*>(unit), theWidth});
 }
 
 std::vector<char> DtUtf16DatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return omt::writeAscii(text, "UTF-16BE", " ");
+    return omtreader::writeAscii(text, "UTF-16BE", " ");
 }
 
 unsigned int DtUtf16DatatypeRep::byteAlignment() const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/utf8DatatypeRep.h"
 
-#include "omtReader/asciiConversion.h"
+#include "omtReader/values/asciiConversion.h"
 
 DtUtf8DatatypeRep::DtUtf8DatatypeRep() : DtDatatypeRep(false)
 {
@@ -24,7 +24,7 @@ DtString DtUtf8DatatypeRep::stringRep(const void* position, int* consumed) const
     {
         const char* stop = start;
         while (!isStop(*stop)) ++stop;
-        text = omt::readAscii("UTF-8", {start, static_cast<std::size_t>(stop - start) + 1});
+        text = omtreader::readAscii("UTF-8", {start, static_cast<std::size_t>(stop - start) + 1});
     }
     if (consumed) *consumed = static_cast<int>(text.length());
     return text;
@@ -32,7 +32,7 @@ DtString DtUtf8DatatypeRep::stringRep(const void* position, int* consumed) const
 
 std::vector<char> DtUtf8DatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return omt::writeAscii(text, "UTF-8", "");
+    return omtreader::writeAscii(text, "UTF-8", "");
 }
 
 unsigned int DtUtf8DatatypeRep::byteAlignment() const

@@ -13,12 +13,12 @@ DtVariantDatatypeNode::~DtVariantDatatypeNode() = default;
 void DtVariantDatatypeNode::addComponentNode(DtAlternativeComponentNode* alternative)
 {
     myAlternatives.add(alternative);
-    omt::noteModelChange();
+    omtreader::noteModelChange();
 }
 
 DtAlternativeComponentNode* DtVariantDatatypeNode::getComponentNode(const DtString& name) const
 {
-    return omt::firstNamed(myAlternatives.list(), name);
+    return omtreader::firstNamed(myAlternatives.list(), name);
 }
 
 DtVariantDatatypeNode::ComponentList::const_iterator DtVariantDatatypeNode::getComponentNodeList()

@@ -6,15 +6,15 @@
 #include "omtReader/basicDataRepresentationNode.h"
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
+#include "omtReader/formats/xmlClassTree.h"
+#include "omtReader/formats/xmlWords.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/omtTreePtr.h"
-#include "omtReader/xmlClassTree.h"
-#include "omtReader/xmlWords.h"
 
 namespace
 {
 
-using namespace omt;
+using namespace omtreader;
 using Reader = DtXML1516FileReader;
 
 constexpr Section<Reader, xmlAttr> theIdentification[] = {

@@ -6,16 +6,16 @@
 #include "omtReader/basicDataRepresentationNode.h"
 #include "omtReader/boolAttrNode.h"
 #include "omtReader/descriptionNode.h"
+#include "omtReader/formats/xmlClassTree.h"
+#include "omtReader/formats/xmlWords.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/omtTreePtr.h"
 #include "omtReader/updateRateNode.h"
-#include "omtReader/xmlClassTree.h"
-#include "omtReader/xmlWords.h"
 
 namespace
 {
 
-using namespace omt;
+using namespace omtreader;
 using Reader = DtXMLEvolvedFileReader;
 
 constexpr Section<Reader, xmlNode> theSections[] = {

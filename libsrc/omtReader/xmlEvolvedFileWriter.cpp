@@ -4,10 +4,10 @@
 #include "omtReader/xmlEvolvedFileWriter.h"
 
 #include "omtReader/boolAttrNode.h"
+#include "omtReader/formats/xmlDocument.h"
+#include "omtReader/formats/xmlEvolvedRows.h"
+#include "omtReader/formats/xmlText.h"
 #include "omtReader/hierarchy.h"
-#include "omtReader/xmlDocument.h"
-#include "omtReader/xmlEvolvedRows.h"
-#include "omtReader/xmlText.h"
 #include "util/dtMessages.h"
 
 #include <libxml/parser.h>
@@ -22,7 +22,7 @@
 namespace
 {
 
-using namespace omt::evolved;
+using namespace omtreader::evolved;
 
 constexpr char theNamespace[] = "http://standards.ieee.org/IEEE1516-2010";
 constexpr char theInstanceNamespace[] = "http://www.w3.org/2001/XMLSchema-instance";
@@ -80,7 +80,7 @@ DtString indented(const DtString& text)
         XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
     if (text.length() > std::size_t{std::numeric_limits<int>::max()}) return text;
     const int length = static_cast<int>(text.length());
-    const omt::XmlDocument document(
+    const omtreader::XmlDocument document(
         xmlReadMemory(text.c_str(), length, nullptr, "utf-8", theOptions));
     if (!document) return text;
 
@@ -108,9 +108,9 @@ bool replaceFile(const char* name, const DtString& text)
 template <typename Write>
 void DtXMLEvolvedFileWriter::withXmlText(const DtString& text, Write write)
 {
-    if (omt::isXmlText(text.view())) return write(xmlChars(text.c_str()));
+    if (omtreader::isXmlText(text.view())) return write(xmlChars(text.c_str()));
     ++myChangedTexts;
-    write(xmlChars(omt::toXmlText(text.view()).c_str()));
+    write(xmlChars(omtreader::toXmlText(text.view()).c_str()));
 }
 
 template <typename Node, typename Rows>
@@ -154,7 +154,7 @@ void DtXMLEvolvedFileWriter::writeSection(const char* name, Place place, Place e
 template <typename Class>
 void DtXMLEvolvedFileWriter::writeClasses(Class* top, void (DtXMLEvolvedFileWriter::*start)(Class*))
 {
-    using H = omt::Hierarchy<Class>;
+    using H = omtreader::Hierarchy<Class>;
     (this->*start)(top);
     std::vector childrenToWrite = {std::pair(H::children(*top).begin(), H::children(*top).end())};
     while (!childrenToWrite.empty())
@@ -474,7 +474,7 @@ void DtXMLEvolvedFileWriter::startElement(const char* name)
 
 void DtXMLEvolvedFileWriter::startElementNamedAfter(const DtOMTNode& node)
 {
-    const std::string name = omt::toXmlName(node.getName().view());
+    const std::string name = omtreader::toXmlName(node.getName().view());
     if (node.getName() != name.c_str()) ++myChangedTexts;
     startElement(name.c_str());
 }

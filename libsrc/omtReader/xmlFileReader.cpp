@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/xmlFileReader.h"
 
+#include "omtReader/formats/xmlDocument.h"
 #include "omtReader/omtTreePtr.h"
 #include "omtReader/standardMIM.h"
 #include "omtReader/xml1516FileReader.h"
-#include "omtReader/xmlDocument.h"
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "util/dtAssert.h"
 #include "util/dtMessages.h"
@@ -24,8 +24,8 @@ const xmlChar* xmlText(const char* text)
 }
 
 /// Gives a document with a root element to the caller, or says that it has none.
-DtFedReadStatus handOver(omt::XmlDocument document, _xmlDoc** newXmlDocTree, const char* noRoot,
-                         DtString& error)
+DtFedReadStatus handOver(omtreader::XmlDocument document, _xmlDoc** newXmlDocTree,
+                         const char* noRoot, DtString& error)
 {
     if (!xmlDocGetRootElement(document.get()))
     {
@@ -61,7 +61,7 @@ DtOMTTree* DtXMLFileReader::readFile(const DtFilename& name, DtExerciseConn* con
 
     xmlDoc* opened = nullptr;
     if (openFile(name.c_str(), &opened, myLastError) != DtFedReadSuccess) return nullptr;
-    const omt::XmlDocument document(opened);
+    const omtreader::XmlDocument document(opened);
     try
     {
         return readOpened(xmlDocGetRootElement(opened), name);
@@ -95,7 +95,7 @@ DtOMTTree* DtXMLFileReader::readFiles(const std::vector<DtFilename>& names,
     {
         xmlDoc* opened = nullptr;
         if (openModule(name, &opened) != DtFedReadSuccess) return nullptr;
-        const omt::XmlDocument document(opened);
+        const omtreader::XmlDocument document(opened);
         try
         {
             xmlNode* root = xmlDocGetRootElement(opened);
@@ -126,7 +126,7 @@ DtFedReadStatus DtXMLFileReader::openFile(const char* fedFileName, xmlDoc** newX
     DtAssert(nullptr != fedFileName, "__null != fedFileName", theAssertionFile, 266);
 
     DtString path = fedFileName;
-    omt::XmlDocument document = omt::parseXmlFile(path.c_str());
+    omtreader::XmlDocument document = omtreader::parseXmlFile(path.c_str());
     if (!document)
     {
         // A file that is there but is not well-formed comes this way too, on purpose: another one
@@ -148,7 +148,7 @@ DtFedReadStatus DtXMLFileReader::openFile(const char* fedFileName, xmlDoc** newX
             directory.remove_suffix(1);
         if (directory.empty()) return noFile();
         path = DtString(directory) + "/" + fedFileName;
-        document = omt::parseXmlFile(path.c_str());
+        document = omtreader::parseXmlFile(path.c_str());
         if (!document) return noFile();
     }
     DtVerbose << "Reading FED file: " << path << '\n';
@@ -165,7 +165,7 @@ DtFedReadStatus DtXMLFileReader::openStream(const char* buffer, int length, xmlD
     DtAssert(nullptr != buffer, "__null != buffer", theAssertionFile, 400);
 
     const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 0;
-    omt::XmlDocument document = omt::parseXml({buffer, size}, "FED buffer");
+    omtreader::XmlDocument document = omtreader::parseXml({buffer, size}, "FED buffer");
     if (!document) return DtFedReadBadFile;
     return handOver(std::move(document), newXmlDocTree,
                     "DtXmlFedReader:: Bad FED File buffer.\n"

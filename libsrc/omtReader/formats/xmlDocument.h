@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+// Parsing a text into a libxml2 document, safely and quietly.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <memory>
+#include <string_view>
+
+namespace omtreader
+{
+
+struct FreeXmlDocument
+{
+    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
+using XmlDocument = std::unique_ptr<xmlDoc, FreeXmlDocument>;
+
+/// The document of a text, or null after one warning "name:line:column: what is wrong".
+///
+/// Nothing but the text is read: no DTD, no external entity, no network. Blank text between
+/// elements is left out. libxml2's limits on depth, entities and sizes hold.
+XmlDocument parseXml(std::string_view text, const char* name);
+
+/// As above for a file. A file that is not there gives null without a word, as callers look for it
+/// in more than one place; one that cannot be read, a warning.
+XmlDocument parseXmlFile(const char* name);
+
+}  // namespace omtreader

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+// How many values a component of an HLA 1.3 record has, by the components in front of it.
+#include "omtReader/values/componentCount.h"
+
+#include "omtReader/complexComponentNode.h"
+#include "omtReader/stringTree.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+namespace omtreader
+{
+
+int ComponentCount::of(const DtComplexComponentNode& node, const DtStringTree* root,
+                       const DtStringTree* parent)
+{
+    constexpr int theConditionForm = 2;
+    constexpr int theOptionForm = 5;
+    constexpr int thePaddingComponent = 6;
+    const int form = node.getCardinalityType();
+    if (form == thePaddingComponent) return 0;
+    int most = node.getCardinalityMaximum();
+    if (most < 0) most = std::numeric_limits<int>::max();
+    // A component that is named alone keeps the parenthesis behind it.
+    std::string name = node.getConditionalComponent().str();
+    if (!name.empty() && name.back() == ')') name.pop_back();
+    const bool isDecided = form == theConditionForm || form == theOptionForm || most > 1;
+    if (name.empty() || !isDecided) return most;
+    const DtStringTree* const earlier = earlierComponent(name, root, parent);
+    if (form == theConditionForm)
+        return earlier && holdsValue(*earlier, node.getConditionalValue()) ? std::max(most, 1) : 0;
+    if (!earlier) return most;
+    bool isNumber = false;
+    const int number = earlier->value().toInt(&isNumber);
+    return isNumber ? std::clamp(number, 0, most) : most;
+}
+
+// The components of this record come first: those of its parents may have the same name.
+const DtStringTree* ComponentCount::earlierComponent(const DtString& name, const DtStringTree* root,
+                                                     const DtStringTree* parent)
+{
+    const DtStringTree* child = parent ? parent->firstChild() : nullptr;
+    while (child && child->key() != name) child = child->nextSibling();
+    return child || !root ? child : root->findKey(name);
+}
+
+bool ComponentCount::holdsValue(const DtStringTree& node, const DtString& value)
+{
+    if (node.value() == value) return true;
+    bool isNumber = false;
+    const int number = value.toInt(&isNumber);
+    if (!isNumber) return false;
+    const DtString* const name = myResolver.enumerator(myResolver.find(node.datatype()), number);
+    return name && *name == node.value();
+}
+
+}  // namespace omtreader

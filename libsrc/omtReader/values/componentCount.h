@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+// How many values a component of an HLA 1.3 record has, by the components in front of it.
+#pragma once
+
+#include "omtReader/values/datatypeResolver.h"
+
+namespace omtreader
+{
+
+/// The most values that a component may have; see DtDatatypeManager::getComplexDatatypeCount().
+class ComponentCount
+{
+public:
+    explicit ComponentCount(DatatypeResolver& resolver) : myResolver(resolver) {}
+
+    int of(const DtComplexComponentNode& node, const DtStringTree* root,
+           const DtStringTree* parent);
+
+private:
+    static const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
+                                                const DtStringTree* parent);
+    bool holdsValue(const DtStringTree& node, const DtString& value);
+
+    DatatypeResolver& myResolver;
+};
+
+}  // namespace omtreader

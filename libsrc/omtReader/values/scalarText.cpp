@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+// The texts of numbers to octets, without a vector for each of them.
+#include "omtReader/values/scalarText.h"
+
+#include "omtReader/doubleLEDatatypeRep.h"
+#include "omtReader/floatLEDatatypeRep.h"
+#include "omtReader/intLEDatatypeRep.h"
+#include "omtReader/shortLEDatatypeRep.h"
+#include "omtReader/values/scalarOctets.h"
+
+#include <typeinfo>
+
+namespace omtreader
+{
+namespace
+{
+
+template <std::endian Order>
+void appendDouble(const DtString& text, std::vector<char>& octets)
+{
+    ScalarOctets<double, Order>::append(text.toDouble(), octets);
+}
+
+template <std::endian Order>
+void appendFloat(const DtString& text, std::vector<char>& octets)
+{
+    ScalarOctets<float, Order>::append(readFloat(text), octets);
+}
+
+template <typename Integer, std::endian Order>
+void appendInteger(const DtString& text, std::vector<char>& octets)
+{
+    ScalarOctets<Integer, Order>::append(static_cast<Integer>(text.toInt()), octets);
+}
+
+struct Entry
+{
+    const std::type_info& type;
+    AppendText append;
+};
+
+}  // namespace
+
+AppendText appendTextOf(const DtDatatypeRep& rep)
+{
+    constexpr auto theBig = std::endian::big;
+    constexpr auto theLittle = std::endian::little;
+    // clang-format 14 crashes on this table.
+    // clang-format off
+    static const Entry theClasses[] = {
+        {typeid(DtDoubleDatatypeRep),   appendDouble<theBig>},
+        {typeid(DtDoubleLEDatatypeRep), appendDouble<theLittle>},
+        {typeid(DtFloatDatatypeRep),    appendFloat<theBig>},
+        {typeid(DtFloatLEDatatypeRep),  appendFloat<theLittle>},
+        {typeid(DtIntDatatypeRep),      appendInteger<std::int32_t, theBig>},
+        {typeid(DtIntLEDatatypeRep),    appendInteger<std::int32_t, theLittle>},
+        {typeid(DtShortDatatypeRep),    appendInteger<std::int16_t, theBig>},
+        {typeid(DtShortLEDatatypeRep),  appendInteger<std::int16_t, theLittle>},
+    };
+    // clang-format on
+    for (const auto& [type, append] : theClasses)
+        if (typeid(rep) == type) return append;
+    return nullptr;
+}
+
+}  // namespace omtreader

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+// Text to the octets of a value, with the counts and the padding that decoding expects.
+#pragma once
+
+#include "omtReader/values/alignmentCalculator.h"
+#include "omtReader/values/conversionBounds.h"
+#include "omtReader/values/conversionSettings.h"
+#include "omtReader/values/datatypeResolver.h"
+#include "omtReader/values/textCutter.h"
+
+namespace omtreader
+{
+
+/// Encodes for one manager, whose virtual operations it calls for every part.
+class ValueWriter
+{
+public:
+    using Octets = DtDatatypeManager::Octets;
+
+    ValueWriter(DtDatatypeManager& manager, const ConversionSettings& settings,
+                DatatypeResolver& resolver, AlignmentCalculator& alignment, TextCutter& cutter,
+                ConversionBounds& bounds)
+        : myManager(manager),
+          mySettings(settings),
+          myResolver(resolver),
+          myAlignment(alignment),
+          myCutter(cutter),
+          myBounds(bounds)
+    {
+    }
+
+    /// Whether no host takes part in encoding single values.
+    bool isAlone = false;
+
+    void value(const DtString& datatype, const DtString& text, Octets& out);
+    void simple(const DtString& datatype, const DtString& text, Octets& out);
+    void enumerated(const DtString& datatype, const DtString& text, Octets& out);
+    void record(const DtString& datatype, const DtString& text, Octets& out);
+    void array(const DtString& datatype, const DtString& text, Octets& out);
+
+private:
+    class Call;
+
+    void byKind(ResolvedDatatype& datatype, const DtString& text, Octets& out);
+    void piece(const TextPiece& piece, Octets& out);
+    void component(const TextPiece& values, Octets& out);
+    static void padBetween(const DtComplexDatatypeNode& record,
+                           const DtComplexComponentNode* behind,
+                           const DtComplexComponentNode* before, std::size_t start, Octets& out);
+    const DtString& delimiterFor(const DtString& datatype);
+    void pad(ResolvedDatatype& datatype, std::size_t place, Octets& out);
+    static void append(const ResolvedDatatype& datatype, const DtString& text, Octets& out);
+
+    DtDatatypeManager& myManager;
+    const ConversionSettings& mySettings;
+    DatatypeResolver& myResolver;
+    AlignmentCalculator& myAlignment;
+    TextCutter& myCutter;
+    ConversionBounds& myBounds;
+    const Octets* myOut = nullptr;  // of the outermost call
+    std::size_t myStart = 0;        // where its value begins in it
+    int myDepth = 0;
+    // The delimiter handed down to the piece that is encoded next.
+    const DtString* myHanded = nullptr;
+    const ResolvedDatatype* myHandedTo = nullptr;
+};
+
+}  // namespace omtreader
