@@ -35,6 +35,11 @@ public:
     {
         return myArena->list(values);
     }
+    template <typename T>
+    List<T> list(const T* values, std::size_t count)
+    {
+        return myArena->list(values, count);
+    }
     /// A list, and one more value at its end. Takes time by the length of the list.
     template <typename T>
     List<T> appended(const List<T>& values, const T& last)
