@@ -3,6 +3,9 @@
 #include "omt/model/read.h"
 namespace omt
 {
-Model merge(const std::vector<Model>& models, Findings&) { return models.back(); }
+Model merge(const std::vector<Model>& models, Findings&)
+{
+    return models.back();
+}
 void checkReferences(const Model&, Findings&) {}
 }  // namespace omt
