@@ -35,11 +35,10 @@ public:
     {
         return myArena->list(values);
     }
-    /// A copy of a list, for one whose values are to be changed.
     template <typename T>
-    List<T> copy(const List<T>& values)
+    List<T> list(const T* values, std::size_t count)
     {
-        return myArena->list(values.begin(), values.size());
+        return myArena->list(values, count);
     }
     /// A list, and one more value at its end. Takes time by the length of the list.
     template <typename T>
