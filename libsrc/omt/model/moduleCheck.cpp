@@ -66,13 +66,15 @@ private:
         checkNames(data.enumerators);
         std::unordered_map<std::int64_t, const Enumerator*> numbers;
         std::unordered_map<std::string_view, const Enumerator*> names;
+        numbers.reserve(data.enumerators.size());
+        names.reserve(data.enumerators.size());
         for (const Enumerator& enumerator : data.enumerators)
         {
             const auto [first, isNew] = names.try_emplace(enumerator.name, &enumerator);
             if (!isNew && !enumerator.name.empty())
                 report(Severity::warning, "enumerator-twice",
-                       phrase(enumerator) + " of \"" + data.name.str() + "\" is there twice",
-                       enumerator, enumerator.name, first->second);
+                       phrase(data, enumerator) + " is there twice", enumerator, enumerator.name,
+                       first->second);
             checkNumbers(data, enumerator, numbers);
         }
     }
@@ -80,34 +82,36 @@ private:
     void checkNumbers(const EnumeratedData& data, const Enumerator& enumerator,
                       std::unordered_map<std::int64_t, const Enumerator*>& numbers)
     {
-        const std::string what = phrase(enumerator) + " of \"" + data.name.str() + "\"";
         if (enumerator.values.empty())
-            report(Severity::warning, "no-number", what + " has no number", enumerator,
-                   enumerator.name);
+            report(Severity::warning, "no-number", phrase(data, enumerator) + " has no number",
+                   enumerator, enumerator.name);
         if (enumerator.values.size() > 1)
-            report(Severity::note, "several-numbers", what + " has several numbers", enumerator,
+            report(Severity::note, "several-numbers",
+                   phrase(data, enumerator) + " has several numbers", enumerator,
                    enumerator.values[1]);
         for (const Text& value : enumerator.values)
         {
             const std::optional<std::int64_t> number = enumeratorNumber(value);
             if (!number)
             {
-                report(Severity::warning, "no-number",
-                       what + " has \"" + value.str() + "\", which is no number", enumerator,
-                       value);
+                report(
+                    Severity::warning, "no-number",
+                    phrase(data, enumerator) + " has \"" + value.str() + "\", which is no number",
+                    enumerator, value);
                 continue;
             }
             const auto [first, isNew] = numbers.try_emplace(*number, &enumerator);
             if (isNew || first->second == &enumerator) continue;
             report(Severity::warning, "number-twice",
-                   what + " has the number " + value.str() + " of " + phrase(*first->second),
+                   phrase(data, enumerator) + " has the number " + value.str() + " of \"" +
+                       first->second->name.str() + "\"",
                    enumerator, value, first->second);
         }
     }
 
-    static std::string phrase(const Enumerator& enumerator)
+    static std::string phrase(const EnumeratedData& data, const Enumerator& enumerator)
     {
-        return "enumerator \"" + enumerator.name.str() + "\"";
+        return "enumerator \"" + enumerator.name.str() + "\" of \"" + data.name.str() + "\"";
     }
 
     void report(Severity severity, const char* name, std::string text, const Definition& definition,

@@ -103,13 +103,16 @@ std::size_t XmlParser::offset() const
 /// Counts line ends once each: places come in the order of the text.
 std::uint32_t XmlParser::lineAt(std::size_t offset)
 {
-    if (offset > myCountedTo)
+    const char* at = myText.data() + myCountedTo;
+    const char* const end = myText.data() + std::min(offset, myText.size());
+    while (at < end)
     {
-        myLine += static_cast<std::uint32_t>(std::count(
-            myText.begin() + static_cast<std::ptrdiff_t>(myCountedTo),
-            myText.begin() + static_cast<std::ptrdiff_t>(std::min(offset, myText.size())), '\n'));
-        myCountedTo = offset;
+        const void* const found = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+        if (!found) break;
+        at = static_cast<const char*>(found) + 1;
+        ++myLine;
     }
+    myCountedTo = std::max(myCountedTo, offset);
     return myLine;
 }
 

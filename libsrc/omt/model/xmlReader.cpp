@@ -2,6 +2,7 @@
 #include "omt/model/xmlReader.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -11,20 +12,28 @@ namespace omt
 namespace
 {
 
-constexpr std::string_view theBlanks = " \t\r\n";
 constexpr std::string_view theNamespace2010 = "http://standards.ieee.org/IEEE1516-2010";
 constexpr std::string_view theNamespace2025 = "http://standards.ieee.org/IEEE1516-2025";
 
-std::string_view trimmed(std::string_view text)
+bool isBlank(char c)
 {
-    const std::size_t first = text.find_first_not_of(theBlanks);
-    if (first == std::string_view::npos) return text.substr(0, 0);
-    return text.substr(first, text.find_last_not_of(theBlanks) - first + 1);
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
+/// Mostly an indentation: one blank, or one blank again and again.
 bool isBlank(std::string_view text)
 {
-    return text.find_first_not_of(theBlanks) == std::string_view::npos;
+    if (text.empty()) return true;
+    if (!isBlank(text.front())) return false;
+    if (std::memcmp(text.data(), text.data() + 1, text.size() - 1) == 0) return true;
+    return std::all_of(text.begin(), text.end(), [](char c) { return isBlank(c); });
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
 }
 
 bool holds(std::string_view text, std::string_view piece)

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/base/nearestNames.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace omt
+{
+
+namespace
+{
+
+constexpr std::size_t theLongestCompared = 200;
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// The number of letters to insert, drop or replace (Levenshtein distance).
+std::size_t distance(std::string_view a, std::string_view b)
+{
+    std::array<std::size_t, theLongestCompared + 1> row;
+    for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (std::size_t i = 0; i < a.size(); ++i)
+    {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j)
+        {
+            const std::size_t replaced = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row[b.size()];
+}
+
+/// A name for a sentence, which a name of a document must not fill.
+std::string inSentence(std::string_view name)
+{
+    if (name.size() <= theLongestCompared) return std::string(name);
+    std::size_t end = theLongestCompared;
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
+    return std::string(name.substr(0, end)) + "...";
+}
+
+}  // namespace
+
+std::vector<std::string_view> nearestNames(std::string_view sought,
+                                           const std::vector<std::string_view>& names,
+                                           std::size_t most)
+{
+    sought = sought.substr(0, theLongestCompared);
+    std::vector<std::pair<std::size_t, std::string_view>> ranked;
+    ranked.reserve(names.size());
+    for (const std::string_view name : names)
+        ranked.emplace_back(distance(sought, name.substr(0, theLongestCompared)), name);
+    std::sort(ranked.begin(), ranked.end());
+    ranked.erase(std::unique(ranked.begin(), ranked.end()), ranked.end());
+
+    std::vector<std::string_view> nearest;
+    for (const auto& [changes, name] : ranked)
+    {
+        const bool isNear = changes * 2 <= std::max(sought.size(), name.size());
+        if (nearest.size() == most || (!isNear && !nearest.empty())) break;
+        nearest.push_back(name);
+    }
+    return nearest;
+}
+
+std::string unknownName(std::string_view kind, std::string_view sought,
+                        const std::vector<std::string_view>& names)
+{
+    std::string sentence = "no " + std::string(kind) + " \"" + inSentence(sought) + '"';
+    const std::vector<std::string_view> nearest = nearestNames(sought, names);
+    for (std::size_t i = 0; i < nearest.size(); ++i)
+    {
+        sentence += i == 0 ? "; did you mean " : i + 1 == nearest.size() ? " or " : ", ";
+        sentence += inSentence(nearest[i]);
+    }
+    return nearest.empty() ? sentence : sentence + '?';
+}
+
+}  // namespace omt
