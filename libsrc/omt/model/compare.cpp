@@ -39,7 +39,8 @@ bool isSameTexts(const List<Text>& left, const List<Text>& right, Kind kind)
         return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                           [](const Text& a, const Text& b)
                           { return a == b || comparableNumber(a) == comparableNumber(b); });
-    return std::equal(left.begin(), left.end(), right.begin(), right.end()) ||
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const Text& a, const Text& b) { return isSameText(a, b); }) ||
            sortedTexts(left) == sortedTexts(right);
 }
 

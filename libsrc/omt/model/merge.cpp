@@ -414,7 +414,7 @@ Repetition Merger::judge(const T& first, std::uint32_t index, const T& later) co
     repetition.isCompletion =
         isCompletable<T> && isSilent &&
         (saysSomething(later, theKind) || (!hasParts(first, index) && hasAnyPart(later)));
-    repetition.mayLeaveOut = isNewest || isSilent;
+    repetition.mayLeaveOut = isNewest || repetition.isCompletion;
     repetition.mayAdd = isNewest || repetition.isCompletion;
     if constexpr (theKind == Kind::variantRecord)
         if (!repetition.isCompletion && !isExtendable(first)) repetition.mayAdd = false;
