@@ -84,7 +84,7 @@ ExitStatus run(const Command& command)
         const Result result = command.run();
         const ExitStatus status = writeResult(result.text);
         for (const std::string& complaint : result.complaints) writeMessage(complaint);
-        return result.complaints.empty() ? status : theBadInput;
+        return result.complaints.empty() && !result.isFailure ? status : theBadInput;
     }
     catch (const std::exception& error)
     {
