@@ -38,6 +38,7 @@ std::vector<Ratio> readAndMergeRatios();
 std::vector<Ratio> oldAndNewRatios();
 std::vector<Ratio> convertValuesRatios();
 std::vector<Ratio> entityTypesRatios();
+std::vector<Ratio> modelEngineRatios();
 
 /// The same for omt_growth, in growth.cpp.
 std::vector<Growth> readAndMergeGrowth();

@@ -23,6 +23,8 @@ public:
     {
     }
 
+    /// Whether the document has this list at all; one without values counts.
+    constexpr bool isThere() const { return myData != nullptr; }
     constexpr std::size_t size() const { return mySize; }
     constexpr bool empty() const { return mySize == 0; }
 

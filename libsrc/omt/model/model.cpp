@@ -25,6 +25,10 @@ Model::Index::Index(const Tables& tables)
     addDatatypes(tables.complexRecords);
     addDatatypes(tables.basicData);
     addNames(notes, tables.notes);
+    notesOfModule.resize(tables.modules.size() > 1 ? tables.modules.size() : 0);
+    for (std::uint32_t i = 0; i < tables.notes.size(); ++i)
+        if (tables.notes[i].module < notesOfModule.size())
+            notesOfModule[tables.notes[i].module].try_emplace(tables.notes[i].name, i);
     addNames(dimensions, tables.dimensions);
     addNames(transportations, tables.transportations);
 }
@@ -187,6 +191,14 @@ Datatype Model::findDatatype(std::string_view name) const
 const Note* Model::findNote(std::string_view label) const
 {
     return findIn(myIndex->notes, myTables->notes, label);
+}
+
+const Note* Model::findNote(std::string_view label, const Definition& user) const
+{
+    if (user.module < myIndex->notesOfModule.size())
+        if (const Note* own = findIn(myIndex->notesOfModule[user.module], myTables->notes, label))
+            return own;
+    return findNote(label);
 }
 
 const Dimension* Model::findDimension(std::string_view name) const

@@ -108,7 +108,11 @@ public:
     /// The datatype of a name, in constant time. Where several tables have the name, a basic data
     /// representation counts last.
     Datatype findDatatype(std::string_view name) const;
+    /// The first note with this label. Labels are those of each module alone, so for a note that a
+    /// definition refers to, use the other form.
     const Note* findNote(std::string_view label) const;
+    /// The note that a definition means by a label: that of its own module, else the first.
+    const Note* findNote(std::string_view label, const Definition& user) const;
     const Dimension* findDimension(std::string_view name) const;
     const Transportation* findTransportation(std::string_view name) const;
 

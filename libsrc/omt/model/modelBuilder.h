@@ -35,6 +35,17 @@ public:
     {
         return myArena->list(values);
     }
+    template <typename T>
+    List<T> list(const T* values, std::size_t count)
+    {
+        return myArena->list(values, count);
+    }
+    /// A copy of a list, for one whose values are to be changed.
+    template <typename T>
+    List<T> copy(const List<T>& values)
+    {
+        return myArena->list(values.begin(), values.size());
+    }
     /// A list, and one more value at its end. Takes time by the length of the list.
     template <typename T>
     List<T> appended(const List<T>& values, const T& last)

@@ -53,6 +53,8 @@ struct Model::Index
 
     std::unordered_map<std::string_view, Datatype> datatypes;
     Names notes;
+    /// The notes of each module, where there are several modules.
+    std::vector<Names> notesOfModule;
     Names dimensions;
     Names transportations;
     Classes objectClasses;

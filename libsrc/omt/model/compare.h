@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compares definitions by their rows: which properties that bear on octets or behaviour differ.
+#pragma once
+
+#include "omt/model/rows.h"
+
+#include <string>
+#include <string_view>
+
+namespace omt
+{
+
+/// Whether a property says something: it is there and neither empty nor `NA`.
+bool saysSomething(std::string_view text);
+
+/// Whether any property of a definition that bears on behaviour says something, besides its name.
+/// Parts and, for classes, dimensions do not count.
+bool saysSomething(const Definition& definition, Kind kind);
+
+/// Whether two texts are equal but for the blanks and line ends within them.
+bool isSameText(std::string_view left, std::string_view right);
+
+/// A number as it is compared: decimal or hexadecimal (0x), without leading zeros; other text as it
+/// is.
+std::string comparableNumber(std::string_view text);
+
+/// What a property says, several texts with commas between them.
+std::string valueOf(const Definition& definition, const Row& row);
+
+/// Whether two definitions of a kind say the same by a row. Absent, empty and `NA` are equal.
+bool isSame(const Definition& left, const Definition& right, Kind kind, const Row& row);
+
+/// Whether a row of a kind is compared between these editions: it bears on behaviour and both have
+/// it.
+bool isCompared(Kind kind, const Row& row, Edition left, Edition right);
+
+}  // namespace omt

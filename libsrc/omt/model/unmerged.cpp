@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+// Stands in for merging until it is there.
+#include "omt/model/read.h"
+namespace omt
+{
+Model merge(const std::vector<Model>& models, Findings&)
+{
+    return models.back();
+}
+void checkReferences(const Model&, Findings&) {}
+}  // namespace omt

@@ -1,0 +1,811 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/model/xmlReader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+namespace omt
+{
+
+namespace
+{
+
+constexpr std::string_view theNamespace2010 = "http://standards.ieee.org/IEEE1516-2010";
+constexpr std::string_view theNamespace2025 = "http://standards.ieee.org/IEEE1516-2025";
+
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+/// Mostly an indentation: one blank, or one blank again and again.
+bool isBlank(std::string_view text)
+{
+    if (text.empty()) return true;
+    if (!isBlank(text.front())) return false;
+    if (std::memcmp(text.data(), text.data() + 1, text.size() - 1) == 0) return true;
+    return std::all_of(text.begin(), text.end(), [](char c) { return isBlank(c); });
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+bool holds(std::string_view text, std::string_view piece)
+{
+    return text.find(piece) != std::string_view::npos;
+}
+
+bool isDeclaration(std::string_view attribute)
+{
+    return attribute == "xmlns" || attribute.substr(0, 6) == "xmlns:";
+}
+
+bool isNotes(std::string_view attribute)
+{
+    return attribute == "notes" || attribute == "noteReferences";
+}
+
+/// Calls `visit` for each of the words that 1516-2000 puts into one XML attribute.
+template <typename Visit>
+void forEachWord(std::string_view text, Visit&& visit)
+{
+    constexpr std::string_view theSeparators = ", \t\r\n";
+    for (std::size_t at = 0; (at = text.find_first_not_of(theSeparators, at)) < text.size();)
+    {
+        const std::size_t end = std::min(text.find_first_of(theSeparators, at), text.size());
+        visit(text.substr(at, end - at));
+        at = end;
+    }
+}
+
+/// Kinds whose elements have no property "name", but names of their own.
+bool isNamedByElement(Kind kind)
+{
+    return kind == Kind::service || kind == Kind::time || kind == Kind::tag ||
+           kind == Kind::switchSetting;
+}
+
+template <typename T>
+std::uint32_t sizeOf(const std::vector<T>& stack)
+{
+    return static_cast<std::uint32_t>(stack.size());
+}
+
+/// The values of a stack from a mark on, as a list; they leave the stack.
+template <typename T>
+List<T> popped(ModelBuilder& builder, std::vector<T>& stack, std::uint32_t mark)
+{
+    const List<T> list = builder.list(stack.data() + mark, stack.size() - mark);
+    stack.erase(stack.begin() + mark, stack.end());
+    return list;
+}
+
+/// What an edition without a namespace is written in, by words that only one of them has.
+Edition editionByContent(std::string_view text)
+{
+    if (!holds(text, "<modelIdentification") && !holds(text, "<name")) return Edition::ieee2000;
+    for (const std::string_view word :
+         {"<referenceDataTypes", "<directedInteraction", "<valueRequired", "<inputDataTypes",
+          "<logicalTime", "noteReferences="})
+        if (holds(text, word)) return Edition::ieee2025;
+    return Edition::ieee2010;
+}
+
+}  // namespace
+
+XmlReader::XmlReader(std::string_view name, std::string_view text, ModelBuilder& builder,
+                     Findings& findings)
+    : myName(name),
+      myParser(text, *this),
+      myBuilder(builder),
+      myFindings(findings),
+      myWords(XmlWords::instance())
+{
+}
+
+bool XmlReader::read()
+{
+    Finding fault;
+    if (!myParser.parse(fault))
+    {
+        if (isRefused) return false;
+        fault.place.file = myName;
+        myFindings.push_back(std::move(fault));
+        return false;
+    }
+    attachComments(Aside::theEnd);
+    finishDefinition(myFrames.back());
+    Module& module = myBuilder.tables().modules[myModule];
+    module.identification.keywords = myBuilder.list(myKeywords);
+    module.identification.contacts = myBuilder.list(myContacts);
+    module.identification.references = myBuilder.list(myReferences);
+    module.identification.glyphs = myBuilder.list(myGlyphs);
+    module.sections = myBuilder.list(mySections);
+    return true;
+}
+
+void XmlReader::report(Severity severity, const char* name, std::string text, std::uint32_t line)
+{
+    myFindings.push_back({
+        severity, name, std::move(text), {myName, line, 0}
+    });
+}
+
+// Frames
+// --------------------------------------------------------------------------------------------
+
+/// The innermost table or definition: properties and what stands around them have none of their
+/// own.
+XmlReader::Frame& XmlReader::owner()
+{
+    auto frame = myFrames.rbegin();
+    while (frame->mode != Mode::table && frame->mode != Mode::definition) ++frame;
+    return *frame;
+}
+
+Definition& XmlReader::definitionOf(const Frame& frame)
+{
+    if (frame.fixed) return *frame.fixed;
+    if (frame.kind == Kind::objectClass) return myBuilder.tables().objectClasses[frame.place];
+    if (frame.kind == Kind::interactionClass)
+        return myBuilder.tables().interactionClasses[frame.place];
+    return mySections[frame.place];
+}
+
+XmlReader::Frame& XmlReader::pushDefinition(Kind kind, std::uint32_t line)
+{
+    Frame frame;
+    frame.mode = kind == Kind::section ? Mode::table : Mode::definition;
+    frame.kind = kind;
+    frame.line = line;
+    frame.fixed = addDefinition(kind, frame);
+    frame.asides = sizeOf(myAsides);
+    frame.texts = sizeOf(myTexts);
+    myFrames.push_back(frame);
+    Definition& definition = definitionOf(frame);
+    definition.module = myModule;
+    definition.line = line;
+    attachComments(Aside::theWhole);
+    return myFrames.back();
+}
+
+/// Makes the definition where it stays until it is finished; null where its place is in the frame.
+Definition* XmlReader::addDefinition(Kind kind, Frame& frame)
+{
+    Tables& tables = myBuilder.tables();
+    const auto addTo = [](auto& stack) -> Definition* { return &stack.emplace_back(); };
+    switch (kind)
+    {
+        case Kind::identification:
+            return &tables.modules[myModule].identification;
+        case Kind::keyword:
+            return addTo(myKeywords);
+        case Kind::contact:
+            return addTo(myContacts);
+        case Kind::reference:
+            return addTo(myReferences);
+        case Kind::glyph:
+            return addTo(myGlyphs);
+        case Kind::service:
+            return addTo(tables.services);
+        case Kind::objectClass:
+            frame.place = sizeOf(tables.objectClasses);
+            frame.members = sizeOf(myAttributes);
+            frame.directed = sizeOf(myDirected);
+            tables.objectClasses.emplace_back().parent = std::exchange(myObjectClass, frame.place);
+            return nullptr;
+        case Kind::directedInteraction:
+            return addTo(myDirected);
+        case Kind::attribute:
+            return addTo(myAttributes);
+        case Kind::interactionClass:
+            frame.place = sizeOf(tables.interactionClasses);
+            frame.members = sizeOf(myParameters);
+            tables.interactionClasses.emplace_back().parent =
+                std::exchange(myInteractionClass, frame.place);
+            return nullptr;
+        case Kind::parameter:
+            return addTo(myParameters);
+        case Kind::dimension:
+            return addTo(tables.dimensions);
+        case Kind::time:
+            return addTo(tables.times);
+        case Kind::tag:
+            return addTo(tables.tags);
+        case Kind::synchronizationPoint:
+            return addTo(tables.synchronizationPoints);
+        case Kind::transportation:
+            return addTo(tables.transportations);
+        case Kind::switchSetting:
+            return addTo(tables.switches);
+        case Kind::updateRate:
+            return addTo(tables.updateRates);
+        case Kind::basicData:
+            return addTo(tables.basicData);
+        case Kind::simpleData:
+            return addTo(tables.simpleData);
+        case Kind::referenceData:
+            return addTo(tables.referenceData);
+        case Kind::enumeratedData:
+            return addTo(tables.enumeratedData);
+        case Kind::enumerator:
+            return addTo(myEnumerators);
+        case Kind::arrayData:
+            return addTo(tables.arrayData);
+        case Kind::fixedRecord:
+            return addTo(tables.fixedRecords);
+        case Kind::field:
+            return addTo(myFields);
+        case Kind::variantRecord:
+            return addTo(tables.variantRecords);
+        case Kind::alternative:
+            return addTo(myAlternatives);
+        case Kind::note:
+            return addTo(tables.notes);
+        case Kind::complexRecord:
+        case Kind::component:
+        case Kind::routingSpace:
+        case Kind::routingDimension:
+        case Kind::section:
+            break;
+    }
+    frame.place = sizeOf(mySections);
+    mySections.emplace_back();
+    return nullptr;
+}
+
+// Starts
+// --------------------------------------------------------------------------------------------
+
+Edition XmlReader::editionOf(std::string_view namespaceName, std::uint32_t line)
+{
+    if (namespaceName == theNamespace2010) return Edition::ieee2010;
+    if (namespaceName == theNamespace2025) return Edition::ieee2025;
+    Edition edition = editionByContent(myParser.text());
+    if (namespaceName.empty()) return edition;
+    if (edition != Edition::ieee2000 && holds(namespaceName, "2010")) edition = Edition::ieee2010;
+    if (edition != Edition::ieee2000 && holds(namespaceName, "2025")) edition = Edition::ieee2025;
+    report(Severity::warning, "unknown-namespace",
+           "the namespace \"" + std::string(namespaceName) + "\" is none of an edition; read as " +
+               std::string(nameOf(edition)),
+           line);
+    return edition;
+}
+
+bool XmlReader::startRoot(const XmlElement& root, std::string_view namespaceName)
+{
+    if (root.name != XmlWords::tables()[0].word)
+    {
+        const bool isHtml = root.name == "html" || root.name == "HTML";
+        report(Severity::error, "no-object-model",
+               isHtml ? "is an HTML page, no object model"
+                      : "is an XML document of another kind: its root is \"" +
+                            std::string(root.name) + "\", not \"objectModel\"",
+               root.line);
+        isRefused = true;
+        return false;
+    }
+    myEdition = editionOf(namespaceName, root.line);
+    myModule = myBuilder.addModule(myName, myEdition);
+    myBuilder.tables().modules[myModule].identification.line = root.line;
+    pushDefinition(Kind::section, root.line);
+    readRootAttributes(root);
+    return true;
+}
+
+void XmlReader::startElement(const XmlElement& element)
+{
+    switch (myFrames.back().mode)
+    {
+        case Mode::unknown:
+            ++myUnknownDepth;
+            return;
+        case Mode::table:
+            attachStray();
+            return startInTable(element);
+        case Mode::definition:
+            attachStray();
+            return startInDefinition(element);
+        case Mode::around:
+        {
+            attachStray();
+            const Row& row = rowsOf(owner().kind)[myFrames.back().index];
+            if (element.isForeign ||
+                (element.name != row.words.in2010 && element.name != row.words.in2025))
+                return startUnknown(element);
+            return startProperty(Mode::property, myFrames.back().index, element);
+        }
+        case Mode::property:
+            return startUnknown(element);
+    }
+}
+
+void XmlReader::startInTable(const XmlElement& element)
+{
+    const std::uint8_t around = myFrames.back().index;
+    const TableWord& table = XmlWords::tables()[around];
+    if (element.isForeign) return startUnknown(element);
+    if (around == 0 && element.name == "modelIdentification")
+        return startDefinition(Kind::identification, element);
+    const std::uint8_t inner = myWords.table(around, myWords.number(element.name));
+    if (inner != XmlWords::theNone) return startTable(inner, element);
+    const bool isDefinition =
+        table.element.empty() || table.element == element.name ||
+        (table.holds == Kind::synchronizationPoint && element.name == "synchronization");
+    if (table.holds == Kind::section || !isDefinition) return startUnknown(element);
+    startDefinition(table.holds, element);
+}
+
+void XmlReader::startTable(std::uint8_t table, const XmlElement& element)
+{
+    Frame& frame = pushDefinition(Kind::section, element.line);
+    frame.index = table;
+    definitionOf(frame).name = Text(XmlWords::tables()[table].path, element.line);
+    readAttributes(element);
+}
+
+void XmlReader::startDefinition(Kind kind, const XmlElement& element)
+{
+    Frame& frame = pushDefinition(kind, element.line);
+    if (isNamedByElement(kind))
+        definitionOf(frame).name = myBuilder.text(element.name, element.line);
+    if (*element.attributes) readAttributes(element);
+}
+
+/// The row that an element of a definition fills. A word that only the other edition has is taken
+/// as what it means there.
+XmlWords::Use XmlReader::findUse(Kind kind, const XmlElement& element, WordNumber word)
+{
+    XmlWords::Use use = myWords.element(kind, myEdition, word);
+    if (use.row != XmlWords::theNone) return use;
+    for (const Edition other : {Edition::ieee2010, Edition::ieee2025})
+    {
+        use = myWords.element(kind, other, word);
+        if (use.row == XmlWords::theNone) continue;
+        report(Severity::warning, "other-edition",
+               "\"" + std::string(element.name) + "\" of " + std::string(nameOf(kind)) +
+                   " is a word of " + std::string(nameOf(other)) + " in a document of " +
+                   std::string(nameOf(myEdition)),
+               element.line);
+        break;
+    }
+    return use;
+}
+
+void XmlReader::startInDefinition(const XmlElement& element)
+{
+    const Kind kind = myFrames.back().kind;
+    if (element.isForeign) return startUnknown(element);
+    if ((kind == Kind::objectClass && element.name == "objectClass") ||
+        (kind == Kind::interactionClass && element.name == "interactionClass"))
+        return startDefinition(kind, element);
+    const XmlWords::Use use = findUse(kind, element, myWords.number(element.name));
+    if (use.row == XmlWords::theNone) return startUnknown(element);
+    const Row& row = rowsOf(kind)[use.row];
+    if (row.form == Row::Form::parts) return startDefinition(row.parts, element);
+    startProperty(use.isAround ? Mode::around : Mode::property, use.row, element);
+}
+
+void XmlReader::startProperty(Mode mode, std::uint8_t row, const XmlElement& element)
+{
+    const Frame& around = owner();
+    const std::uint32_t item = nextItem(row, around);
+    attachComments(row, item);
+    Frame frame;
+    frame.mode = mode;
+    frame.kind = around.kind;
+    frame.index = row;
+    frame.line = element.line;
+    frame.offset = element.offset;
+    myText.clear();
+    myFrames.push_back(frame);
+    if (*element.attributes) readPropertyAttributes(element, row, item);
+}
+
+void XmlReader::startUnknown(const XmlElement& element)
+{
+    attachComments(myFrames.back().mode == Mode::property ? myFrames.back().index
+                                                          : Aside::theWhole);
+    Frame frame;
+    frame.mode = Mode::unknown;
+    frame.line = element.line;
+    frame.offset = element.offset;
+    myFrames.push_back(frame);
+    myUnknownDepth = 0;
+}
+
+/// How many texts of a row the definition has so far.
+std::uint32_t XmlReader::nextItem(std::uint8_t row, const Frame& frame) const
+{
+    for (std::size_t i = myTexts.size(); i > frame.texts; --i)
+        if (myTexts[i - 1].row == row) return myTexts[i - 1].item + 1;
+    return 0;
+}
+
+// XML attributes
+// ------------------------------------------------------------------------------------
+
+/// The row whose notes an XML attribute of 1516-2000 refers to: "nameNotes",
+/// "updateConditionNotes".
+std::uint8_t XmlReader::noteRow(Kind kind, std::string_view attribute) const
+{
+    constexpr std::string_view theEnding = "Notes";
+    if (attribute.size() <= theEnding.size() ||
+        attribute.substr(attribute.size() - theEnding.size()) != theEnding)
+        return XmlWords::theNone;
+    attribute.remove_suffix(theEnding.size());
+    return myWords.attribute(kind, myEdition, myWords.number(attribute));
+}
+
+void XmlReader::readAttribute(Kind kind, std::string_view name, std::string_view value,
+                              std::uint32_t line)
+{
+    Frame& frame = myFrames.back();
+    const std::uint8_t row = myWords.attribute(kind, myEdition, myWords.number(name));
+    if (row != XmlWords::theNone) return setText(kind, row, definitionOf(frame), value, line);
+    if (kind == Kind::switchSetting && name == "resignAction")
+        return setText(kind, 0, definitionOf(frame), value, line);
+    if (isNotes(name)) return addAside(Aside::What::notes, Aside::theWhole, {}, value, line);
+    const std::uint8_t noted =
+        myEdition == Edition::ieee2000 ? noteRow(kind, name) : XmlWords::theNone;
+    if (noted != XmlWords::theNone) return addAside(Aside::What::notes, noted, {}, value, line);
+    addAside(Aside::What::attribute, Aside::theWhole, name, value, line);
+}
+
+void XmlReader::readAttributes(const XmlElement& element)
+{
+    // In 2000 each switch is an XML attribute of their table.
+    const bool isSwitches = myEdition == Edition::ieee2000 && myFrames.back().mode == Mode::table &&
+                            XmlWords::tables()[myFrames.back().index].holds == Kind::switchSetting;
+    for (const char* const* at = element.attributes; *at; at += 2)
+    {
+        const std::string_view name = at[0];
+        if (isDeclaration(name)) continue;
+        if (!isSwitches || name.find(':') != std::string_view::npos)
+        {
+            readAttribute(myFrames.back().kind, name, at[1], element.line);
+            continue;
+        }
+        Switch setting;
+        setting.module = myModule;
+        setting.line = element.line;
+        setting.name = myBuilder.text(name, element.line);
+        setting.value = myBuilder.text(trimmed(at[1]), element.line);
+        myBuilder.tables().switches.push_back(setting);
+    }
+}
+
+/// In 2000 the root's XML attributes are the identification, its point of contact and its
+/// references.
+void XmlReader::readRootAttributes(const XmlElement& root)
+{
+    for (const char* const* at = root.attributes; *at; at += 2)
+    {
+        const std::string_view name = at[0];
+        if (isDeclaration(name)) continue;
+        Kind owner = Kind::section;
+        if (myEdition == Edition::ieee2000)
+            for (const Kind kind : {Kind::identification, Kind::contact, Kind::reference})
+                if (owner == Kind::section &&
+                    (myWords.attribute(kind, myEdition, myWords.number(name)) !=
+                         XmlWords::theNone ||
+                     noteRow(kind, name) != XmlWords::theNone))
+                    owner = kind;
+        if (owner == Kind::section)
+        {
+            readAttribute(Kind::section, name, at[1], root.line);
+            continue;
+        }
+        // One contact and one reference take all that is said of them.
+        const bool isThere = (owner == Kind::contact && !myContacts.empty()) ||
+                             (owner == Kind::reference && !myReferences.empty());
+        Frame frame;
+        if (isThere)
+        {
+            frame.mode = Mode::definition;
+            frame.kind = owner;
+            frame.fixed = owner == Kind::contact ? static_cast<Definition*>(&myContacts.back())
+                                                 : &myReferences.back();
+            frame.asides = sizeOf(myAsides);
+            frame.texts = sizeOf(myTexts);
+            myFrames.push_back(frame);
+        }
+        else
+            pushDefinition(owner, root.line);
+        readAttribute(owner, name, at[1], root.line);
+        finishDefinition(myFrames.back());
+        myFrames.pop_back();
+    }
+}
+
+void XmlReader::readPropertyAttributes(const XmlElement& element, std::uint8_t row,
+                                       std::uint32_t item)
+{
+    for (const char* const* at = element.attributes; *at; at += 2)
+    {
+        const std::string_view name = at[0];
+        if (isDeclaration(name)) continue;
+        if (isNotes(name))
+            addAside(Aside::What::notes, row, {}, at[1], element.line, item);
+        else
+            addAside(Aside::What::attribute, row, name, at[1], element.line, item);
+    }
+}
+
+// Ends
+// ----------------------------------------------------------------------------------------------
+
+void XmlReader::endElement(std::size_t end)
+{
+    const Frame frame = myFrames.back();
+    if (frame.mode == Mode::unknown)
+    {
+        if (myUnknownDepth > 0)
+            --myUnknownDepth;
+        else
+            endUnknown(frame, end);
+        return;
+    }
+    if (frame.mode == Mode::property) return endProperty(frame, end);
+    attachStray();
+    if (frame.mode == Mode::around)
+    {
+        attachComments(frame.index);
+        // A list that is there without texts is kept apart from one that is not.
+        List<Text>& list = definitionOf(owner()).*rowsOf(frame.kind)[frame.index].someTexts;
+        if (!list.isThere()) list = List<Text>(myBuilder.list(std::vector<Text>(1)).begin(), 0);
+        myFrames.pop_back();
+        return;
+    }
+    if (myFrames.size() == 1) return;  // The root stays open for what stands after it.
+    attachComments(Aside::theEnd);
+    finishDefinition(frame);
+    myFrames.pop_back();
+}
+
+void XmlReader::endProperty(const Frame& frame, std::size_t end)
+{
+    myFrames.pop_back();
+    Definition& definition = definitionOf(owner());
+    const Row& row = rowsOf(frame.kind)[frame.index];
+    if (row.oneText && (definition.*row.oneText).isThere())
+    {
+        const std::string_view xml = myParser.text().substr(frame.offset, end - frame.offset);
+        report(Severity::warning, "repeated-property",
+               "\"" + std::string(row.key) + "\" of " + std::string(nameOf(frame.kind)) + " \"" +
+                   definition.name.str() + "\" is there twice; the first counts",
+               frame.line);
+        addAside(Aside::What::element, frame.index, row.words.in(myEdition), xml, frame.line);
+    }
+    else
+        setText(frame.kind, frame.index, definition, myText, frame.line);
+    myText.clear();
+}
+
+void XmlReader::setText(Kind kind, std::uint8_t row, Definition& definition, std::string_view value,
+                        std::uint32_t line)
+{
+    const Row& property = rowsOf(kind)[row];
+    value = trimmed(value);
+    if (property.oneText)
+        definition.*property.oneText = myBuilder.text(value, line);
+    else if (myEdition == Edition::ieee2000 && property.bearing == Bearing::behaviour)
+        forEachWord(value, [&](std::string_view word) { addOneOf(row, word, line); });
+    else
+        addOneOf(row, value, line);
+}
+
+void XmlReader::addOneOf(std::uint8_t row, std::string_view value, std::uint32_t line)
+{
+    myTexts.push_back({row, nextItem(row, owner()), myBuilder.text(value, line)});
+}
+
+/// The markup of an element, with the prefixes that it uses and that are declared around it.
+std::string XmlReader::declaredText(std::string_view xml) const
+{
+    std::string text(xml);
+    const std::size_t end = xml.find_first_of(" \t\r\n/>");
+    for (auto known = myParser.prefixes().rbegin(); known != myParser.prefixes().rend(); ++known)
+    {
+        const std::string declaration = "xmlns:" + known->prefix + "=";
+        if (known->prefix.empty() || !holds(xml, known->prefix + ":") ||
+            holds(text.substr(0, text.find('>')), declaration))
+            continue;
+        std::string value;
+        for (const char c : known->name)
+            value += c == '&'   ? "&amp;"
+                     : c == '<' ? "&lt;"
+                     : c == '"' ? "&quot;"
+                                : std::string(1, c);
+        text.insert(end, " " + declaration + "\"" + value + "\"");
+    }
+    return text;
+}
+
+void XmlReader::endUnknown(const Frame& frame, std::size_t end)
+{
+    myFrames.pop_back();
+    const std::string_view xml = myParser.text().substr(frame.offset, end - frame.offset);
+    const std::string_view name = xml.substr(1, xml.find_first_of(" \t\r\n/>") - 1);
+    const Frame& around = myFrames.back();
+    const bool isInProperty = around.mode == Mode::property || around.mode == Mode::around;
+    if (name.find(':') == std::string_view::npos)
+        report(Severity::warning, "unknown-element",
+               "\"" + std::string(name) + "\" is no element of " +
+                   (isInProperty ? "\"" + std::string(rowsOf(around.kind)[around.index].key) + "\""
+                                 : std::string(nameOf(owner().kind))) +
+                   "; it is kept as it is",
+               frame.line);
+    addAside(Aside::What::element, isInProperty ? around.index : Aside::theWhole, name,
+             declaredText(xml), frame.line);
+}
+
+void XmlReader::finishDefinition(const Frame& frame)
+{
+    Definition& definition = definitionOf(frame);
+    finishTexts(frame, definition);
+    finishParts(frame, definition);
+    if (myAsides.size() == frame.asides) return;
+    std::vector<Aside> all(definition.asides.begin(), definition.asides.end());
+    all.insert(all.end(), myAsides.begin() + frame.asides, myAsides.end());
+    definition.asides = myBuilder.list(all);
+    myAsides.erase(myAsides.begin() + frame.asides, myAsides.end());
+}
+
+void XmlReader::finishTexts(const Frame& frame, Definition& definition)
+{
+    if (myTexts.size() == frame.texts) return;
+    const std::span<const Row> rows = rowsOf(frame.kind);
+    for (std::size_t row = 0; row < rows.size(); ++row)
+    {
+        if (!rows[row].someTexts) continue;
+        List<Text>& list = definition.*rows[row].someTexts;
+        mySome.assign(list.begin(), list.end());
+        for (std::size_t i = frame.texts; i < myTexts.size(); ++i)
+            if (myTexts[i].row == row) mySome.push_back(myTexts[i].text);
+        if (!mySome.empty()) list = myBuilder.list(mySome);
+    }
+    myTexts.erase(myTexts.begin() + frame.texts, myTexts.end());
+}
+
+/// Hands a definition the parts that were read within it.
+void XmlReader::finishParts(const Frame& frame, Definition& definition)
+{
+    switch (frame.kind)
+    {
+        case Kind::objectClass:
+        {
+            auto& node = static_cast<ObjectClass&>(definition);
+            node.attributes = popped(myBuilder, myAttributes, frame.members);
+            node.directedInteractions = popped(myBuilder, myDirected, frame.directed);
+            myObjectClass = node.parent;
+            break;
+        }
+        case Kind::interactionClass:
+        {
+            auto& node = static_cast<InteractionClass&>(definition);
+            node.parameters = popped(myBuilder, myParameters, frame.members);
+            myInteractionClass = node.parent;
+            break;
+        }
+        case Kind::enumeratedData:
+            static_cast<EnumeratedData&>(definition).enumerators =
+                popped(myBuilder, myEnumerators, 0);
+            break;
+        case Kind::fixedRecord:
+            static_cast<FixedRecord&>(definition).fields = popped(myBuilder, myFields, 0);
+            break;
+        case Kind::variantRecord:
+            static_cast<VariantRecord&>(definition).alternatives =
+                popped(myBuilder, myAlternatives, 0);
+            break;
+        default:
+            break;
+    }
+}
+
+// Texts and comments
+// --------------------------------------------------------------------------------
+
+void XmlReader::addText(std::string_view piece)
+{
+    if (myFrames.empty()) return;
+    switch (myFrames.back().mode)
+    {
+        case Mode::unknown:
+            return;
+        case Mode::property:
+            myText += piece;
+            return;
+        case Mode::definition:
+        case Mode::table:
+        case Mode::around:
+            break;
+    }
+    if (myText.empty())
+    {
+        if (isBlank(piece)) return;
+        myStrayLine = myParser.line();
+    }
+    myText += piece;
+}
+
+/// Text outside of properties is that of a glyph, or one that no edition has.
+void XmlReader::attachStray()
+{
+    if (myText.empty()) return;
+    const Frame& frame = myFrames.back();
+    const std::string_view text = trimmed(myText);
+    if (frame.kind == Kind::glyph && frame.mode == Mode::definition)
+    {
+        auto& content = static_cast<Glyph&>(definitionOf(frame)).content;
+        content = myBuilder.text(content.str() + std::string(text), myStrayLine);
+    }
+    else
+    {
+        report(Severity::warning, "stray-text",
+               "text stands where " + std::string(nameOf(frame.kind)) +
+                   " has none; it is kept as it is",
+               myStrayLine);
+        addAside(Aside::What::text, frame.mode == Mode::around ? frame.index : Aside::theWhole, {},
+                 text, myStrayLine);
+    }
+    myText.clear();
+}
+
+void XmlReader::addComment(std::string_view comment)
+{
+    const std::uint32_t line = myParser.line();
+    if (!myFrames.empty() && myFrames.back().mode == Mode::unknown) return;
+    if (!myFrames.empty() && myFrames.back().mode == Mode::property)
+        return addAside(Aside::What::comment, myFrames.back().index, {}, comment, line);
+    myComments.push_back(myBuilder.text(comment, line));
+}
+
+void XmlReader::attachComments(std::uint8_t property, std::uint32_t item)
+{
+    for (const Text& comment : myComments)
+    {
+        Aside aside;
+        aside.what = Aside::What::comment;
+        aside.property = property;
+        aside.item = item;
+        aside.text = comment;
+        myAsides.push_back(aside);
+    }
+    myComments.clear();
+}
+
+void XmlReader::skipEntity(std::string_view name)
+{
+    const std::string text = "&" + std::string(name) + ";";
+    report(Severity::warning, "unknown-entity",
+           "\"" + text + "\" is explained by nothing in the document; it is kept as it is",
+           myParser.line());
+    addText(text);
+}
+
+void XmlReader::skipDoctype()
+{
+    report(Severity::note, "doctype", "the document type is not looked at", myParser.line());
+}
+
+void XmlReader::addAside(Aside::What what, std::uint8_t property, std::string_view name,
+                         std::string_view text, std::uint32_t line, std::uint32_t item)
+{
+    Aside aside;
+    aside.what = what;
+    aside.property = property;
+    aside.item = item;
+    aside.name = name.empty() ? Text() : myBuilder.text(name, line);
+    aside.text = myBuilder.text(text, line);
+    myAsides.push_back(aside);
+}
+
+}  // namespace omt
