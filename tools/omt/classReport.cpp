@@ -106,7 +106,7 @@ std::string memberText(const omt::Model& model, const Member& member, NoteList& 
     list.add("Accurate when", member.accuracyCondition);
     addMore(list, member);
     list.add("Meaning", member.semantics);
-    list.add("Notes", notes.labels(member));
+    list.add("Notes", notes.numbers(member));
     list.add("Declared at", placeText(model, member));
     return list.text();
 }
@@ -150,7 +150,7 @@ std::string memberTable(const omt::Model& model, const Class& node, NoteList& no
                   {
                       const std::string from = &owner == last ? "" : owner.name.str();
                       last = &owner;
-                      table.add(cells(from, member, notes.labels(member)));
+                      table.add(cells(from, member, notes.numbers(member)));
                   });
     const std::string word = std::string(memberWord(node)) + 's';
     if (table.isEmpty()) return "\nNo " + word + ", neither of its own nor inherited.\n";
@@ -168,7 +168,7 @@ std::string classText(const omt::Model& model, const std::vector<Class>& table, 
     list.add("Kind", kindWord(node));
     addMore(list, node);
     list.add("Meaning", node.semantics);
-    list.add("Notes", notes.labels(node));
+    list.add("Notes", notes.numbers(node));
     list.add("Declared at", placeText(model, node));
     list.add("Child classes", children.empty() ? "none" : children);
     std::string text = heading(fullNameText(model, node), '=').substr(1) + list.text() +

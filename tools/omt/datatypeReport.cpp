@@ -23,7 +23,7 @@ struct Page
     void begin(PropertyList& list, const omt::Definition& node, const omt::Text& semantics)
     {
         list.add("Meaning", semantics);
-        list.add("Notes", notes.labels(node));
+        list.add("Notes", notes.numbers(node));
         list.add("Declared at", placeText(model, node));
         text += list.text();
     }
@@ -70,7 +70,7 @@ struct Page
         begin(list, node, node.semantics);
         TextTable table({whole("Number"), whole("Name"), wrap("Notes")});
         for (const omt::Enumerator& one : node.enumerators)
-            table.add({joinedTexts(one.values), one.name.str(), notes.labels(one)});
+            table.add({joinedTexts(one.values), one.name.str(), notes.numbers(one)});
         text += heading("Enumerators") + table.text();
     }
 
@@ -93,7 +93,7 @@ struct Page
         TextTable table({whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
         for (const omt::Field& one : node.fields)
             table.add(
-                {one.name.str(), typed(one.dataType), notes.labels(one), one.semantics.str()});
+                {one.name.str(), typed(one.dataType), notes.numbers(one), one.semantics.str()});
         text += heading("Fields") + table.text();
     }
 
@@ -107,7 +107,7 @@ struct Page
         TextTable table(
             {wrap("Enumerator"), whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
         for (const omt::Alternative& one : node.alternatives)
-            table.add({one.enumerator.str(), one.name.str(), typed(one.dataType), notes.labels(one),
+            table.add({one.enumerator.str(), one.name.str(), typed(one.dataType), notes.numbers(one),
                        one.semantics.str()});
         text += heading("Alternatives") + table.text();
     }
@@ -121,7 +121,7 @@ struct Page
                          wrap("Accuracy"), wrap("Accurate when"), wrap("Notes"), wrap("Meaning")});
         for (const omt::Component& one : node.components)
             table.add({one.name.str(), typed(one.dataType), one.cardinality.str(), one.units.str(),
-                       one.accuracy.str(), one.accuracyCondition.str(), notes.labels(one),
+                       one.accuracy.str(), one.accuracyCondition.str(), notes.numbers(one),
                        one.semantics.str()});
         text += heading("Components") + table.text();
     }

@@ -65,7 +65,7 @@ std::string identificationText(const omt::Module& module, NoteList& notes)
     for (const omt::Reference& one : about.references)
         list.add(one.type.empty() ? "Reference" : oneLine(one.type), one.identification);
     list.add("Other", about.other);
-    list.add("Notes", notes.labels(about));
+    list.add("Notes", notes.numbers(about));
     return list.text();
 }
 
@@ -91,7 +91,7 @@ std::string identification(const omt::Model& model)
     std::string text =
         bold(name) + '\n' + std::string(std::min<std::size_t>(columnsOf(name), 100), '=') + '\n';
     NoteList notes(model);
-    if (module) text += identificationText(*module, notes);
+    if (module) text += identificationText(*module, notes) + notes.text();
     if (model.modules().size() < 2) return text;
     return text +
            section("Modules", {whole("Name"), whole("Version"), whole("HLA version"), wrap("File")},

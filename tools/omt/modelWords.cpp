@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace
 {
@@ -112,28 +113,28 @@ std::string placeText(const omt::Model& model, const omt::Definition& definition
     return place.file + ':' + std::to_string(place.line);
 }
 
-std::string NoteList::labels(const omt::Definition& definition)
+std::string NoteList::numbers(const omt::Definition& definition)
 {
-    std::set<std::string_view> seen;
-    std::string text;
+    std::set<std::size_t> numbers;
     forEachLabel(definition,
                  [&](std::string_view label)
                  {
-                     if (!seen.insert(label).second) return;
-                     myLabels.insert(label);
-                     if (!text.empty()) text += ' ';
-                     text += label;
+                     const omt::Note* const note = myModel.findNote(label, definition);
+                     if (!note) return;
+                     const auto [place, isNew] = myNumbers.emplace(note, myNotes.size() + 1);
+                     if (isNew) myNotes.push_back(note);
+                     numbers.insert(place->second);
                  });
+    std::string text;
+    for (const std::size_t number : numbers)
+        text += (text.empty() ? "" : " ") + std::to_string(number);
     return text;
 }
 
 std::string NoteList::text() const
 {
-    TextTable table({whole(""), wrap("")});
-    for (const std::string_view label : myLabels)
-    {
-        const omt::Note* const note = myModel.findNote(label);
-        table.add({std::string(label), note ? note->semantics.str() : "(not in this model)"});
-    }
+    TextTable table({whole(""), whole(""), wrap("")});
+    for (std::size_t i = 0; i < myNotes.size(); ++i)
+        table.add({std::to_string(i + 1), myNotes[i]->name.str(), myNotes[i]->semantics.str()});
     return table.isEmpty() ? "" : heading("Notes") + table.text();
 }

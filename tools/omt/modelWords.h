@@ -5,8 +5,9 @@
 #include "omt/model/model.h"
 #include "textTable.h"
 
-#include <set>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 /// "IEEE 1516-2010" and so on.
 std::string editionText(omt::Edition edition);
@@ -32,14 +33,15 @@ class NoteList
 public:
     explicit NoteList(const omt::Model& model) : myModel(model) {}
 
-    /// The labels of all notes on a definition and on its properties, for a cell; they are kept.
-    std::string labels(const omt::Definition& definition);
+    /// The numbers in this list of all notes on a definition and on its properties, for a cell.
+    std::string numbers(const omt::Definition& definition);
     /// The notes under a heading; empty where there are none.
     std::string text() const;
 
 private:
     const omt::Model& myModel;
-    std::set<std::string_view> myLabels;
+    std::vector<const omt::Note*> myNotes;
+    std::unordered_map<const omt::Note*, std::size_t> myNumbers;
 };
 
 /// Object classes with their attributes and interaction classes with their parameters under common

@@ -3,9 +3,5 @@
 #include "omt/model/read.h"
 namespace omt
 {
-Model merge(const std::vector<Model>& models, Findings&)
-{
-    return models.back();
-}
 void checkReferences(const Model&, Findings&) {}
 }  // namespace omt
