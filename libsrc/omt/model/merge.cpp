@@ -393,7 +393,8 @@ T Merger::withModuleOfParts(T definition)
             using Part = std::decay_t<decltype(*(definition.*list).begin())>;
             if constexpr (!std::is_same_v<Part, Text>)
             {
-                definition.*list = myBuilder.copy(definition.*list);
+                definition.*list =
+                    myBuilder.list((definition.*list).begin(), (definition.*list).size());
                 for (Part& part : definition.*list) part.module += myFirstModule;
             }
         });

@@ -5,6 +5,7 @@
 #include "omt/base/textEncoding.h"
 #include "omt/model/modelBuilder.h"
 #include "omt/model/moduleCheck.h"
+#include "omt/model/omt13Reader.h"
 #include "omt/model/standardMim.h"
 #include "omt/model/xmlReader.h"
 
@@ -70,6 +71,7 @@ bool readText(const Document& document, std::string_view text, ModelBuilder& bui
     const std::string_view begin = withoutBlanks(text);
     if (!begin.empty() && begin.front() == '<')
         return XmlReader(document.name, text, builder, findings).read();
+    if (looksLike13(begin)) return read13(document.name, text, builder, findings);
     refuse(document.name, "no-object-model",
            "is no object model: it begins neither as XML nor as HLA 1.3", findings);
     return false;
@@ -100,8 +102,7 @@ Reading combine(std::vector<Model> models, Findings findings, const ReadOptions&
                                                  reading.findings, options));
     }
     if (models.empty()) return reading;
-    reading.model =
-        models.size() == 1 ? std::move(models.front()) : merge(models, reading.findings);
+    reading.model = merge(models, reading.findings);
     checkReferences(reading.model, reading.findings);
     return reading;
 }
