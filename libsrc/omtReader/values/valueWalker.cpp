@@ -464,6 +464,12 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     auto it = node->getComponentNodeList();
     for (; it != end && (*it)->getEnumerator() != text; ++it) ++at;
     discriminant->setValue(std::move(text));
+    // A variant may have very many alternatives, and a value very many variants.
+    if (!myBounds.allowWork(static_cast<std::int64_t>(at), resolved.name, place.offset))
+    {
+        value.consumed = -1;
+        return;
+    }
     if (it == end) return;
     int alternativeConsumed = 0;
     discriminant->setNextSibling(
@@ -572,7 +578,9 @@ void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, co
     for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
     {
         componentValues(**it, myResolver.component(resolved, at, **it), value, place, last);
-        if (value.consumed > value.length) value.consumed = -1;
+        // Paddings, and components whose condition does not hold, make no node.
+        const bool isAllowed = myBounds.allowWork(1, resolved.name, place.offset);
+        if (!isAllowed || value.consumed > value.length) value.consumed = -1;
         if (value.consumed < 0) return;
     }
 }
