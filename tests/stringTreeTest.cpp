@@ -170,6 +170,15 @@ TEST(StringTreeTest, AssignmentCopiesAndLeavesFormerLinks)
             EXPECT_NE(link, source);
 }
 
+TEST(StringTreeTest, FieldsAreTheNodesOwn)
+{
+    DtStringTree tree("a key that takes memory", "a datatype that takes memory", 0);
+    const DtString &key = tree.key(), &datatype = tree.datatype();
+    tree.setDatatype(key);
+    tree.setKey("another");
+    EXPECT_EQ(key + "/" + datatype, "another/a key that takes memory");
+}
+
 TEST(AttributeHistoryTest, KeepsTheLastFiveValues)
 {
     DtDatatypeManager manager;

@@ -416,26 +416,6 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         }
 }
 
-// Names of nodes are shared, and there are more of them than are kept.
-TEST(WalkerTest, NamesEachOfManyFields)
-{
-    Names names;
-    std::string model = "simple B byte;fixed R";
-    for (int field = 0; field < 600; ++field)
-        model.append(" ").append(names.emplace_back(std::to_string(field))).append(":B");
-    Converter manager(modelOf(model + ';'), false);
-    const Value value(std::string(names.size(), '\1'));
-    for (int times = 0; times < 2; ++times)
-    {
-        int consumed = 0;
-        const auto tree = value.tree(manager, "R", consumed);
-        Names keys;
-        for (const auto* node = tree->firstChild(); node; node = node->nextSibling())
-            keys.push_back(node->key().str());
-        EXPECT_EQ(keys, names);
-    }
-}
-
 using HostileTest = ModelsTest;
 // The sanitizers see what is read outside a value.
 TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)

@@ -41,22 +41,6 @@ std::vector<std::pair<int, const DtString*>> namesByNumber(const DtEnumeratedDat
 
 }  // namespace
 
-const Label& ResolvedDatatype::label(const DtString& key)
-{
-    constexpr std::size_t theMostLabels = 512;
-    const std::size_t count = labels.size();
-    // Fields and elements come in the same order time and again: most ask for the next one.
-    for (std::size_t step = 0; step < count; ++step)
-    {
-        if (++latestLabel >= count) latestLabel = 0;
-        if (labels[latestLabel]->key == key) return labels[latestLabel];
-    }
-    if (count == theMostLabels) labels.clear();
-    latestLabel = labels.size();
-    return labels.emplace_back(
-        std::make_shared<const DtStringTree::Label>(DtStringTree::Label{key, name}));
-}
-
 ResolvedDatatype& DatatypeResolver::search(const DtString& name)
 {
     if (myLast && myLast->name == name) return *myLast;

@@ -192,7 +192,8 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
                                  DtObjectHistory* history)
 {
     value.consumed = 0;
-    if (!myBounds.allowNode(datatype.name, offset, myDepth + 1))
+    const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
+    if (!myBounds.allowNode(datatype.name, offset, myDepth + 1, key.length()))
     {
         value.consumed = -1;
         return nullptr;
@@ -207,8 +208,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
             DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
                     << "\n";
     }
-    const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
-    auto node = std::make_unique<DtStringTree>(datatype.label(key), offset);
+    auto node = std::make_unique<DtStringTree>(key, datatype.name, offset);
     // The length stays as it was, on purpose: padding is not taken off it.
     fill(datatype, {data, value.length, value.consumed}, *node, root ? root : node.get(), history);
     if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
@@ -307,7 +307,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
 DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype& datatype,
                                          const Value& value, unsigned int offset)
 {
-    if (!myBounds.allowNode(datatype.name, offset, myDepth))
+    if (!myBounds.allowNode(datatype.name, offset, myDepth, name.length()))
     {
         value.consumed = -1;
         return nullptr;
@@ -316,7 +316,7 @@ DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype&
     myManager.getAttributeRep(name, value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-    auto node = std::make_unique<DtStringTree>(datatype.label(name), offset);
+    auto node = std::make_unique<DtStringTree>(name, datatype.name, offset);
     node->setValue(std::move(text));
     return node.release();
 }
@@ -446,15 +446,15 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     DtString text =
         myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
                                value.data, value.length, value.consumed);
-    if (!myBounds.allowNode(resolved.name, place.offset, myDepth))
+    const DtString& key = node->getDiscriminant();
+    if (!myBounds.allowNode(resolved.name, place.offset, myDepth, key.length()))
     {
         value.consumed = -1;
         return;
     }
     // At the discriminant's size and not at its place, on purpose.
-    auto* const discriminant =
-        new DtStringTree(myResolver.component(resolved, 0, *node).label(node->getDiscriminant()),
-                         static_cast<unsigned int>(value.consumed));
+    auto* const discriminant = new DtStringTree(key, myResolver.component(resolved, 0, *node).name,
+                                                static_cast<unsigned int>(value.consumed));
     place.parent->setFirstChild(discriminant);
     const int padding = myManager.implicitPadding(place.offset, resolved.name);
     if (padding > 0) addTo(value.consumed, padding);
