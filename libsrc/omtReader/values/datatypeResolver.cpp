@@ -22,8 +22,8 @@ Node* findOnce(ResolvedDatatype::Found<Node>& found, DtOMTTree* tree, const DtSt
 {
     if (!found.isKnown)
     {
-        found.isKnown = true;
         found.node = tree ? (tree->*get)(name) : nullptr;
+        found.isKnown = true;  // not before, as looking may fail for want of memory
     }
     return found.node;
 }
@@ -163,7 +163,8 @@ const DtString* DatatypeResolver::enumerator(ResolvedDatatype& datatype, int num
 {
     const DtEnumeratedDatatypeNode* const node = enumerated(datatype);
     if (!node) return nullptr;
-    if (!std::exchange(datatype.hasNames, true)) datatype.names = namesByNumber(*node);
+    if (!datatype.hasNames) datatype.names = namesByNumber(*node);
+    datatype.hasNames = true;  // not before, as memory may be short
     const auto it = std::lower_bound(datatype.names.begin(), datatype.names.end(), number,
                                      [](const auto& entry, int n) { return entry.first < n; });
     return it != datatype.names.end() && it->first == number ? it->second : nullptr;
