@@ -459,7 +459,7 @@ TEST_F(HostileTest, NoValueOfAPublishedModelDoesHarm)
         }
 }
 
-TEST(WalkerTest, TakesNullDataAtEveryDoor)
+TEST(WalkerTest, TakesNullAtEveryDoor)
 {
     const Messages messages;
     Converter manager(modelOf("simple B byte;fixed R a:B b:B;array V B HLAfixedArray 2;"
@@ -475,6 +475,8 @@ TEST(WalkerTest, TakesNullDataAtEveryDoor)
             int consumed = 0;
             (manager.*walk)(datatype, nullptr, 8, consumed, &parent, &parent, 0, nullptr);
             EXPECT_EQ(consumed, 0) << datatype;
+            (manager.*walk)(datatype, "\1\1\1", 3, consumed, nullptr, nullptr, 0, nullptr);
+            EXPECT_EQ(consumed, -1) << datatype << " without a node";
         }
     EXPECT_EQ(parent.firstChild(), nullptr);
 }

@@ -270,6 +270,8 @@ public:
                                     int& consumed, DtString& text);
 
     /// Fills a node with the parts of a record, an array, a variant, a complex or a defined value.
+    /// Null data leave node and count as they are. Without a node nothing is decoded, and the count
+    /// is -1; `root` may be null.
     virtual void createFixedTreeRep(const DtString& datatype, const void* data, int length,
                                     int& consumed, DtStringTree* parent, DtStringTree* root,
                                     unsigned int offset, DtObjectHistory* history);

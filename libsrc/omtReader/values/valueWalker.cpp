@@ -395,6 +395,11 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
 void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const Place& place)
 {
     if (!value.data) return;
+    if (!place.parent)
+    {
+        value.consumed = -1;
+        return;
+    }
     const ValueReader::Call call(myReader, value);
     (this->*ours)(myResolver.find(datatype), value, place);
 }
