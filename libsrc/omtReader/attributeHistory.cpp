@@ -67,10 +67,10 @@ DtStringTree* DtAttributeHistory::createStringTree(const DtDatatypeFedNode* attr
     if (!entry) return nullptr;
     if (!entry->myTree)
     {
-        entry->myTreeCount = 0;
-        entry->myTree.reset(myManager.createStringTreeRep(attribute, entry->myBytes.get(),
-                                                          entry->myByteCount, entry->myTreeCount, 0,
-                                                          myParentObject));
+        int consumed = 0;
+        entry->myTree.reset(myManager.createStringTreeRep(
+            attribute, entry->myBytes.get(), entry->myByteCount, consumed, 0, myParentObject));
+        entry->myTreeCount = consumed;
     }
     return entry->myTree.get();
 }
