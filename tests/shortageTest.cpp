@@ -38,6 +38,7 @@ std::string decoded(DtDatatypeManager& manager, const Value& value)
 
 TEST(ShortageTest, DecodingGoesOnAfterFailures)
 {
+    const DtMessageSink sinkBefore = DtSetMessageSink([](auto, auto) {});
     const TreePtr model = modelOf(
         "simple B byte;simple D double;simple Text string;simple Lost nowhere;"
         "enumerated Kind HLAoctet AKindWithAVeryLongName=1 Two=2;"
@@ -73,6 +74,7 @@ TEST(ShortageTest, DecodingGoesOnAfterFailures)
                            makeManager();  // the next one begins with nothing known
                        });
     }
+    DtSetMessageSink(sinkBefore);
 }
 
 TEST(ShortageTest, TreesNeedNoMemoryToGo)

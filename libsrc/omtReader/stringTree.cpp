@@ -136,6 +136,7 @@ void DtStringTree::copyLinksOf(const DtStringTree& other)
 
 DtStringTree::~DtStringTree()
 {
+    if (!myFirstChild && !myNextSibling && !myNextElement) return;
     // Each node goes through its own destructor, without links, so that none calls another's. Those
     // that wait are one chain of siblings: a destructor that asked for memory could fail.
     DtStringTree* open = nullptr;
