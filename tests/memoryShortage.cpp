@@ -16,13 +16,24 @@ thread_local std::size_t theGranted = theUnlimited;
 
 }  // namespace
 
-// The library asks these as well, as they are the program's.
+// The library asks these as well, as they are the program's. All forms are here, so that under a
+// sanitizer, which has its own, none is mixed with another's.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    if (theGranted == 0) return nullptr;
+    if (theGranted != theUnlimited) --theGranted;
+    return std::malloc(size > 0 ? size : 1);
+}
+
 void* operator new(std::size_t size)
 {
-    if (theGranted == 0) throw std::bad_alloc();
-    if (theGranted != theUnlimited) --theGranted;
-    if (void* const memory = std::malloc(size > 0 ? size : 1)) return memory;
+    if (void* const memory = operator new(size, std::nothrow)) return memory;
     throw std::bad_alloc();
+}
+
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
 }
 
 void operator delete(void* memory) noexcept
@@ -31,6 +42,16 @@ void operator delete(void* memory) noexcept
 }
 
 void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept
 {
     std::free(memory);
 }
@@ -62,6 +83,7 @@ void sweepShortages(const std::function<void()>& work, const std::function<void(
         {
             EXPECT_LT(granted + 1, theMost);
         }
+        EXPECT_TRUE(!hasEnough || granted > 0) << "nothing was asked for";
         check();
         if (testing::Test::HasFailure()) return;
     }
