@@ -179,7 +179,8 @@ const DtString* DatatypeResolver::enumerator(ResolvedDatatype& datatype, int num
 {
     const DtEnumeratedDatatypeNode* const node = enumerated(datatype);
     if (!node) return nullptr;
-    if (!std::exchange(datatype.hasNames, true)) datatype.names = namesByNumber(*node);
+    if (!datatype.hasNames) datatype.names = namesByNumber(*node);
+    datatype.hasNames = true;
     const auto it = std::lower_bound(datatype.names.begin(), datatype.names.end(), number,
                                      [](const auto& entry, int n) { return entry.first < n; });
     return it != datatype.names.end() && it->first == number ? it->second : nullptr;

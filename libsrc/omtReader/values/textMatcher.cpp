@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <memory>
 
 namespace omtreader
 {
@@ -57,6 +56,32 @@ ElementCount ElementCount::of(const DtArrayDatatypeNode& node)
         default:
             return {1, 1};
     }
+}
+
+void TextMatcher::Scope::add(std::unique_ptr<DtStringTree> child)
+{
+    children.push_back(std::move(child));
+    DtStringTree* const added = children.back().get();
+    if (children.size() > 1)
+        children[children.size() - 2]->setNextSibling(added);
+    else
+        parent.setFirstChild(added);
+}
+
+void TextMatcher::Scope::removeLast()
+{
+    children.pop_back();
+    if (children.empty())
+        parent.setFirstChild(nullptr);
+    else
+        children.back()->setNextSibling(nullptr);
+}
+
+TextMatcher::Scope::~Scope()
+{
+    // A node deletes what it is linked to.
+    parent.setFirstChild(nullptr);
+    for (const std::unique_ptr<DtStringTree>& child : children) child->setNextSibling(nullptr);
 }
 
 bool TextMatcher::matchFields(ResolvedDatatype& record, const DtString& delimiter)
@@ -164,14 +189,8 @@ std::size_t TextMatcher::retry()
     myPieces.resize(choice.pieces, {nullptr, {}, nullptr, nullptr});
     while (myLearned.size() > choice.learned)
     {
-        Scope& scope = myScopes[static_cast<std::size_t>(myLearned.back())];
+        myScopes[static_cast<std::size_t>(myLearned.back())].removeLast();
         myLearned.pop_back();
-        delete scope.children.back();
-        scope.children.pop_back();
-        if (scope.children.empty())
-            scope.parent.setFirstChild(nullptr);
-        else
-            scope.children.back()->setNextSibling(nullptr);
     }
     while (myScopes.size() > choice.scopes) myScopes.pop_back();
     return choice.attempt;
@@ -590,11 +609,8 @@ bool TextMatcher::learn(const Goal& goal, std::size_t)
     node->setKey(part.node->getName());
     node->setDatatype(part.datatype->name);
     node->setValue(myText.substr(goal.begin, myPlace - goal.begin));
-    DtStringTree* const last = scope.children.empty() ? nullptr : scope.children.back();
+    scope.add(std::move(node));
     myLearned.push_back(goal.scope);
-    scope.children.push_back(node.get());
-    last ? last->setNextSibling(node.get()) : scope.parent.setFirstChild(node.get());
-    node.release();
     return proceed(goal.next);
 }
 

@@ -11,6 +11,7 @@
 
 #include <deque>
 #include <limits>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -103,8 +104,15 @@ private:
     /// look for them.
     struct Scope
     {
+        Scope() = default;
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope();
+        void add(std::unique_ptr<DtStringTree> child);
+        void removeLast();
+
         DtStringTree parent;
-        std::vector<DtStringTree*> children;
+        std::vector<std::unique_ptr<DtStringTree>> children;  // each linked to the next one too
     };
     static constexpr int theEnd = -1;
     /// How the characters of an array may look.
