@@ -96,9 +96,9 @@ TEST(AllocationTest, ManagersEncodeAfterAFailureAsBefore)
     };
     const std::pair<const char*, const char*> theValues[] = {
         {"All",  "a[b[]] Five, 1, 2[3], 7 Six, 3, 4[Five, 5, 6]"},
-        {"Old",  "Five 7 Six, 1, 2[Five, 3, 4], 9"            },
-        {"Data", "Five 1 2[Six, 3, 4[5]]"                  },
-        {"E",    "Six"                                   },
+        {"Old",  "Five 7 Six, 1, 2[Five, 3, 4], 9"              },
+        {"Data", "Five 1 2[Six, 3, 4[5]]"                       },
+        {"E",    "Six"                                          },
     };
     for (const auto& [datatype, text] : theValues)
     {

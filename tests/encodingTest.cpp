@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// Lines back to the octets that they show: forms that are hard to cut, every datatype of published
-// models, very long texts.
+// Lines back to the octets that they show: forms that are hard to cut, and every datatype of
+// published models.
 #include "modelText.h"
 #include "omtReader/datatypeManager.h"
 #include "omtReader/datatypeRep.h"
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
 
-#include <chrono>
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <sstream>
 

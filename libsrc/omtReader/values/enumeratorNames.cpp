@@ -32,8 +32,9 @@ const EnumeratorNames::Table& EnumeratorNames::tableOf(const DtEnumeratedDatatyp
     const auto end = node.getEnumerationNodeEnd();
     for (auto it = node.getEnumerationNodeList(); table.isSure && it != end; ++it)
     {
-        table.isSure = typeid(**it) == typeid(DtEnumerationNode);
-        table.enumerators.emplace((*it)->getEnum().view(), *it);
+        const DtEnumerationNode& enumerator = **it;
+        table.isSure = typeid(enumerator) == typeid(DtEnumerationNode);
+        table.enumerators.emplace(enumerator.getEnum().view(), &enumerator);
     }
     return myTables.emplace(&node, std::move(table)).first->second;
 }
