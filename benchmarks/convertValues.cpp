@@ -2,6 +2,7 @@
 // Decoding and encoding: against code written by hand for one layout, and as an array grows.
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/datatypeManager.h"
+#include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/fieldComponentNode.h"
 #include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/omtTreePtr.h"
@@ -261,6 +262,56 @@ double encodeTrack()
         });
 }
 
+// A record of very many fields, each of another kind than the ones beside it, and an enumeration of
+// as many enumerators.
+
+DtOMTTree* wideModel(int size)
+{
+    DtOMTTree* const tree = madeModel();
+    auto* const letter = named<DtSimpleDatatypeNode>("HLAASCIIchar");
+    letter->setRepresentation("HLAASCIIchar");
+    tree->addSimpleDatatypeNode(letter);
+    auto* const names = named<DtEnumeratedDatatypeNode>("Names");
+    names->setRepresentation("HLAinteger32BE");
+    auto* const record = named<DtFixedDatatypeNode>("Wide");
+    constexpr const char* theTypes[] = {"Names", "HLAASCIIchar", "Point", "Numbers"};
+    for (int at = 0; at < size; ++at)
+    {
+        auto* const enumerator = new DtEnumerationNode;
+        enumerator->setEnum("Name" + DtString(at));
+        enumerator->setNumber(at);
+        names->addEnumerationNode(enumerator);
+        auto* const field = named<DtFieldComponentNode>("Field");
+        field->setDatatype(theTypes[at % 4]);
+        record->addComponentNode(field);
+    }
+    tree->addEnumeratedDatatypeNode(names);
+    tree->addFixedDatatypeNode(record);
+    return tree;
+}
+
+/// Encodes such a record of so many fields, as often.
+template <int size>
+double encodeWide()
+{
+    constexpr int theFieldsInAll = 40000;
+    Conversions wide(wideModel(size));
+    std::string text;
+    for (int at = 0; at < size; at += 4)
+        text += (at > 0 ? " Name" : "Name") + std::to_string(at) + " x 1 2 3 0.5[1.5[2.5]]";
+    return secondsOf(
+        [&]
+        {
+            for (int time = 0; time < theFieldsInAll / size; ++time)
+            {
+                Octets octets;
+                wide.manager.getValueFromStringRep("Wide", text, octets);
+                // An enumerator, a letter, a point and three numbers with their count.
+                require(octets.size() == size / 4 * (4 + 1 + 16 + 28), "A record was cut short");
+            }
+        });
+}
+
 // Arrays: the same number of elements in all, in many short arrays or in one.
 
 constexpr int theElements = 1000000;
@@ -317,6 +368,7 @@ std::vector<ratios::Ratio> ratios::convertValuesRatios()
         {"decode_growth",         decodeNumbers<1000>, decodeNumbers<theElements>, nullptr},
         {"decode_growth_records", decodePoints<1000>,  decodePoints<theElements>,  nullptr},
         {"encode_record",         encodeTrackByHand,   encodeTrack,                nullptr},
+        {"encode_growth",         encodeWide<1000>,    encodeWide<40000>,          nullptr},
     };
 }
 

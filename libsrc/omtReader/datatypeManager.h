@@ -57,19 +57,16 @@ struct ConversionSettings;
 /// the elements of an array nest in brackets, `1[2[3]]`, on purpose. See
 /// convertStringTreeToString().
 ///
-/// **Encoding.** Text is cut where the line of such a value would have its delimiters and brackets,
-/// and every piece is encoded by the datatype of its field or element. What decoding skips,
-/// encoding writes: the count in front of a variable array, the number of bits of a bit array, and
-/// with implicit padding on, zero octets in front of a value, counted from the start of the text's
-/// value. So encoding a line and decoding the octets gives the same line, for datatypes whose
-/// representations write what they read, as long as no delimiter is empty or could be part of a
-/// number or of an enumerator's name. The rules:
-/// - The last field and the last element take all that is left of the text. A field without a piece
-///   is encoded as if its piece were empty, so that a record keeps its size.
-/// - An empty piece in the middle keeps its place: a character writes a zero octet, a number 0, a
-///   variable array a count of 0. An empty text on its own encodes to nothing.
-/// - An array holds the elements that the text has; with a fixed number of elements, the last one
-///   takes what is too many, and what is missing is not written.
+/// **Encoding.** Text is cut as the line of such a value would have been joined, and every piece is
+/// encoded by the datatype of its field or element, with getValueFromStringRep(). The rules:
+/// - An empty text encodes to nothing, also inside a value, where a missing piece counts as one.
+/// - Nothing is written for alignment: neither implicit padding, if it is on, nor the padding
+///   components of HLA 1.3.
+/// - The count in front of a variable array is written, the number of bits in front of a bit array,
+///   and the zero octet at the end of an array of characters that ends at one.
+/// - A text that is no line of the datatype is cut as far as it goes. The last field takes all that
+///   is left. An array holds the elements that the text has, and where it may have no more, the
+///   last one takes what is left; what is missing is not written.
 /// - An array of characters may also be written as its plain text, `HELLO` for `H[E[L[L[O]]]]`; one
 ///   that ends at a zero octet then gets it.
 /// - A component of a complex datatype is expected in the text exactly if its condition holds for
@@ -78,10 +75,26 @@ struct ConversionSettings;
 ///   part does not cut.
 /// - Variant records cannot be encoded, on purpose: nothing is written for them.
 ///
-/// Several values may have the same line where characters are themselves delimiters or brackets,
-/// and where nested arrays are empty; then another one of them may be written. A value that was cut
-/// short, or in which an array without an end stands in front of other fields, has a line that no
-/// whole value need have.
+/// **Which lines come back.** Encoding the line of a whole value gives its octets again if
+/// - implicit padding is off, and there are neither variant records nor padding components;
+/// - no part that has octets has an empty line, as a character of value 0, an array of no elements
+///   or an array of such parts have;
+/// - the representations write what they read: not those of enumerations of 2 and 4 octets while
+///   DtNetworkByteOrdering() is 1, "bool", "hex", "string", "utf8" and "utf16", nor numbers with
+///   more digits than are shown or with more bits than are read from text;
+/// - numbers of an enumeration have names, and no delimiter is empty or could be part of a number
+///   or of a name;
+/// - no other value has the same line.
+///
+/// Several values have the same line
+/// - where the elements of an array, or the values of a component, are arrays of no fixed size, or
+///   end in one whose elements could be taken for them: `1[2[3]]` is one row of three, three rows
+///   of one, and more. The innermost array is taken to be the longest;
+/// - where characters are delimiters or brackets: `[[]]` is a `[` and a `]`, or three zeros. A
+///   character is taken for a zero only where nothing else makes a line of the text.
+///
+/// A value that was cut short, or in which an array without an end stands in front of other fields,
+/// has a line that no whole value need have.
 class OMTREADER_EXPORT DtDatatypeManager
 {
 public:

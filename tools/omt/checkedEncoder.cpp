@@ -7,6 +7,8 @@
 #include "omtReader/datatypeRep.h"
 #include "representationTexts.h"
 
+#include <utility>
+
 namespace
 {
 
@@ -28,8 +30,8 @@ DtDatatypeManager::Octets CheckedEncoder::encode(const std::string& datatype,
     return out;
 }
 
-/// Counts the parts of the innermost record or array. What has an empty text comes straight to its
-/// kind's own operation, all else through getValueFromStringRep() first.
+/// Counts the parts of the innermost record or array. The value as a whole is encoded by
+/// getValueFromStringRep() too, which then goes on to its kind's own operation.
 void CheckedEncoder::beginPart(const DtString& datatype)
 {
     if (myHasBegun || myComposites.empty())
@@ -81,9 +83,49 @@ void CheckedEncoder::getValueFromStringRep(const DtString& datatype, const DtStr
 {
     beginPart(datatype);
     if (isImpossible(datatype)) refuse(whyImpossible(datatype));
-    myHasBegun = !text.empty() && !myComposites.empty();
-    MappedManager::getValueFromStringRep(datatype, text, out);
+    myHasBegun = !myComposites.empty();
+    if (!myComposites.empty())
+    {
+        padAfterCount(datatype, out);
+        pad(datatype, out.size(), out);
+    }
+    if (text.empty() && !myComposites.empty())
+        encodeEmpty(datatype, out);
+    else
+        MappedManager::getValueFromStringRep(datatype, text, out);
     myHasBegun = false;
+}
+
+void CheckedEncoder::pad(const DtString& datatype, std::size_t offset, Octets& out)
+{
+    const int padding = implicitPadding(static_cast<unsigned int>(offset), datatype);
+    out.insert(out.end(), static_cast<std::size_t>(padding), '\0');
+}
+
+/// Between a count and the first element stands padding as of the array's own offset, as it is
+/// read.
+void CheckedEncoder::padAfterCount(const DtString& element, Octets& out)
+{
+    Composite& array = myComposites.back();
+    if (std::exchange(array.hasCount, false)) pad(element, array.start, out);
+}
+
+/// The base writes nothing for an empty text.
+void CheckedEncoder::encodeEmpty(const DtString& datatype, Octets& out)
+{
+    switch (getDatatypeEnum(datatype))
+    {
+        case DtDatatypeEnumerated:
+            return getValueFromEnumRep(datatype, DtString(), out);
+        case DtDatatypeComplex:
+            return getValueFromComplexRep(datatype, DtString(), out);
+        case DtDatatypeArray:
+            return getValueFromArrayRep(datatype, DtString(), out);
+        case DtDatatypeFixed:
+            return getValueFromFixedRep(datatype, DtString(), out);
+        default:
+            return getValueFromDatatypeRep(datatype, DtString(), out);
+    }
 }
 
 void CheckedEncoder::getValueFromDatatypeRep(const DtString& datatype, const DtString& text,
@@ -150,8 +192,16 @@ void CheckedEncoder::getValueFromArrayRep(const DtString& datatype, const DtStri
                                           Octets& out)
 {
     beginPart(datatype);
-    myComposites.push_back({true});
+    Composite array{true};
+    array.start = out.size();
+    const auto* const node = omtTree()->getArrayDatatypeNode(datatype);
+    constexpr int theBitForm = 7;
+    constexpr int theVariableForm = 10;
+    const int form = node ? node->getCardinalityType() : 0;
+    array.hasCount = form == theBitForm || form == theVariableForm;
+    myComposites.push_back(std::move(array));
     MappedManager::getValueFromArrayRep(datatype, text, out);
+    if (node) padAfterCount(node->getDatatype(), out);
     const std::size_t found = myComposites.back().next;
     myComposites.pop_back();
     checkCount(datatype, found, out);

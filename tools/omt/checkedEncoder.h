@@ -11,8 +11,9 @@
 /// A manager whose encoding throws InputError, which names the part of the value and what is wrong
 /// with its text.
 ///
-/// An array of a fixed number of characters that is written as plain text is filled up with zero
-/// octets; everything else is encoded as the base does.
+/// Beyond what the base writes, implicit padding gets its octets, and a part without text those of
+/// a character of value 0, an empty array and the like. An array of a fixed number of characters
+/// that is written as plain text is filled up with zero octets.
 class CheckedEncoder : public MappedManager
 {
 public:
@@ -35,6 +36,8 @@ private:
         bool isArray = false;
         std::vector<const DtOMTDatatypeNode*> fields = {};  // as far as it is known
         std::size_t next = 0;                               // field or element
+        std::size_t start = 0;                              // where it begins in the octets
+        bool hasCount = false;
     };
 
     void beginPart(const DtString& datatype);
@@ -42,6 +45,9 @@ private:
     [[noreturn]] void refuse(const std::string& why) const;
     bool isImpossible(const DtString& datatype);
     std::string whyImpossible(const DtString& datatype);
+    void pad(const DtString& datatype, std::size_t offset, Octets& out);
+    void padAfterCount(const DtString& element, Octets& out);
+    void encodeEmpty(const DtString& datatype, Octets& out);
     void checkCount(const DtString& datatype, std::size_t found, Octets& out);
 
     std::string myName;

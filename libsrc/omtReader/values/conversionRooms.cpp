@@ -16,7 +16,7 @@ ConversionRooms::ConversionRooms(DtDatatypeManager& manager, ConversionSettings&
       reader(manager, settings, resolver, bounds),
       walker(manager, settings, resolver, alignment, reader, bounds),
       cutter(manager, settings, resolver, renderer, bounds),
-      writer(manager, settings, resolver, alignment, cutter, bounds)
+      writer(manager, settings, resolver, cutter, bounds)
 {
 }
 

@@ -2,13 +2,20 @@
 // The texts of numbers to octets, without a vector for each of them.
 #include "omtReader/values/scalarText.h"
 
+#include "omtReader/byteDatatypeRep.h"
 #include "omtReader/doubleLEDatatypeRep.h"
+#include "omtReader/enum16DatatypeRep.h"
+#include "omtReader/enum32DatatypeRep.h"
+#include "omtReader/enum8DatatypeRep.h"
 #include "omtReader/floatLEDatatypeRep.h"
 #include "omtReader/intLEDatatypeRep.h"
+#include "omtReader/longLEDatatypeRep.h"
 #include "omtReader/shortLEDatatypeRep.h"
 #include "omtReader/values/scalarOctets.h"
 
+#include <typeindex>
 #include <typeinfo>
+#include <unordered_map>
 
 namespace omtreader
 {
@@ -61,6 +68,29 @@ AppendText appendTextOf(const DtDatatypeRep& rep)
     for (const auto& [type, append] : theClasses)
         if (typeid(rep) == type) return append;
     return nullptr;
+}
+
+NumberText numberTextOf(const DtDatatypeRep* rep)
+{
+    static const std::unordered_map<std::type_index, NumberText> theClasses = {
+        {typeid(DtByteDatatypeRep),     NumberText::whole},
+        {typeid(DtShortDatatypeRep),    NumberText::whole},
+        {typeid(DtShortLEDatatypeRep),  NumberText::whole},
+        {typeid(DtIntDatatypeRep),      NumberText::whole},
+        {typeid(DtIntLEDatatypeRep),    NumberText::whole},
+        {typeid(DtLongDatatypeRep),     NumberText::whole},
+        {typeid(DtLongLEDatatypeRep),   NumberText::whole},
+        {typeid(DtEnum8DatatypeRep),    NumberText::whole},
+        {typeid(DtEnum16DatatypeRep),   NumberText::whole},
+        {typeid(DtEnum32DatatypeRep),   NumberText::whole},
+        {typeid(DtFloatDatatypeRep),    NumberText::any  },
+        {typeid(DtFloatLEDatatypeRep),  NumberText::any  },
+        {typeid(DtDoubleDatatypeRep),   NumberText::any  },
+        {typeid(DtDoubleLEDatatypeRep), NumberText::any  },
+    };
+    if (!rep) return NumberText::none;
+    const auto entry = theClasses.find(typeid(*rep));
+    return entry == theClasses.end() ? NumberText::none : entry->second;
 }
 
 }  // namespace omtreader

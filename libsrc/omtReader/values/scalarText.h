@@ -18,4 +18,15 @@ using AppendText = void (*)(const DtString& text, std::vector<char>& octets);
 /// not a host's class below one; else null.
 AppendText appendTextOf(const DtDatatypeRep& rep);
 
+/// What the text of a representation always is.
+enum class NumberText
+{
+    none,   ///< any text
+    whole,  ///< a decimal integer
+    any     ///< a number, with or without fraction and exponent
+};
+
+/// What a representation shows, if it is one of our own number classes; null shows any text.
+NumberText numberTextOf(const DtDatatypeRep* rep);
+
 }  // namespace omtreader

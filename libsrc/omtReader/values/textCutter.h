@@ -2,10 +2,7 @@
 // The line of a record or an array, cut back into the lines of its parts.
 #pragma once
 
-#include "omtReader/values/conversionBounds.h"
-#include "omtReader/values/conversionSettings.h"
-#include "omtReader/values/datatypeResolver.h"
-#include "omtReader/values/treeRenderer.h"
+#include "omtReader/values/textMatcher.h"
 
 #include <string_view>
 #include <vector>
@@ -13,27 +10,17 @@
 namespace omtreader
 {
 
-/// The text of one field or element.
-struct TextPiece
-{
-    ResolvedDatatype* datatype;
-    std::string_view text;
-    const DtString* delimiter;          // that serves inside it
-    DtComplexComponentNode* component;  // only in a complex value
-};
-
-/// Cuts for one manager, by the datatypes and not by the look of the text: a field that is a record
-/// takes as many delimiters as it has fields.
+/// Cuts for one manager, by the datatypes and not by the look of the text.
+///
+/// A text that is the line of a value is cut as that value was rendered. One that is not, as people
+/// write them, is cut as far as it goes: fields may be missing at the end, an array may have too
+/// few elements or, where it has a most, too many, which the last one takes.
 class TextCutter
 {
 public:
     TextCutter(DtDatatypeManager& manager, const ConversionSettings& settings,
                DatatypeResolver& resolver, TreeRenderer& renderer, ConversionBounds& bounds)
-        : myManager(manager),
-          mySettings(settings),
-          myResolver(resolver),
-          myRenderer(renderer),
-          myBounds(bounds)
+        : my{manager, settings, resolver, renderer, bounds, myEnumerators}
     {
     }
 
@@ -42,74 +29,37 @@ public:
     std::vector<TextPiece> fields(ResolvedDatatype& record, std::string_view text,
                                   const DtString& delimiter);
 
-    /// One piece for each element, `most` at the most.
+    /// One piece for each element.
     std::vector<TextPiece> elements(ResolvedDatatype& element, std::string_view text,
-                                    const DtString& delimiter, std::int64_t most);
+                                    const DtString& delimiter, ElementCount count);
+
+    /// The enumerator of a name; null if there is none.
+    const DtEnumerationNode* enumerator(const DtEnumeratedDatatypeNode& node, std::string_view name)
+    {
+        return myEnumerators.find(node, name);
+    }
 
     /// Forgets what was kept while pieces were in use.
-    void release() { myRenderer.release(); }
+    void release() { my.renderer.release(); }
 
     /// The text without the array wrapper around it, if it is in one.
     std::string_view unwrapped(std::string_view text) const;
 
     /// Whether a text of characters is none that rendering made, but stands for itself.
-    static bool isPlain(std::string_view text);
-
-    /// The most elements that the text of an array has: the number that a fixed one has, 0 for one
-    /// that never has any.
-    static std::int64_t mostElements(const DtArrayDatatypeNode& node);
-    static bool hasFixedCount(const DtArrayDatatypeNode& node);
+    static bool isPlain(std::string_view text)
+    {
+        return text.size() > 1 && text.find('[') == std::string_view::npos;
+    }
 
 private:
-    /// A part of the text that is being cut: where it begins, and before which place it ends.
-    struct Range
-    {
-        std::size_t begin;
-        std::size_t end;
-    };
-    /// How many bracketed groups may stand at the end of a value's line.
-    struct Groups
-    {
-        int least;
-        int most;
-        bool mayBeMissing = false;  // as in an empty array
-    };
-    void takeText(std::string_view text);
-    std::vector<TextPiece> cutRecord(ResolvedDatatype& record, Range range,
-                                     const DtString& delimiter, std::string_view follow,
-                                     bool takesRest, bool isElement, std::size_t* end);
-    std::vector<TextPiece> cutComplex(const std::vector<ResolvedComponent>& components, Range range,
-                                      const DtString& delimiter, std::string_view follow,
-                                      bool takesRest, std::size_t* end);
-    std::string_view textOf(Range range) const
-    {
-        return myText.substr(range.begin, range.end - range.begin);
-    }
-    bool hasTooFew(std::string_view delimiter, Range range, std::size_t needed) const;
-    std::size_t placeBehind(std::size_t place, std::size_t limit, std::string_view text) const;
-    std::size_t endOf(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
-                      std::string_view follow, bool isElement);
-    std::size_t endOfSingle(const ResolvedDatatype& datatype, Range range, std::string_view follow,
-                            bool isElement) const;
-    std::size_t endOfArray(ResolvedDatatype& datatype, Range range, const DtString& delimiter,
-                           std::string_view follow, bool isElement);
-    bool opensGroup(Range range) const;
-    std::size_t endOfGroups(std::size_t from, std::size_t limit) const;
-    std::size_t endOfWrapper(Range range) const;
-    std::size_t splitBeforeRest(const ResolvedDatatype& element, Groups groups, Range range,
-                                const DtString& delimiter) const;
-    Groups groupsOf(ResolvedDatatype& datatype, int depth);
-    bool startsAt(std::size_t place, std::size_t limit, std::string_view text) const;
-    bool isEveryThirdABracket(Range range) const;
+    bool mayBeSplit(ResolvedDatatype& datatype) const;
+    bool splitFields(const std::vector<ResolvedComponent>& fields, std::string_view text,
+                     const DtString& delimiter, std::vector<TextPiece>& pieces) const;
+    bool splitElements(ResolvedDatatype& element, std::string_view text, const DtString& delimiter,
+                       ElementCount count, std::vector<TextPiece>& pieces) const;
 
-    DtDatatypeManager& myManager;
-    const ConversionSettings& mySettings;
-    DatatypeResolver& myResolver;
-    TreeRenderer& myRenderer;
-    ConversionBounds& myBounds;
-    std::string_view myText;
-    std::vector<std::size_t> myPartners;  // of each bracket, the place of the other one
-    int myDepth = 0;
+    EnumeratorNames myEnumerators;
+    const TextMatcher::Sources my;
 };
 
 }  // namespace omtreader

@@ -1,31 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
-// Text to the octets of a value, with the counts and the padding that decoding expects.
+// Text to the octets of a value, with the counts that decoding expects.
+//
+// No octet is written for alignment, and none for an empty text: a value that stands inside another
+// one is encoded as it is on its own.
 #include "omtReader/values/valueWriter.h"
 
 #include "omtReader/arrayDatatypeNode.h"
-#include "omtReader/complexDatatypeNode.h"
+#include "omtReader/complexComponentNode.h"
 #include "omtReader/datatypeRep.h"
 #include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/values/arrayForm.h"
 #include "util/dtNetworkOrder.h"
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
-#include <utility>
 
 namespace omtreader
 {
 namespace
 {
 
-constexpr int thePaddingComponent = 6;
 constexpr int theCountSize = 4;
-
-void appendZeros(DtDatatypeManager::Octets& out, int count)
-{
-    if (count > 0) out.insert(out.end(), static_cast<std::size_t>(count), '\0');
-}
 
 }  // namespace
 
@@ -40,14 +34,15 @@ public:
           myStartBefore(writer.myStart),
           myDepthBefore(writer.myDepth)
     {
+        // A short value then needs memory once. What may throw comes first: nothing has begun yet.
+        constexpr std::size_t theUsualSize = 256;
+        if (writer.myOut != &out && out.capacity() == 0)
+            out.reserve(std::min(textLength, theUsualSize));
         writer.myBounds.begin(writer.mySettings.nodeLimit, static_cast<std::int64_t>(textLength));
         if (writer.myOut == &out) return;
         writer.myOut = &out;
         writer.myStart = out.size();
         writer.myDepth = 0;
-        // A short value then needs memory once.
-        constexpr std::size_t theUsualSize = 256;
-        if (out.capacity() == 0) out.reserve(std::min(textLength, theUsualSize));
     }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
@@ -66,6 +61,23 @@ private:
     const Octets* myOutBefore;
     std::size_t myStartBefore;
     int myDepthBefore;
+};
+
+/// Hands the delimiter that serves a piece down to it.
+class ValueWriter::Handed
+{
+public:
+    Handed(ValueWriter& writer, const TextPiece& piece) : myWriter(writer)
+    {
+        writer.myHanded = piece.delimiter;
+        writer.myHandedTo = piece.datatype;
+    }
+    Handed(const Handed&) = delete;
+    Handed& operator=(const Handed&) = delete;
+    ~Handed() { myWriter.myHanded = nullptr; }
+
+private:
+    ValueWriter& myWriter;
 };
 
 void ValueWriter::value(const DtString& datatype, const DtString& text, Octets& out)
@@ -112,7 +124,8 @@ void ValueWriter::append(const ResolvedDatatype& datatype, const DtString& text,
 void ValueWriter::enumerated(const DtString& datatype, const DtString& text, Octets& out)
 {
     const DtEnumeratedDatatypeNode* const node = myResolver.enumerated(myResolver.find(datatype));
-    const DtEnumerationNode* const enumerator = node ? node->getEnumerationNode(text) : nullptr;
+    const DtEnumerationNode* const enumerator =
+        node ? myCutter.enumerator(*node, text.view()) : nullptr;
     if (!enumerator) return;
     // In the order opposite to the one in which it is held, on purpose; three octets are never
     // written, a size of three gives two.
@@ -127,51 +140,19 @@ void ValueWriter::record(const DtString& datatype, const DtString& text, Octets&
     const Call call(*this, out, text.length());
     ResolvedDatatype& resolved = myResolver.find(datatype);
     const DtString& delimiter = delimiterFor(resolved.name);
-    const std::size_t start = out.size();
-    const DtComplexDatatypeNode* const complex =
-        myResolver.fixed(resolved) ? nullptr : myResolver.complex(resolved);
-    const DtComplexComponentNode* last = nullptr;
     for (const TextPiece& field :
          myCutter.fields(resolved, myCutter.unwrapped(text.view()), delimiter))
-    {
-        if (!field.component)
-        {
-            piece(field, out);
-            continue;
-        }
-        padBetween(*complex, std::exchange(last, field.component), field.component, start, out);
-        component(field, out);
-    }
-    if (complex) padBetween(*complex, last, nullptr, start, out);
+        field.component ? component(field, out) : piece(field, out);
 }
 
 // A component may have several values, chained as the elements of an array are.
 void ValueWriter::component(const TextPiece& values, Octets& out)
 {
     const int maximum = values.component->getCardinalityMaximum();
-    const std::int64_t most =
-        maximum < 0 ? std::numeric_limits<std::int32_t>::max() : std::max(maximum, 1);
+    const ElementCount count = {1, maximum < 0 ? ElementCount::theUnlimited : std::max(maximum, 1)};
     for (const TextPiece& value :
-         myCutter.elements(*values.datatype, values.text, *values.delimiter, most))
+         myCutter.elements(*values.datatype, values.text, *values.delimiter, count))
         piece(value, out);
-}
-
-// Padding components have no text; they stand behind one component and before the next.
-void ValueWriter::padBetween(const DtComplexDatatypeNode& record,
-                             const DtComplexComponentNode* behind,
-                             const DtComplexComponentNode* before, std::size_t start, Octets& out)
-{
-    auto& nodes = const_cast<DtComplexDatatypeNode&>(record);
-    auto it = nodes.getComponentNodeList();
-    const auto end = nodes.getComponentNodeEnd();
-    if (behind) it = std::next(std::find(it, end, behind));
-    for (; it != end && *it != before; ++it)
-    {
-        const int boundary = (*it)->getCardinalityMaximum();
-        if ((*it)->getCardinalityType() != thePaddingComponent || boundary <= 1) continue;
-        const auto length = static_cast<int>(out.size() - start);
-        appendZeros(out, (boundary - length % boundary) % boundary);
-    }
 }
 
 void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& out)
@@ -183,30 +164,29 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
     const DtString& delimiter = delimiterFor(resolved.name);
     ResolvedDatatype& element = myResolver.component(resolved, 0, *node);
     const int form = node->getCardinalityType();
+    const bool isCounted = form == theBitForm || form == theVariableForm;
     const std::size_t start = out.size();
-    if (form == theBitForm || form == theVariableForm)
-    {
-        appendZeros(out, theCountSize);
-        // As of the array's own offset, as it is read.
-        pad(element, start, out);
-    }
+    if (isCounted) out.insert(out.end(), theCountSize, '\0');
     const std::string_view content = myCutter.unwrapped(text.view());
-    const std::int64_t most = TextCutter::mostElements(*node);
     std::vector<TextPiece> pieces;
-    if (!content.empty()) pieces = myCutter.elements(element, content, delimiter, most);
-    const std::int64_t empties = content.empty() && TextCutter::hasFixedCount(*node) ? most : 0;
-    for (const TextPiece& each : pieces) piece(each, out);
-    for (std::int64_t at = 0; at < empties && !myBounds.isPast(); ++at)
-        piece({&element, {}, &delimiter, nullptr}, out);
-    if (form == theBitForm || form == theVariableForm)
+    if (!content.empty())
+        pieces = myCutter.elements(element, content, delimiter, ElementCount::of(*node));
+    std::size_t beforeLast = start;
+    for (const TextPiece& each : pieces)
+    {
+        beforeLast = out.size();
+        piece(each, out);
+    }
+    if (isCounted)
     {
         const std::size_t count = pieces.size() * (form == theBitForm ? 8 : 1);
         for (std::size_t at = 0; at < theCountSize; ++at)
             out[start + at] = static_cast<char>(count >> 8 * (theCountSize - 1 - at));
     }
-    const bool needsEnd = form == theZeroEndedForm && element.isCharacter &&
-                          (content.empty() || TextCutter::isPlain(content));
-    if (needsEnd) out.push_back('\0');
+    if (form != theZeroEndedForm || !element.isCharacter) return;
+    // The zero at the end belongs to the array, as a count does. Its text is empty.
+    const bool isEnded = pieces.empty() || (pieces.back().text.empty() && out.size() == beforeLast);
+    if (isEnded || TextCutter::isPlain(content)) out.push_back('\0');
 }
 
 void ValueWriter::piece(const TextPiece& piece, Octets& out)
@@ -214,18 +194,15 @@ void ValueWriter::piece(const TextPiece& piece, Octets& out)
     ResolvedDatatype& datatype = *piece.datatype;
     const auto offset = static_cast<unsigned int>(out.size() - myStart);
     if (!myBounds.allowNode(datatype.name, offset, myDepth + 1)) return;
-    pad(datatype, out.size(), out);
-    const bool isSingle = myResolver.kindOf(datatype) == DtDatatypeManager::DtDatatypeSimple;
-    if (isAlone && isSingle) return append(datatype, DtString(piece.text), out);
-    myHanded = piece.delimiter;
-    myHandedTo = &datatype;
+    if (isAlone)
+    {
+        if (piece.text.empty()) return;
+        if (myResolver.kindOf(datatype) == DtDatatypeManager::DtDatatypeSimple)
+            return append(datatype, DtString(piece.text), out);
+    }
+    const Handed handed(*this, piece);
     const Descent descent(myDepth);
-    // A piece that is empty keeps its place, while an empty text on its own stands for nothing.
-    if (piece.text.empty())
-        byKind(datatype, DtString(), out);
-    else
-        myManager.getValueFromStringRep(datatype.name, DtString(piece.text), out);
-    myHanded = nullptr;
+    myManager.getValueFromStringRep(datatype.name, DtString(piece.text), out);
 }
 
 // For a value that is not part of another one, its own.
@@ -235,12 +212,6 @@ const DtString& ValueWriter::delimiterFor(const DtString& datatype)
     const DtString& delimiter = isHanded ? *myHanded : myManager.getDelimiterMap(datatype, nullptr);
     myHanded = nullptr;
     return delimiter;
-}
-
-void ValueWriter::pad(ResolvedDatatype& datatype, std::size_t place, Octets& out)
-{
-    const auto offset = static_cast<unsigned int>(place - myStart);
-    appendZeros(out, myAlignment.paddingBefore(datatype, offset));
 }
 
 }  // namespace omtreader

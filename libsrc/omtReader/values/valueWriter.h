@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Text to the octets of a value, with the counts and the padding that decoding expects.
+// Text to the octets of a value, with the counts that decoding expects.
 #pragma once
 
-#include "omtReader/values/alignmentCalculator.h"
 #include "omtReader/values/conversionBounds.h"
 #include "omtReader/values/conversionSettings.h"
 #include "omtReader/values/datatypeResolver.h"
@@ -18,12 +17,10 @@ public:
     using Octets = DtDatatypeManager::Octets;
 
     ValueWriter(DtDatatypeManager& manager, const ConversionSettings& settings,
-                DatatypeResolver& resolver, AlignmentCalculator& alignment, TextCutter& cutter,
-                ConversionBounds& bounds)
+                DatatypeResolver& resolver, TextCutter& cutter, ConversionBounds& bounds)
         : myManager(manager),
           mySettings(settings),
           myResolver(resolver),
-          myAlignment(alignment),
           myCutter(cutter),
           myBounds(bounds)
     {
@@ -40,21 +37,17 @@ public:
 
 private:
     class Call;
+    class Handed;
 
     void byKind(ResolvedDatatype& datatype, const DtString& text, Octets& out);
     void piece(const TextPiece& piece, Octets& out);
     void component(const TextPiece& values, Octets& out);
-    static void padBetween(const DtComplexDatatypeNode& record,
-                           const DtComplexComponentNode* behind,
-                           const DtComplexComponentNode* before, std::size_t start, Octets& out);
     const DtString& delimiterFor(const DtString& datatype);
-    void pad(ResolvedDatatype& datatype, std::size_t place, Octets& out);
     static void append(const ResolvedDatatype& datatype, const DtString& text, Octets& out);
 
     DtDatatypeManager& myManager;
     const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
-    AlignmentCalculator& myAlignment;
     TextCutter& myCutter;
     ConversionBounds& myBounds;
     const Octets* myOut = nullptr;  // of the outermost call
