@@ -31,8 +31,10 @@ class DtVariantDatatypeNode;
 namespace omtreader
 {
 template <typename Class>
-class ClassFinder;
-}
+class ClassMerge;
+template <typename Class>
+struct Hierarchy;
+}  // namespace omtreader
 
 /// The tree of one object model: a FOM, a SOM, a FOM module, or several of them merged.
 ///
@@ -271,13 +273,17 @@ public:
 
     /// Works out every value that is otherwise worked out when first asked for, so that from now on
     /// reading changes nothing and any number of threads may read at once. To be called again after
-    /// a change, which needs the tree for itself.
+    /// a change, which needs the tree for itself. A full name of more than 1,024 octets is still
+    /// put together when first asked for, by whichever threads ask.
     void prepareForSharing();
 
     /// Deletes the switches, dimensions, synchronization points and tags, and empties their tables.
     void deleteAuxiliaryTables();
 
 private:
+    friend struct omtreader::Hierarchy<DtObjectClassFedNode>;
+    friend struct omtreader::Hierarchy<DtInteractionClassFedNode>;
+
     NodeList<DtNoteNode> myNotes;
     NodeList<DtObjectClassFedNode> myObjectClasses;
     NodeList<DtInteractionClassFedNode> myInteractionClasses;
@@ -316,7 +322,7 @@ private:
     ReferenceList myReferences;
     DtHLAProtocolVersion myHlaVersion = DtHlaUnset;
 
-    // Only while classes are being merged.
-    std::unique_ptr<omtreader::ClassFinder<DtObjectClassFedNode>> myObjectClassFinder;
-    std::unique_ptr<omtreader::ClassFinder<DtInteractionClassFedNode>> myInteractionClassFinder;
+    // Only while classes are being merged; not owned.
+    omtreader::ClassMerge<DtObjectClassFedNode>* myObjectMerge = nullptr;
+    omtreader::ClassMerge<DtInteractionClassFedNode>* myInteractionMerge = nullptr;
 };
