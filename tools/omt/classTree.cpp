@@ -10,7 +10,8 @@
 namespace
 {
 
-constexpr std::size_t theWidestMember = 40;  // names behind which datatypes are aligned
+constexpr std::size_t theWidestIndent = 400;  // deeper classes stand no further to the right
+constexpr std::size_t theWidestMember = 40;   // names behind which datatypes are aligned
 
 /// One class in the tree, with its members and their datatypes below it.
 template <typename Class>
@@ -56,8 +57,9 @@ std::string hierarchy(const Class* top)
         const Pending<Class> next = pending.back();
         pending.pop_back();
         const auto& children = ClassKind<Class>::children(*next.node);
+        const bool isDeeper = !next.isTop && next.indent.size() < theWidestIndent;
         const std::string below =
-            next.isTop ? next.indent : next.indent + (next.isLast ? "    " : "|   ");
+            isDeeper ? next.indent + (next.isLast ? "    " : "|   ") : next.indent;
         text += classLines(*next.node, next.isTop ? next.indent : next.indent + "+-- ",
                            below + (children.empty() ? "    " : "|   "));
         for (auto child = children.rbegin(); child != children.rend(); ++child)

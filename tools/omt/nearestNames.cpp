@@ -43,7 +43,8 @@ std::vector<std::string> nearestNames(std::string_view sought,
                                       const std::vector<std::string>& names)
 {
     std::vector<std::pair<std::size_t, std::string>> ranked;
-    for (const std::string& name : names) ranked.emplace_back(distance(sought, name), name);
+    for (const std::string& name : names)
+        if (name != sought) ranked.emplace_back(distance(sought, name), name);
     std::sort(ranked.begin(), ranked.end());
     ranked.erase(std::unique(ranked.begin(), ranked.end()), ranked.end());
     ranked.resize(std::min(ranked.size(), theMostNames));
