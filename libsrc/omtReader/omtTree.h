@@ -45,7 +45,11 @@ struct Hierarchy;
 /// The tree owns and deletes the nodes that were added to it. Four tables are left alone on
 /// purpose: switches, dimensions, synchronization points and tags stay undeleted unless a host asks
 /// for it with deleteAuxiliaryTables(). A root is deleted through its class list, so it is added
-/// there too.
+/// there too. A node that was added to a table twice stands there twice and is deleted once.
+///
+/// Classes may nest to any depth. Where a host's classes form a ring, a class that stands below
+/// itself is merged and written once on each way down, with a warning, and its full name is its own
+/// name. A class that was made a child twice counts as two children.
 ///
 /// A tree is used by one thread at a time, as reading it fills in values when they are first asked
 /// for; after prepareForSharing() any number of threads may read it.
@@ -250,10 +254,12 @@ public:
     /// Takes over from another tree, by copying, what this one does not have yet.
     ///
     /// What is here already stays as it is, and nothing is said about it. The other tree is not
-    /// changed, and nothing in this one refers to it afterwards.
+    /// changed, and nothing in this one refers to it afterwards. Where a class cannot be merged, as
+    /// memory is short, the exception leaves the classes of that hierarchy as they were.
     virtual void merge(DtOMTTree* source);
     /// Merges one class with all below it, by full name; gives the new class, or null if there was
-    /// one already. A class that has attributes (parameters) here keeps exactly those.
+    /// one already. A class that has attributes (parameters) here keeps exactly those. A host's
+    /// operation is called for the classes of the first 100 levels; deeper ones go with them.
     virtual DtObjectClassFedNode* mergeObjectNode(const DtObjectClassFedNode& source);
     virtual DtInteractionClassFedNode* mergeInteractionNode(
         const DtInteractionClassFedNode& source);
