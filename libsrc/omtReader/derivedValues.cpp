@@ -3,6 +3,7 @@
 
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/complexDatatypeNode.h"
+#include "omtReader/fullNames.h"
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTree.h"
@@ -12,12 +13,17 @@ namespace
 
 // One getter is enough where all derived values of a node are worked out together.
 
+void deriveFullName(const DtFedNode& node)
+{
+    if (!omtreader::FullNames::isLong(node)) node.getFullName();
+}
+
 template <typename Members>
 void deriveMembers(const Members& members)
 {
     for (const auto* member : members)
     {
-        member->getFullName();
+        deriveFullName(*member);
         member->getCardinalityType();
     }
 }
@@ -28,13 +34,13 @@ void omtreader::deriveAllValues(DtOMTTree& tree)
 {
     for (auto node = tree.getObjectClassNodeBegin(); node != tree.getObjectClassNodeEnd(); ++node)
     {
-        (*node)->getFullName();
+        deriveFullName(**node);
         deriveMembers((*node)->getAttributes());
     }
     for (auto node = tree.getInteractionClassNodeBegin(); node != tree.getInteractionClassNodeEnd();
          ++node)
     {
-        (*node)->getFullName();
+        deriveFullName(**node);
         deriveMembers((*node)->getParameters());
     }
     for (auto node = tree.getArrayDatatypeNodeList(); node != tree.getArrayDatatypeEndNode();

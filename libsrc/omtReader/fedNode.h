@@ -4,7 +4,12 @@
 
 #include "omtReader/omtNode.h"
 
-#include <memory>
+#include <atomic>
+
+namespace omtreader
+{
+struct FullNames;
+}
 
 /// A node with a place in a class hierarchy: a class, or an attribute or parameter of one.
 ///
@@ -31,14 +36,19 @@ public:
     /// The result lives as long as this node, or, without a parent or below a nameless one, as long
     /// as its name.
     ///
-    /// Kept from the first call on, so that many classes below one of a very long name take that
-    /// length each: a model from strangers may be small and its full names not.
+    /// Kept from the first call on, and along with it those of the nodes above as far as they have
+    /// at most 1,024 octets: a small model from strangers may nest its classes so deeply that all
+    /// full names together fit into no memory. Any number of threads may ask at once.
+    ///
+    /// A node whose ancestors form a ring has its own name for a full name.
     virtual const DtString& getFullName() const;
 
     /// Whether the names are equal; parents are not looked at.
     bool operator==(const DtFedNode& other) const { return getName() == other.getName(); }
 
 private:
+    friend struct omtreader::FullNames;
+
     DtFedNode* myParentObject = nullptr;
-    mutable std::unique_ptr<DtString> myFullName;
+    mutable std::atomic<const DtString*> myFullName = nullptr;  // owned
 };

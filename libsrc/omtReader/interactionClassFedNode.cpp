@@ -55,9 +55,7 @@ void DtInteractionClassFedNode::addChildInteraction(DtInteractionClassFedNode* c
 
 DtInteractionClassFedNode* DtInteractionClassFedNode::findChildInteraction(const char* path)
 {
-    return omtreader::findClass(this, path, myChildren,
-                                [](DtInteractionClassFedNode* child, const char* rest)
-                                { return child->findChildInteraction(rest); });
+    return omtreader::ClassPath<DtInteractionClassFedNode>::find(this, path);
 }
 
 DtParameterFedNode* DtInteractionClassFedNode::findParameter(const char* name) const

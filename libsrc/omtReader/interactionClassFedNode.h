@@ -8,6 +8,12 @@
 #include <cstdint>
 #include <list>
 
+namespace omtreader
+{
+template <typename Class>
+struct Hierarchy;
+}
+
 /// One interaction class of the model.
 ///
 /// Owns its parameters. Its child classes are only linked: the tree that they were added to owns
@@ -78,6 +84,8 @@ public:
     virtual void removeParameters();
 
 private:
+    friend struct omtreader::Hierarchy<DtInteractionClassFedNode>;
+
     DtOwnedNodes<DtParameterFedNode> myParameters;
     std::list<DtInteractionClassFedNode*> myChildren;
     DtString myDescriptor;

@@ -37,8 +37,9 @@ void DtObjectClassFedNode::addAttribute(DtAttributeFedNode* attribute)
 {
     if (!attribute) return;
     attribute->setParentObject(this);
-    myAttributes.add(attribute);
-    myAttributesByName[attribute->getName()] = attribute;
+    DtAttributeFedNode*& named = myAttributesByName[attribute->getName()];
+    myAttributes.add(attribute);  // and from here on nothing can fail
+    named = attribute;
 }
 
 void DtObjectClassFedNode::associateAttribute(DtAttributeFedNode*) {}
@@ -52,9 +53,7 @@ void DtObjectClassFedNode::addChildObject(DtObjectClassFedNode* child)
 
 DtObjectClassFedNode* DtObjectClassFedNode::findChildObject(const char* path)
 {
-    return omtreader::findClass(this, path, myChildren,
-                                [](DtObjectClassFedNode* child, const char* rest)
-                                { return child->findChildObject(rest); });
+    return omtreader::ClassPath<DtObjectClassFedNode>::find(this, path);
 }
 
 DtAttributeFedNode* DtObjectClassFedNode::findAttribute(const char* name) const

@@ -9,6 +9,12 @@
 #include <list>
 #include <map>
 
+namespace omtreader
+{
+template <typename Class>
+struct Hierarchy;
+}
+
 /// One object class of the model.
 ///
 /// Owns its attributes. Its child classes are only linked: the tree that they were added to owns
@@ -68,6 +74,7 @@ public:
     virtual void removeAttributes();
 
 private:
+    friend struct omtreader::Hierarchy<DtObjectClassFedNode>;
     void indexAttributes();
 
     DtOwnedNodes<DtAttributeFedNode> myAttributes;

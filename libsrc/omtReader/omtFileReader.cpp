@@ -202,11 +202,6 @@ void setUpHandles(const DtExerciseConn* connection, SetHandles setHandles)
 
 }  // namespace
 
-DtOMTReadException::DtOMTReadException(const char* message) : DtException(message) {}
-DtOMTReadException::DtOMTReadException(const DtOMTReadException& other) = default;
-DtOMTReadException& DtOMTReadException::operator=(const DtOMTReadException& other) = default;
-DtOMTReadException::~DtOMTReadException() = default;
-
 DtOMTFileReader::DtOMTFileReader() = default;
 DtOMTFileReader::~DtOMTFileReader() = default;
 

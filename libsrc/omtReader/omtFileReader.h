@@ -2,7 +2,7 @@
 // Reads object models in the HLA 1.3 data interchange format.
 #pragma once
 
-#include "util/dtException.h"
+#include "omtReader/omtReadException.h"
 
 class DtAttributeFedNode;
 class DtComplexComponentNode;
@@ -13,16 +13,6 @@ class DtlObjPtr;
 class DtObjectClassFedNode;
 class DtOMTTree;
 class DtParameterFedNode;
-
-/// Why an HLA 1.3 model was not read: what is wrong, and in which entry.
-class OMTREADER_EXPORT DtOMTReadException : public DtException
-{
-public:
-    explicit DtOMTReadException(const char* message);
-    DtOMTReadException(const DtOMTReadException& other);
-    DtOMTReadException& operator=(const DtOMTReadException& other);
-    ~DtOMTReadException() override;
-};
 
 /// Turns a file in the OMT data interchange format (DIF) of HLA 1.3 into an object model tree.
 ///
@@ -84,8 +74,8 @@ public:
     /// does nothing for a tree that has a root.
     ///
     /// A class without a parent identifier, or with one that no class has, goes under the root. So
-    /// does, with a warning, one that would become its own ancestor, or that would stand deeper
-    /// than the 250 levels which a document of the XML formats has room for.
+    /// does, with a warning, one that would become its own ancestor. Classes may stand at any
+    /// depth; a document of the XML formats can be read again down to about 250 levels.
     virtual void buildObjectClassTree(DtOMTTree* tree);
     /// As above, under "InteractionRoot".
     virtual void buildInteractionClassTree(DtOMTTree* tree);

@@ -21,22 +21,39 @@
 #include "omtReader/updateRateNode.h"
 #include "omtReader/variantDatatypeNode.h"
 
+#include <algorithm>
+#include <new>
+#include <vector>
+
 namespace
 {
 
 template <typename List>
-void deleteAll(List& nodes)
+bool mayHoldOneTwice(const List& nodes)
 {
-    for (; !nodes.empty(); nodes.pop_front()) delete nodes.front();
+    try
+    {
+        std::vector<const void*> sorted(nodes.begin(), nodes.end());
+        std::sort(sorted.begin(), sorted.end());
+        return std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
+    }
+    catch (const std::bad_alloc&)
+    {
+        return true;
+    }
 }
 
-/// As deleteAll, for a table that may hold a node more than once.
+/// Deletes each node of a table once, however often it was added, and empties the table from the
+/// front; in no order of the table where a node was added twice.
 template <typename List>
-void deleteEachOnce(List& nodes)
+void deleteAll(List& nodes)
 {
-    nodes.sort();
-    nodes.unique();
-    deleteAll(nodes);
+    if (mayHoldOneTwice(nodes))
+    {
+        nodes.sort();
+        nodes.unique();
+    }
+    for (; !nodes.empty(); nodes.pop_front()) delete nodes.front();
 }
 
 template <typename Node>
@@ -50,8 +67,8 @@ void append(std::list<Node*>& nodes, Node* node)
 template <typename Class>
 Class* firstOfFullName(const std::list<Class*>& classes, const DtString& name)
 {
-    return omtreader::firstWhere(classes,
-                                 [&](const Class& node) { return node.getFullName() == name; });
+    return omtreader::firstWhere(classes, [&](const Class& node)
+                                 { return omtreader::FullNames::isEqual(node, name.view()); });
 }
 
 template <typename Class>
@@ -60,25 +77,6 @@ Class* firstOfIdentifier(const std::list<Class*>& classes, int identifier)
     return omtreader::firstWhere(classes,
                                  [=](Class& node) { return node.getIdentifier() == identifier; });
 }
-
-/// Lends a tree a finder for the classes of one hierarchy, for as long as that is merged.
-template <typename Class>
-class WhileMerging
-{
-public:
-    using Finder = std::unique_ptr<omtreader::ClassFinder<Class>>;
-
-    WhileMerging(DtOMTTree& tree, Finder& place) : myPlace(place)
-    {
-        myPlace = omtreader::ClassFinder<Class>::forTree(tree);
-    }
-    ~WhileMerging() { myPlace.reset(); }
-    WhileMerging(const WhileMerging&) = delete;
-    WhileMerging& operator=(const WhileMerging&) = delete;
-
-private:
-    Finder& myPlace;
-};
 
 // The tables that are merged by name.
 constexpr omtreader::Table<DtBasicDataRepresentationNode> theBasicDataRepresentationTable = {
@@ -564,12 +562,12 @@ void DtOMTTree::merge(DtOMTTree* source)
 
 DtObjectClassFedNode* DtOMTTree::mergeObjectNode(const DtObjectClassFedNode& source)
 {
-    return omtreader::mergeClass(*this, source, myObjectClassFinder.get());
+    return omtreader::mergeClass(*this, source, myObjectMerge);
 }
 
 DtInteractionClassFedNode* DtOMTTree::mergeInteractionNode(const DtInteractionClassFedNode& source)
 {
-    return omtreader::mergeClass(*this, source, myInteractionClassFinder.get());
+    return omtreader::mergeClass(*this, source, myInteractionMerge);
 }
 
 void DtOMTTree::mergeModelIdentification(DtOMTTree* source)
@@ -579,20 +577,12 @@ void DtOMTTree::mergeModelIdentification(DtOMTTree* source)
 
 void DtOMTTree::mergeObjects(DtOMTTree* source)
 {
-    const DtObjectClassFedNode* const sourceRoot = source->objectClassRoot();
-    if (!sourceRoot) return;
-    const WhileMerging<DtObjectClassFedNode> finder(*this, myObjectClassFinder);
-    if (DtObjectClassFedNode* const newRoot = mergeObjectNode(*sourceRoot))
-        setObjectClassRoot(newRoot);
+    omtreader::mergeHierarchy(*this, *source, myObjectMerge);
 }
 
 void DtOMTTree::mergeInteractions(DtOMTTree* source)
 {
-    const DtInteractionClassFedNode* const sourceRoot = source->interactionClassRoot();
-    if (!sourceRoot) return;
-    const WhileMerging<DtInteractionClassFedNode> finder(*this, myInteractionClassFinder);
-    if (DtInteractionClassFedNode* const newRoot = mergeInteractionNode(*sourceRoot))
-        setInteractionClassRoot(newRoot);
+    omtreader::mergeHierarchy(*this, *source, myInteractionMerge);
 }
 
 void DtOMTTree::mergeDatatypes(DtOMTTree* source)
@@ -651,8 +641,8 @@ void DtOMTTree::prepareForSharing()
 
 void DtOMTTree::deleteAuxiliaryTables()
 {
-    deleteEachOnce(mySwitches);
-    deleteEachOnce(myDimensions);
-    deleteEachOnce(mySynchros);
-    deleteEachOnce(myTags);
+    deleteAll(mySwitches);
+    deleteAll(myDimensions);
+    deleteAll(mySynchros);
+    deleteAll(myTags);
 }

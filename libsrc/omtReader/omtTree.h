@@ -31,8 +31,10 @@ class DtVariantDatatypeNode;
 namespace omtreader
 {
 template <typename Class>
-class ClassFinder;
-}
+class ClassMerge;
+template <typename Class>
+struct Hierarchy;
+}  // namespace omtreader
 
 /// The tree of one object model: a FOM, a SOM, a FOM module, or several of them merged.
 ///
@@ -43,7 +45,11 @@ class ClassFinder;
 /// The tree owns and deletes the nodes that were added to it. Four tables are left alone on
 /// purpose: switches, dimensions, synchronization points and tags stay undeleted unless a host asks
 /// for it with deleteAuxiliaryTables(). A root is deleted through its class list, so it is added
-/// there too.
+/// there too. A node that was added to a table twice stands there twice and is deleted once.
+///
+/// Classes may nest to any depth. Where a host's classes form a ring, a class that stands below
+/// itself is merged and written once on each way down, with a warning, and its full name is its own
+/// name. A class that was made a child twice counts as two children.
 ///
 /// A tree is used by one thread at a time, as reading it fills in values when they are first asked
 /// for; after prepareForSharing() any number of threads may read it.
@@ -248,10 +254,12 @@ public:
     /// Takes over from another tree, by copying, what this one does not have yet.
     ///
     /// What is here already stays as it is, and nothing is said about it. The other tree is not
-    /// changed, and nothing in this one refers to it afterwards.
+    /// changed, and nothing in this one refers to it afterwards. Where a class cannot be merged, as
+    /// memory is short, the exception leaves the classes of that hierarchy as they were.
     virtual void merge(DtOMTTree* source);
     /// Merges one class with all below it, by full name; gives the new class, or null if there was
-    /// one already. A class that has attributes (parameters) here keeps exactly those.
+    /// one already. A class that has attributes (parameters) here keeps exactly those. A host's
+    /// operation is called for the classes of the first 100 levels; deeper ones go with them.
     virtual DtObjectClassFedNode* mergeObjectNode(const DtObjectClassFedNode& source);
     virtual DtInteractionClassFedNode* mergeInteractionNode(
         const DtInteractionClassFedNode& source);
@@ -271,13 +279,17 @@ public:
 
     /// Works out every value that is otherwise worked out when first asked for, so that from now on
     /// reading changes nothing and any number of threads may read at once. To be called again after
-    /// a change, which needs the tree for itself.
+    /// a change, which needs the tree for itself. A full name of more than 1,024 octets is still
+    /// put together when first asked for, by whichever threads ask.
     void prepareForSharing();
 
     /// Deletes the switches, dimensions, synchronization points and tags, and empties their tables.
     void deleteAuxiliaryTables();
 
 private:
+    friend struct omtreader::Hierarchy<DtObjectClassFedNode>;
+    friend struct omtreader::Hierarchy<DtInteractionClassFedNode>;
+
     NodeList<DtNoteNode> myNotes;
     NodeList<DtObjectClassFedNode> myObjectClasses;
     NodeList<DtInteractionClassFedNode> myInteractionClasses;
@@ -316,7 +328,7 @@ private:
     ReferenceList myReferences;
     DtHLAProtocolVersion myHlaVersion = DtHlaUnset;
 
-    // Only while classes are being merged.
-    std::unique_ptr<omtreader::ClassFinder<DtObjectClassFedNode>> myObjectClassFinder;
-    std::unique_ptr<omtreader::ClassFinder<DtInteractionClassFedNode>> myInteractionClassFinder;
+    // Only while classes are being merged; not owned.
+    omtreader::ClassMerge<DtObjectClassFedNode>* myObjectMerge = nullptr;
+    omtreader::ClassMerge<DtInteractionClassFedNode>* myInteractionMerge = nullptr;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <list>
+#include <memory>
 
 /// Nodes in the order added, deleted with the list and copied with it, one by one.
 template <typename Node>
@@ -12,7 +13,10 @@ public:
     using List = std::list<Node*>;
 
     DtOwnedNodes() = default;
-    DtOwnedNodes(const DtOwnedNodes& other) { addCopiesOf(other); }
+    DtOwnedNodes(const DtOwnedNodes& other) : DtOwnedNodes()
+    {
+        addCopiesOf(other);  // and what is there already is deleted where a copy fails
+    }
     DtOwnedNodes& operator=(const DtOwnedNodes& other)
     {
         if (this == &other) return *this;
@@ -40,7 +44,12 @@ public:
 private:
     void addCopiesOf(const DtOwnedNodes& other)
     {
-        for (const Node* node : other.myNodes) myNodes.push_back(new Node(*node));
+        for (const Node* node : other.myNodes)
+        {
+            auto copy = std::make_unique<Node>(*node);
+            myNodes.push_back(copy.get());
+            copy.release();
+        }
     }
 
     List myNodes;

@@ -4,6 +4,7 @@
 
 #include "util/dtString.h"
 
+#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -63,6 +64,26 @@ inline std::int32_t integerOfAnyBase(const DtString& text)
     if (value < Limits::min()) return Limits::min();
     if (value > Limits::max()) return Limits::max();
     return static_cast<std::int32_t>(value);
+}
+
+/// The "C" locale, which lives as long as the process.
+inline locale_t plainLocale()
+{
+    static const locale_t theLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return theLocale;
+}
+
+/// The number at the start of a text by the rule of C's atoi on this platform: one beyond 32 bits
+/// wraps, so that an enumerator of 4294967295 stands for the octets FF FF FF FF.
+inline std::int32_t integerAsAtoi(const DtString& text)
+{
+    return static_cast<std::int32_t>(::strtol_l(text.c_str(), nullptr, 10, plainLocale()));
+}
+
+/// The number at the start of a text by the rule of C's atof, which knows hexadecimal ones too.
+inline double numberAsAtof(const DtString& text)
+{
+    return ::strtod_l(text.c_str(), nullptr, plainLocale());
 }
 
 }  // namespace omtreader

@@ -3,41 +3,269 @@
 #pragma once
 
 #include "omtReader/classFinder.h"
+#include "omtReader/values/virtualSlot.h"
+#include "util/dtMessages.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <typeinfo>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace omtreader
 {
 
-/// Merges a class and all below it into the tree; gives the class if it is new there, else null.
+/// The merge of one hierarchy into a tree, and its undoing: what it has added so far goes again
+/// with it, unless keep() was called.
 ///
-/// The classes below go through the tree's own merge operation, which a host may have overridden.
-/// `finder` stands in for the tree's look-up, where there is one.
+/// The classes go through the tree's own merge operation where a host has replaced that, down to a
+/// depth that leaves the stack to the host. Where none has, and below that depth, they are walked
+/// flat. A class that stands below itself is passed over there.
 template <typename Class>
-Class* mergeClass(DtOMTTree& tree, const Class& source, ClassFinder<Class>* finder)
+class ClassMerge
 {
-    using H = Hierarchy<Class>;
-    const DtString& name = source.getFullName();
-    Class* const present = finder ? finder->find(name) : H::find(tree, name);
-    std::unique_ptr<Class> made;
-    if (!present)
+public:
+    explicit ClassMerge(DtOMTTree& tree)
+        : myTree(tree), myIsPlain(typeid(tree) == typeid(DtOMTTree)), myFinder(tree)
     {
-        made = std::make_unique<Class>(source);
-        for (auto* member : H::members(*made)) member->setParentObject(made.get());
+        if (myIsPlain) return;
+        const DtOMTTree plain;
+        myIsReplaced = isReplaced(virtualTable(&tree), virtualTable(&plain), H::theMerge);
     }
-    else if (H::members(*present).empty())
+    ~ClassMerge()
     {
-        for (const auto* member : H::members(source))
-            H::addMember(*present, new typename H::Member(*member));
+        if (!myIsKept) undo();
+    }
+    ClassMerge(const ClassMerge&) = delete;
+    ClassMerge& operator=(const ClassMerge&) = delete;
+
+    void keep() { myIsKept = true; }
+
+    /// Merges a class and all below it; gives the class if it is new in the tree, else null.
+    Class* merge(const Class& top)
+    {
+        Walk walk{*this};
+        Class* made = nullptr;
+        for (walk.enter(top); !walk.levels.empty();)
+        {
+            Level& level = walk.levels.back();
+            if (level.next == H::children(*level.source).end())
+            {
+                made = walk.leave();
+                continue;
+            }
+            const Class& child = **level.next++;
+            if (myIsReplaced && myDepth < theMostCalls)
+                link(level, H::merge(myTree, child));
+            else
+                walk.enter(child);
+        }
+        return made;
     }
 
-    Class& target = present ? *present : *made;
-    for (const Class* child : H::children(source))
-        if (Class* const madeChild = H::merge(tree, *child)) H::addChild(target, madeChild);
-    if (made) H::add(tree, made.get());  // behind its children, as readers do
-    return made.release();
+private:
+    using H = Hierarchy<Class>;
+    using Finder = ClassFinder<Class>;
+
+    /// A class of the source whose children are being merged.
+    struct Level
+    {
+        const Class* source;
+        typename std::list<Class*>::const_iterator next;
+        Class* target = nullptr;
+        std::unique_ptr<Class> made = nullptr;  // the target, if that is new
+        typename Finder::Matches matches = {};
+        std::string nameAbove = {};
+        bool isNameAboveKept = false;
+    };
+
+    /// One way down from a class, with the full name of the class reached.
+    struct Walk
+    {
+        explicit Walk(ClassMerge& owner) : merge(owner) { ++merge.myDepth; }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+        ~Walk() { --merge.myDepth; }
+
+        void enter(const Class& source);
+        bool addName(const Class& source);
+        Class* leave();
+
+        ClassMerge& merge;
+        std::vector<Level> levels;
+        std::unordered_set<const Class*> sources;  // those of the levels
+        std::string name;
+    };
+
+    bool isFinderUsed() const { return myIsPlain && myFinder.isSure(); }
+    void addMembers(Class& target, const Class& source);
+    void link(const Level& parent, Class* child);
+    void undo() noexcept;
+
+    static constexpr int theMostCalls = 100;
+
+    DtOMTTree& myTree;
+    const bool myIsPlain;
+    bool myIsReplaced = false;
+    bool myIsKept = false;
+    int myDepth = 0;
+    Finder myFinder;
+
+    // What was done, for the undoing.
+    std::vector<Class*> myAdded;                     // in the list of the tree, or about to be
+    std::vector<std::pair<Class*, Class*>> myLinks;  // of a class that was there to a new one
+    std::vector<Class*> myFilled;                    // classes that were given members
+};
+
+template <typename Class>
+void ClassMerge<Class>::Walk::enter(const Class& source)
+{
+    if (!sources.insert(&source).second)
+    {
+        DtWarn << "Warning: class \"" << source.getName()
+               << "\" stands below itself; it was not merged again there\n";
+        return;
+    }
+    levels.push_back({&source, H::children(source).begin()});
+    Level& level = levels.back();
+    const std::size_t aboveLength = name.size();
+    const bool isStep = addName(source);
+    if (merge.isFinderUsed())
+        level.matches = isStep ? merge.myFinder.goOn(levels.end()[-2].matches,
+                                                     std::string_view(name).substr(aboveLength))
+                               : merge.myFinder.start(name);
+    level.target = merge.isFinderUsed() ? merge.myFinder.found(name, level.matches)
+                                        : H::find(merge.myTree, name);
+    if (!level.target)
+    {
+        level.made = std::make_unique<Class>(source);
+        level.target = level.made.get();
+        for (auto* member : H::members(*level.made)) member->setParentObject(level.target);
+    }
+    else if (H::members(*level.target).empty())
+        merge.addMembers(*level.target, source);
+}
+
+/// Makes the name that of a class in the last level. Whether that took no more than adding to it:
+/// a class may have been asked for its full name when it or one above had another name.
+template <typename Class>
+bool ClassMerge<Class>::Walk::addName(const Class& source)
+{
+    const std::size_t aboveLength = name.size();
+    if (aboveLength > 0 && source.getParentObject() == levels.end()[-2].source &&
+        !FullNames::isReplaced(source))
+    {
+        name += '.';
+        name += source.getName().view();
+        const DtString* const known = FullNames::known(source);
+        if (!known || known->view() == name) return true;
+        name.resize(aboveLength);
+    }
+    levels.back().nameAbove = std::exchange(name, source.getFullName().str());
+    levels.back().isNameAboveKept = true;
+    return false;
+}
+
+/// Gives the class if it is new.
+template <typename Class>
+Class* ClassMerge<Class>::Walk::leave()
+{
+    Level& last = levels.back();
+    if (last.made) merge.myAdded.push_back(last.made.get());
+    Class* const made = last.made.release();
+    Level level = std::move(last);
+    levels.pop_back();
+    sources.erase(level.source);
+    if (made) H::add(merge.myTree, made);  // after its children, as readers do
+    if (levels.empty()) return made;
+    merge.link(levels.back(), made);
+    if (level.isNameAboveKept)
+        name = std::move(level.nameAbove);
+    else
+        name.resize(name.size() - level.source->getName().length() - 1);
+    return made;
+}
+
+template <typename Class>
+void ClassMerge<Class>::addMembers(Class& target, const Class& source)
+{
+    if (H::members(source).empty()) return;
+    myFilled.push_back(&target);
+    for (const auto* member : H::members(source))
+    {
+        auto copy = std::make_unique<typename H::Member>(*member);
+        H::addMember(target, copy.get());
+        copy.release();
+    }
+}
+
+template <typename Class>
+void ClassMerge<Class>::link(const Level& parent, Class* child)
+{
+    if (!child) return;
+    if (!parent.made) myLinks.emplace_back(parent.target, child);
+    H::addChild(*parent.target, child);
+}
+
+/// Takes the new classes out of the tree and deletes them. What a host's tree keeps elsewhere stays
+/// there and loses its parent.
+template <typename Class>
+void ClassMerge<Class>::undo() noexcept
+{
+    for (auto link = myLinks.rbegin(); link != myLinks.rend(); ++link)
+    {
+        auto& children = H::childList(*link->first);
+        if (!children.empty() && children.back() == link->second)
+            children.pop_back();
+        else
+            children.remove(link->second);
+    }
+    for (Class* const filled : myFilled) H::removeMembers(*filled);
+    std::sort(myAdded.begin(), myAdded.end());
+    if (!myIsPlain)
+        for (Class* const made : myAdded) made->setParentObject(nullptr);
+    H::list(myTree).remove_if(
+        [this](Class* node)
+        {
+            const bool isAdded = std::binary_search(myAdded.begin(), myAdded.end(), node);
+            if (isAdded && !myIsPlain) delete node;
+            return isAdded;
+        });
+    if (myIsPlain)
+        for (Class* const made : myAdded) delete made;
+}
+
+/// Merges a class into a tree, as a part of `current` if that is under way.
+template <typename Class>
+Class* mergeClass(DtOMTTree& tree, const Class& source, ClassMerge<Class>* current)
+{
+    if (current) return current->merge(source);
+    ClassMerge<Class> merge(tree);
+    Class* const made = merge.merge(source);
+    merge.keep();
+    return made;
+}
+
+/// Merges the hierarchy of another tree into one whose place for a merge that is under way is
+/// `current`.
+template <typename Class>
+void mergeHierarchy(DtOMTTree& tree, DtOMTTree& source, ClassMerge<Class>*& current)
+{
+    using H = Hierarchy<Class>;
+    const Class* const sourceRoot = H::root(source);
+    if (!sourceRoot) return;
+    ClassMerge<Class> merge(tree);
+    struct Place
+    {
+        ClassMerge<Class>*& place;
+        ClassMerge<Class>* before;
+        ~Place() { place = before; }
+    } const place{current, std::exchange(current, &merge)};
+    Class* const newRoot = H::merge(tree, *sourceRoot);
+    merge.keep();
+    if (newRoot) H::setRoot(tree, newRoot);
 }
 
 /// One table of a tree: its two ends, its look-up and what adds to it.
@@ -99,9 +327,9 @@ void mergeTable(DtOMTTree& tree, DtOMTTree& source, const Table<Node>& table, Ke
     for (auto node = (source.*table.begin)(); node != (source.*table.end)(); ++node)
     {
         if (!*node || keys.holds(keyOf(**node))) continue;
-        Node* const copy = new Node(**node);
-        (tree.*table.add)(copy);
-        keys.add(copy);
+        auto copy = std::make_unique<Node>(**node);
+        (tree.*table.add)(copy.get());
+        keys.add(copy.release());
     }
 }
 

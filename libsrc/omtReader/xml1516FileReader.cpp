@@ -10,6 +10,7 @@
 #include "omtReader/formats/xmlWords.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/omtTreePtr.h"
+#include "omtReader/textScan.h"
 
 namespace
 {
@@ -271,7 +272,8 @@ DtNoteNode* DtXML1516FileReader::processNote(xmlNode*& element, DtOMTTree* tree)
             [&](xmlAttr*& attribute)
             {
                 if (isNamed(attribute, "semantics")) node->setText(childNodeString(attribute));
-                if (isNamed(attribute, "name")) node->setNumber(childNodeString(attribute).toInt());
+                if (isNamed(attribute, "name"))
+                    node->setNumber(integerAsAtoi(childNodeString(attribute)));
             });
     return handOver(tree, &DtOMTTree::addNoteNode, std::move(node));
 }
@@ -383,8 +385,9 @@ DtEnumerationNode* DtXML1516FileReader::processEnumeration(xmlNode*& element)
     // "values" is this format's own word. Of the two, the later one in the document wins.
     const auto readValue = [&](xmlAttr*& attribute)
     {
-        if (isNamed(attribute, "value") || isNamed(attribute, "values"))
-            node->setNumber(childNodeString(attribute).toInt());
+        if (!isNamed(attribute, "value") && !isNamed(attribute, "values")) return;
+        const DtString value = childNodeString(attribute);
+        if (!value.empty()) node->setNumber(integerAsAtoi(value));
     };
     if (!fill(*this, attributesOf(element), theEnumeratorWords, *node, theNamelessEnumerator,
               readValue))

@@ -10,6 +10,7 @@
 #include "omtReader/formats/xmlWords.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/omtTreePtr.h"
+#include "omtReader/textScan.h"
 #include "omtReader/updateRateNode.h"
 
 namespace
@@ -357,7 +358,7 @@ DtUpdateRateNode* DtXMLEvolvedFileReader::processUpdateRate(xmlNode*& element, D
     auto node = std::make_unique<DtUpdateRateNode>();
     const auto readRate = [&](xmlNode*& child)
     {
-        if (isNamed(child, "rate")) node->setRate(childNodeString(child).toDouble());
+        if (isNamed(child, "rate")) node->setRate(numberAsAtof(childNodeString(child)));
     };
     if (!fill(*this, childrenOf(element), theUpdateRateWords, *node,
               "Warning: updateRate definition was missing a name\n", readRate))
@@ -480,7 +481,7 @@ DtEnumerationNode* DtXMLEvolvedFileReader::processEnumeration(xmlNode*& element)
     {
         if (!isNamed(child, "value")) return;
         const DtString value = childNodeString(child);
-        if (!value.empty()) node->setNumber(value.toInt());
+        if (!value.empty()) node->setNumber(integerAsAtoi(value));
     };
     if (!fill(*this, childrenOf(element), theEnumeratorWords, *node, theNamelessEnumerator,
               readValue))

@@ -9,14 +9,20 @@
 #include "omtReader/formats/xmlText.h"
 #include "omtReader/hierarchy.h"
 #include "util/dtMessages.h"
+#include "util/dtWholeFile.h"
 
 #include <libxml/parser.h>
+#include <libxml/uri.h>
 #include <libxml/xmlwriter.h>
 
 #include <cstdio>
+#include <cstring>
 #include <limits>
+#include <list>
 #include <memory>
-#include <utility>
+#include <new>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace
@@ -94,12 +100,28 @@ DtString indented(const DtString& text)
     return result;
 }
 
-bool replaceFile(const char* name, const DtString& text)
+/// The path that a name stands for: it may be a "file:" URI, as with libxml2.
+std::string pathOf(const char* name)
 {
-    std::FILE* const file = name ? std::fopen(name, "wb") : nullptr;
-    if (!file) return false;
-    const bool isWritten = std::fwrite(text.c_str(), 1, text.length(), file) == text.length();
-    return std::fclose(file) == 0 && isWritten;
+    const std::string_view whole = name;
+    for (const std::string_view head : {"file://localhost/", "file:///", "file:/"})
+    {
+        if (whole.substr(0, head.size()) != head) continue;
+        char* const path = xmlURIUnescapeString(name + head.size() - 1, 0, nullptr);
+        if (!path) throw std::bad_alloc();
+        const std::unique_ptr<char, decltype(xmlFree)> owner(path, xmlFree);
+        return path;
+    }
+    return name;
+}
+
+/// "-" is standard output.
+bool writeTo(const char* name, const DtString& text)
+{
+    if (!name) return false;
+    if (std::strcmp(name, "-") != 0) return !DtWriteWholeFile(pathOf(name), text.view());
+    const bool isWritten = std::fwrite(text.c_str(), 1, text.length(), stdout) == text.length();
+    return std::fflush(stdout) == 0 && isWritten;
 }
 
 }  // namespace
@@ -149,26 +171,42 @@ void DtXMLEvolvedFileWriter::writeSection(const char* name, Place place, Place e
     endElement();
 }
 
-/// Writes a class and all below it; `start` writes what is in front of the child classes. The way
-/// down takes no stack, as the tree of a host may have any depth.
+/// Writes a class and all below it; `start` writes what is before the child classes. The way down
+/// takes no stack, as classes may stand at any depth. A class that stands below itself is passed
+/// over there.
 template <typename Class>
 void DtXMLEvolvedFileWriter::writeClasses(Class* top, void (DtXMLEvolvedFileWriter::*start)(Class*))
 {
     using H = omtreader::Hierarchy<Class>;
-    (this->*start)(top);
-    std::vector childrenToWrite = {std::pair(H::children(*top).begin(), H::children(*top).end())};
-    while (!childrenToWrite.empty())
+    struct Level
     {
-        auto& [next, end] = childrenToWrite.back();
-        if (next == end)
+        Class* node;
+        typename std::list<Class*>::const_iterator next;
+    };
+    std::vector<Level> levels;
+    std::unordered_set<const Class*> open;
+    const auto enter = [&](Class* node)
+    {
+        if (!open.insert(node).second)
         {
-            childrenToWrite.pop_back();
-            endElement();
+            DtWarn << "Warning: class \"" << node->getName()
+                   << "\" stands below itself; it was not written again there\n";
+            return;
+        }
+        (this->*start)(node);
+        levels.push_back({node, H::children(*node).begin()});
+    };
+    for (enter(top); !levels.empty();)
+    {
+        Level& level = levels.back();
+        if (level.next != H::children(*level.node).end())
+        {
+            enter(*level.next++);
             continue;
         }
-        Class* const child = *next++;
-        (this->*start)(child);
-        childrenToWrite.emplace_back(H::children(*child).begin(), H::children(*child).end());
+        open.erase(level.node);
+        levels.pop_back();
+        endElement();
     }
 }
 
@@ -177,11 +215,12 @@ DtXMLEvolvedFileWriter::~DtXMLEvolvedFileWriter() = default;
 
 void DtXMLEvolvedFileWriter::writeFile(const char* fileName)
 {
-    if (!replaceFile(fileName, writeIndentedString())) report("Error at xmlSaveFormatFileEnc\n");
+    if (!writeTo(fileName, writeIndentedString())) report("Error at xmlSaveFormatFileEnc\n");
 }
 
 DtString DtXMLEvolvedFileWriter::writeString()
 {
+    omtreader::startXmlLibrary();
     const XmlBuffer buffer = newBuffer();
     if (!buffer)
     {
@@ -255,8 +294,9 @@ void DtXMLEvolvedFileWriter::writeModelIdentification()
     startElement("modelIdentification");
     writeXmlAttribute("notes", "_2");
     writeName();
-    writeTexts(*myTree, theIdentification);
-    // The points of contact, and the use history, are left out on purpose.
+    writeType();
+    writeTexts(*myTree, theIdentification);  // without the use history, which none ever had
+    writePOCs();
     for (const DtOMTTreeReference& reference : myTree->getReferences()) writeReference(reference);
     // The words are those of the end of the document, on purpose.
     check(xmlTextWriterEndElement(myWriter), "Error at xmlTextWriterEndDocument\n");
@@ -268,6 +308,30 @@ void DtXMLEvolvedFileWriter::writeName()
     startElement("name");
     writeXmlAttribute("notes", "_2");
     writeText(myTree->getName() + "Valid FDD");
+    endElement();
+}
+
+void DtXMLEvolvedFileWriter::writeType()
+{
+    writeElementWithText("type", myTree->getType());
+}
+
+void DtXMLEvolvedFileWriter::writePOCs() {}
+
+void DtXMLEvolvedFileWriter::writePOC(const DtOMTTreePOC& contact)
+{
+    DtString name;
+    for (const DtString* part : {&contact.honorificName, &contact.firstName, &contact.lastName})
+    {
+        if (!name.empty() && !part->empty()) name += ' ';
+        name += *part;
+    }
+    startElement("poc");
+    writeElementWithText("pocType", contact.type);
+    writeElementWithText("pocName", name);
+    writeElementWithText("pocOrg", contact.orgName);
+    writeElementWithText("pocTelephone", contact.phone);
+    writeElementWithText("pocEmail", contact.email);
     endElement();
 }
 

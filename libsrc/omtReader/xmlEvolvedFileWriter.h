@@ -29,6 +29,7 @@ class DtSynchroNode;
 class DtTagNode;
 class DtUpdateRateNode;
 class DtVariantDatatypeNode;
+struct DtOMTTreePOC;
 struct DtOMTTreeReference;
 struct _xmlBuffer;
 struct _xmlTextWriter;
@@ -57,8 +58,9 @@ public:
     DtXMLEvolvedFileWriter& operator=(const DtXMLEvolvedFileWriter&) = delete;
     virtual ~DtXMLEvolvedFileWriter();
 
-    /// Writes the document, indented, to a file, which is replaced if it is there. There is no
-    /// result to test: a host that has to know reads the file again.
+    /// Writes the document, indented, to a file, which is replaced if it is there, whole or not at
+    /// all, see DtWriteWholeFile(). The name may be a "file:" URI, and "-" is standard output.
+    /// There is no result to test: a host that has to know reads the file again.
     void writeFile(const char* fileName);
 
     /// The document in UTF-8, all elements on one line; what could be written if something fails.
@@ -66,6 +68,15 @@ public:
 
     /// The document in UTF-8 as writeFile() puts it into a file.
     DtString writeIndentedString();
+
+    // Of the element writers these are for hosts that derive a writer; outside of a write they do
+    // nothing.
+    /// The type of the model.
+    void writeType();
+    /// Writes nothing: a document has no points of contact, because none ever had.
+    void writePOCs();
+    /// One point of contact, whose name is written in one piece.
+    void writePOC(const DtOMTTreePOC& contact);
 
 private:
     void writeDocument(_xmlBuffer& buffer);

@@ -10,6 +10,7 @@
 #include "util/dtMessages.h"
 
 #include <cstdlib>
+#include <utility>
 
 namespace
 {
@@ -36,6 +37,12 @@ DtFedReadStatus handOver(omtreader::XmlDocument document, _xmlDoc** newXmlDocTre
     return DtFedReadSuccess;
 }
 
+/// The children of a node of any kind, a document too. Only a namespace has something else there.
+xmlNode* childrenOfAny(const xmlNode* node)
+{
+    return node && node->type != XML_NAMESPACE_DECL ? node->children : nullptr;
+}
+
 /// Whether the first element of a kind in a list of classes bears the name of the 2010 root.
 bool startsWithRoot(xmlNode* list, const char* classWord, const char* rootName)
 {
@@ -47,7 +54,7 @@ bool startsWithRoot(xmlNode* list, const char* classWord, const char* rootName)
 
 }  // namespace
 
-DtXMLFileReader::DtXMLFileReader() = default;
+DtXMLFileReader::DtXMLFileReader() : mySpareError(theUnexpectedProblem) {}
 
 DtXMLFileReader::~DtXMLFileReader()
 {
@@ -58,17 +65,16 @@ DtOMTTree* DtXMLFileReader::readFile(const DtFilename& name, DtExerciseConn* con
 {
     myConnection = connection;
     if (!name.isValid()) return nullptr;
-
-    xmlDoc* opened = nullptr;
-    if (openFile(name.c_str(), &opened, myLastError) != DtFedReadSuccess) return nullptr;
-    const omtreader::XmlDocument document(opened);
     try
     {
+        xmlDoc* opened = nullptr;
+        if (openFile(name.c_str(), &opened, myLastError) != DtFedReadSuccess) return nullptr;
+        const omtreader::XmlDocument document(opened);
         return readOpened(xmlDocGetRootElement(opened), name);
     }
     catch (...)
     {
-        myLastError = theUnexpectedProblem;
+        setUnexpectedProblem();
         return nullptr;
     }
 }
@@ -93,11 +99,11 @@ DtOMTTree* DtXMLFileReader::readFiles(const std::vector<DtFilename>& names,
     DtXMLEvolvedFileReader reader(connection);
     for (const DtFilename& name : names)
     {
-        xmlDoc* opened = nullptr;
-        if (openModule(name, &opened) != DtFedReadSuccess) return nullptr;
-        const omtreader::XmlDocument document(opened);
         try
         {
+            xmlDoc* opened = nullptr;
+            if (openModule(name, &opened) != DtFedReadSuccess) return nullptr;
+            const omtreader::XmlDocument document(opened);
             xmlNode* root = xmlDocGetRootElement(opened);
             if (!isEvolvedFormat(root)) return nullptr;
             myModules.push_back(nullptr);  // the place comes first, so that no tree is ever lost
@@ -106,10 +112,23 @@ DtOMTTree* DtXMLFileReader::readFiles(const std::vector<DtFilename>& names,
         }
         catch (...)
         {
-            myLastError = theUnexpectedProblem;  // and on with the next module
+            setUnexpectedProblem();  // and on with the next module
         }
     }
     return result.release();
+}
+
+/// Where there is no memory even for the text, the one that was made beforehand is used.
+void DtXMLFileReader::setUnexpectedProblem() noexcept
+{
+    try
+    {
+        myLastError = theUnexpectedProblem;
+    }
+    catch (...)
+    {
+        if (mySpareError == theUnexpectedProblem) std::swap(myLastError, mySpareError);
+    }
 }
 
 DtFedReadStatus DtXMLFileReader::openModule(const DtFilename& name, xmlDoc** document)
@@ -129,9 +148,8 @@ DtFedReadStatus DtXMLFileReader::openFile(const char* fedFileName, xmlDoc** newX
     omtreader::XmlDocument document = omtreader::parseXmlFile(path.c_str());
     if (!document)
     {
-        // A file that is there but is not well-formed comes this way too, on purpose: another one
-        // of its name may be in the directory, and if not, it is reported like one that is not
-        // there.
+        // A file that is there but is not well-formed comes this way too: another one of its name
+        // may be in the directory, and if not, it is reported like one that is not there.
         const auto noFile = [&]
         {
             error += DtString("No such FED file: ") + fedFileName;
@@ -195,20 +213,18 @@ bool DtXMLFileReader::isEvolvedFormat(xmlNode*& root)
 
 xmlNode* DtXMLFileReader::getNodeByName(xmlNode* parent, const unsigned char* name)
 {
-    const bool hasChildren = parent && parent->type == XML_ELEMENT_NODE;
-    for (xmlNode* child = hasChildren ? parent->children : nullptr; child; child = child->next)
+    for (xmlNode* child = childrenOfAny(parent); child; child = child->next)
         if (xmlStrEqual(child->name, name)) return child;
     return nullptr;
 }
 
 const unsigned char* DtXMLFileReader::childContentByName(xmlNode* parent, const unsigned char* name)
 {
-    const bool hasChildren = parent && parent->type == XML_ELEMENT_NODE;
-    for (xmlNode* child = hasChildren ? parent->children : nullptr; child; child = child->next)
+    for (xmlNode* child = childrenOfAny(parent); child; child = child->next)
     {
-        const bool isSought = child->type == XML_ELEMENT_NODE && xmlStrEqual(child->name, name);
-        if (isSought && child->children && child->children->type == XML_TEXT_NODE)
-            return child->children->content;
+        const xmlNode* const first =
+            xmlStrEqual(child->name, name) ? childrenOfAny(child) : nullptr;
+        if (first && first->type == XML_TEXT_NODE) return first->content;
     }
     return nullptr;
 }

@@ -24,7 +24,12 @@ enum DtFedReadStatus
 ///
 /// A read that fails gives null and adds to the last error, except where a file of readFiles() is a
 /// model of another format; what a parser has to say about a text goes to DtWarn as
-/// "file:line:column: text". The reader stays usable.
+/// "file:line:column: text". Whatever is thrown while a model is read is caught and becomes the
+/// last error; readFiles() goes on with the next module. The reader stays usable.
+///
+/// Names go to libxml2: it opens files, packed ones too where it was built for that, by their path
+/// or as "file:" URI, and standard input as "-". Nothing is read from the network. A text of more
+/// than 1 GiB when unpacked, and an element with more than 1,000 XML attributes, are refused.
 class OMTREADER_EXPORT DtXMLFileReader
 {
 public:
@@ -67,7 +72,8 @@ public:
 
     /// Whether a document is a 1516-2010 model: by the root's namespace, else by what it holds.
     static bool isEvolvedFormat(_xmlNode*& root);
-    /// The first child of a name, or null. Names and texts are UTF-8 as libxml2 holds them.
+    /// The first child of a name of any node, a document too, or null. Names and texts are UTF-8 as
+    /// libxml2 holds them.
     static _xmlNode* getNodeByName(_xmlNode* parent, const unsigned char* name);
     /// The text of the first child of a name that begins with text, or null.
     static const unsigned char* childContentByName(_xmlNode* parent, const unsigned char* name);
@@ -75,9 +81,11 @@ public:
 private:
     DtOMTTree* readOpened(_xmlNode* root, const DtFilename& name);
     DtFedReadStatus openModule(const DtFilename& name, _xmlDoc** document);
+    void setUnexpectedProblem() noexcept;
 
     DtString myLastError;
     DtExerciseConn* myConnection = nullptr;
     std::vector<DtOMTTree*> myModules;
     bool myMIMIsIncluded = false;
+    DtString mySpareError;  // for when there is no memory for another
 };

@@ -3,11 +3,11 @@
 #include "util/dtMessages.h"
 
 #include <atomic>
+#include <exception>
 #include <iostream>
 #include <locale>
 #include <mutex>
-#include <streambuf>
-#include <string>
+#include <new>
 #include <utility>
 
 namespace
@@ -35,14 +35,33 @@ void writeToStandardError(std::string_view message)
     std::cerr.flush();
 }
 
-void deliver(DtMessageLevel level, std::string_view message)
+thread_local bool theSinkIsRunning = false;
+
+/// Gives a message to the sink, and says whether that took it. A sink of this thread that is
+/// running already takes none.
+bool giveToSink(DtMessageLevel level, std::string_view message)
 {
-    if (message.empty() || level > theLevel.load(std::memory_order_relaxed)) return;
+    if (theSinkIsRunning) return false;
+    struct Running
+    {
+        Running() { theSinkIsRunning = true; }
+        ~Running() { theSinkIsRunning = false; }
+    } const running;
     SinkPlace& place = sinkPlace();
     const std::lock_guard lock(place.mutex);
+    if (place.sink)
+        place.sink(level, message);
+    else
+        writeToStandardError(message);
+    return true;
+}
+
+void deliver(DtMessageLevel level, std::string_view message) noexcept
+{
+    if (message.empty() || level > theLevel.load(std::memory_order_relaxed)) return;
     try
     {
-        if (place.sink) return place.sink(level, message);
+        if (giveToSink(level, message)) return;
     }
     catch (...)
     {
@@ -55,6 +74,11 @@ void deliver(DtMessageLevel level, std::string_view message)
 
 DtMessageSink DtSetMessageSink(DtMessageSink sink)
 {
+    if (theSinkIsRunning)
+    {
+        writeToStandardError("Error: a message sink called DtSetMessageSink(); nothing was set\n");
+        return {};
+    }
     SinkPlace& place = sinkPlace();
     const std::lock_guard lock(place.mutex);
     return std::exchange(place.sink, std::move(sink));
@@ -70,64 +94,127 @@ void DtSetNotifyLevel(DtMessageLevel level) noexcept
     theLevel.store(level, std::memory_order_relaxed);
 }
 
-class DtMessageStream::Buffer : public std::streambuf
+DtMessageStream::Buffer::~Buffer() = default;
+
+void DtMessageStream::Buffer::handOver() noexcept
 {
-public:
-    explicit Buffer(DtMessageLevel level) : myLevel(level) {}
+    std::string message;
+    message.swap(myMessage);
+    deliver(myLevel, message);
+}
 
-    void handOver()
-    {
-        std::string message;
-        message.swap(myMessage);
-        deliver(myLevel, message);
-    }
+void DtMessageStream::Buffer::stopCollecting() noexcept
+{
+    handOver();
+    myIsCollecting = false;
+}
 
-protected:
-    int_type overflow(int_type octet) override
+/// Adds to the message. Where there is no memory for it, it goes to the sink in pieces.
+void DtMessageStream::Buffer::add(std::string_view piece) noexcept
+{
+    try
     {
-        if (traits_type::eq_int_type(octet, traits_type::eof())) return traits_type::not_eof(octet);
-        const char c = traits_type::to_char_type(octet);
-        xsputn(&c, 1);
-        return octet;
-    }
-
-    std::streamsize xsputn(const char* octets, std::streamsize count) override
-    {
-        std::string_view rest(octets, static_cast<std::size_t>(count));
-        for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos;)
+        if (myIsCollecting)
         {
-            myMessage += rest.substr(0, end + 1);
-            rest.remove_prefix(end + 1);
-            handOver();
+            myMessage += piece;
+            return;
         }
-        myMessage += rest;
-        return count;
     }
-
-    int sync() override
+    catch (const std::exception&)
     {
         handOver();
-        return 0;
     }
+    deliver(myLevel, piece);
+}
 
-private:
-    DtMessageLevel myLevel;
-    std::string myMessage;
-};
-
-DtMessageStream::DtMessageStream(DtMessageLevel level)
-    : std::ostream(nullptr), myBuffer(std::make_unique<Buffer>(level))
+DtMessageStream::Buffer::int_type DtMessageStream::Buffer::overflow(int_type octet)
 {
-    rdbuf(myBuffer.get());
+    if (traits_type::eq_int_type(octet, traits_type::eof())) return traits_type::not_eof(octet);
+    const char c = traits_type::to_char_type(octet);
+    xsputn(&c, 1);
+    return octet;
+}
+
+std::streamsize DtMessageStream::Buffer::xsputn(const char* octets, std::streamsize count)
+{
+    std::string_view rest(octets, static_cast<std::size_t>(count));
+    for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos;)
+    {
+        add(rest.substr(0, end + 1));
+        rest.remove_prefix(end + 1);
+        handOver();
+    }
+    if (!rest.empty()) add(rest);
+    return count;
+}
+
+int DtMessageStream::Buffer::sync()
+{
+    handOver();
+    return 0;
+}
+
+DtMessageStream::DtMessageStream(DtMessageLevel level) : std::ostream(nullptr), myBuffer(level)
+{
+    rdbuf(&myBuffer);
     imbue(std::locale::classic());  // numbers in messages look the same everywhere
 }
 
 DtMessageStream::~DtMessageStream()
 {
-    myBuffer->handOver();
+    myBuffer.handOver();
 }
 
-thread_local DtMessageStream DtWarn(DtMessageLevel::warn);
-thread_local DtMessageStream DtInfo(DtMessageLevel::info);
-thread_local DtMessageStream DtVerbose(DtMessageLevel::verbose);
-thread_local DtMessageStream DtDebug(DtMessageLevel::debug);
+namespace
+{
+
+/// The streams of one thread. They are never destroyed, as other destructors of the thread and of
+/// the process may come later and have something to say.
+struct ThreadStreams
+{
+    template <std::size_t size>
+    struct Place
+    {
+        alignas(DtMessageStream) unsigned char octets[size];
+    };
+    static constexpr std::size_t theCount = 4;
+    static constexpr DtMessageLevel theLevels[theCount] = {
+        DtMessageLevel::warn, DtMessageLevel::info, DtMessageLevel::verbose, DtMessageLevel::debug};
+
+    Place<sizeof(DtMessageStream)> places[theCount];
+    bool isMade;
+
+    DtMessageStream& at(std::size_t index)
+    {
+        if (!isMade)
+            for (std::size_t i = 0; i < theCount; ++i)
+                new (places[i].octets) DtMessageStream(theLevels[i]);
+        isMade = true;
+        return *std::launder(reinterpret_cast<DtMessageStream*>(places[index].octets));
+    }
+};
+
+thread_local ThreadStreams theStreams;  // zeros at first, and nothing at the end
+
+/// At the end of a thread, hands over what was written since the last message ended.
+struct LastMessages
+{
+    ~LastMessages()
+    {
+        for (std::size_t i = 0; i < ThreadStreams::theCount; ++i) theStreams.at(i).stopCollecting();
+    }
+};
+
+DtMessageStream& streamOfThread(std::size_t index)
+{
+    thread_local const LastMessages theLastMessages;
+    static_cast<void>(&theLastMessages);
+    return theStreams.at(index);
+}
+
+}  // namespace
+
+thread_local DtMessageStream& DtWarn = streamOfThread(0);
+thread_local DtMessageStream& DtInfo = streamOfThread(1);
+thread_local DtMessageStream& DtVerbose = streamOfThread(2);
+thread_local DtMessageStream& DtDebug = streamOfThread(3);

@@ -5,8 +5,9 @@
 #include "util/dtExport.h"
 
 #include <functional>
-#include <memory>
 #include <ostream>
+#include <streambuf>
+#include <string>
 #include <string_view>
 
 /// How much a message matters; the order is from the most to the least.
@@ -22,11 +23,14 @@ enum class DtMessageLevel
 /// Receives one whole message. The text ends with a line break only where its writer put one.
 ///
 /// Called from the thread that wrote the message, for one message at a time in the whole process;
-/// it must not write to a message stream itself. If it throws, the message goes to standard error.
+/// it must neither write to a message stream itself nor set a sink: what it writes goes to standard
+/// error, and a sink that it sets is refused with a message there. If it throws, the message goes
+/// to standard error.
 using DtMessageSink = std::function<void(DtMessageLevel level, std::string_view message)>;
 
 /// Replaces the receiver of all messages and returns the one before; an empty function stands for
-/// the default, which writes each message to standard error on a line of its own.
+/// the default, which writes each message to standard error on a line of its own. Called by a sink
+/// it changes nothing and returns an empty function.
 OMTREADER_EXPORT DtMessageSink DtSetMessageSink(DtMessageSink sink);
 
 /// The least important level that reaches the sink; info at first.
@@ -37,7 +41,7 @@ OMTREADER_EXPORT void DtSetNotifyLevel(DtMessageLevel level) noexcept;
 ///
 /// A message ends with a line break or with a flush, and then goes to the sink in one piece. Every
 /// thread has streams of its own, so messages of two threads are never mixed. What is written is
-/// text, never a format: a "%" stays a "%".
+/// text, never a format: a "%" stays a "%". Where memory is short a message may come in pieces.
 class OMTREADER_EXPORT DtMessageStream : public std::ostream
 {
 public:
@@ -45,12 +49,38 @@ public:
     /// Hands over what was written since the last message ended.
     ~DtMessageStream() override;
 
+    /// Hands over every piece at once from now on, as nobody will be there for the last one.
+    void stopCollecting() noexcept { myBuffer.stopCollecting(); }
+
 private:
-    class Buffer;
-    std::unique_ptr<Buffer> myBuffer;
+    /// A part of the stream, so that a first message takes no memory.
+    class OMTREADER_EXPORT Buffer : public std::streambuf
+    {
+    public:
+        explicit Buffer(DtMessageLevel level) : myLevel(level) {}
+        ~Buffer() override;
+        void handOver() noexcept;
+        void stopCollecting() noexcept;
+
+    protected:
+        int_type overflow(int_type octet) override;
+        std::streamsize xsputn(const char* octets, std::streamsize count) override;
+        int sync() override;
+
+    private:
+        void add(std::string_view piece) noexcept;
+
+        DtMessageLevel myLevel;
+        bool myIsCollecting = true;
+        std::string myMessage;
+    };
+
+    Buffer myBuffer;
 };
 
-extern OMTREADER_EXPORT thread_local DtMessageStream DtWarn;
-extern OMTREADER_EXPORT thread_local DtMessageStream DtInfo;
-extern OMTREADER_EXPORT thread_local DtMessageStream DtVerbose;
-extern OMTREADER_EXPORT thread_local DtMessageStream DtDebug;
+/// The streams of this thread. They can be written to for as long as the thread runs, and in the
+/// main thread until the end of the process, in destructors of static objects too.
+extern OMTREADER_EXPORT thread_local DtMessageStream& DtWarn;
+extern OMTREADER_EXPORT thread_local DtMessageStream& DtInfo;
+extern OMTREADER_EXPORT thread_local DtMessageStream& DtVerbose;
+extern OMTREADER_EXPORT thread_local DtMessageStream& DtDebug;

@@ -41,7 +41,8 @@ Number readNumber(std::string_view text, bool* whole, Limit limitOf)
     const auto [stop, error] = std::from_chars(number.data(), end, value);
     if (whole) *whole = error == std::errc() && stop == end;
     if (error == std::errc::result_out_of_range)
-        return limitOf(number.substr(0, static_cast<std::size_t>(stop - number.data())));
+        return static_cast<Number>(
+            limitOf(number.substr(0, static_cast<std::size_t>(stop - number.data()))));
     return error == std::errc() ? value : Number(0);
 }
 
@@ -115,6 +116,16 @@ std::int32_t DtString::toInt(bool* whole) const
 std::int64_t DtString::toInt64(bool* whole) const
 {
     return readInteger<std::int64_t>(myText, whole);
+}
+
+std::uint32_t DtString::toUInt(bool* whole) const
+{
+    return readInteger<std::uint32_t>(myText, whole);
+}
+
+float DtString::toFloat(bool* whole) const
+{
+    return readNumber<float>(myText, whole, doubleLimit);
 }
 
 double DtString::toDouble(bool* whole) const

@@ -61,8 +61,11 @@ public:
     /// number in range and nothing else.
     std::int32_t toInt(bool* whole = nullptr) const;
     std::int64_t toInt64(bool* whole = nullptr) const;
+    /// As toInt; a negative number is no number, and so 0.
+    std::uint32_t toUInt(bool* whole = nullptr) const;
     /// As toInt, for a decimal floating-point number; beyond the range it is an infinity or zero.
     double toDouble(bool* whole = nullptr) const;
+    float toFloat(bool* whole = nullptr) const;
 
     /// The pieces between any of the separators, empty ones left out.
     std::vector<DtString> tokens(std::string_view separators = " \t\r\n") const;

@@ -5,6 +5,7 @@
 #include "modelInput.h"
 #include "namedRecords.h"
 #include "octetInput.h"
+#include "plainText.h"
 #include "valueJson.h"
 #include "valueTable.h"
 #include "valueTarget.h"
@@ -97,7 +98,7 @@ void Decoding::add(const GivenValue& given)
     if (myChoice.asJson)
         myResult.text += json(octets) + '\n';
     else if (myChoice.asLine)
-        myResult.text += line(octets) + '\n';
+        myResult.text += visible(line(octets)) + '\n';
     else if (value.tree)
         myResult.text += (myResult.text.empty() ? "" : "\n") +
                          valueTable(myDecoder, myTarget.name, *value.tree, octets);

@@ -6,8 +6,12 @@
 #include "entityCommand.h"
 #include "messages.h"
 #include "omt/base/nearestNames.h"
+#include "plainText.h"
 #include "showCommand.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <exception>
@@ -59,8 +63,22 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "Their files come with the library; see the manual page.");
 }
 
-ExitStatus writeResult(const std::string& text)
+/// The text as it may go to a terminal, which would obey some of what a model can hold.
+std::string forTerminal(std::string_view text)
 {
+    std::string result;
+    for (std::size_t end; !text.empty(); text.remove_prefix(std::min(end + 1, text.size())))
+    {
+        end = std::min(text.find('\n'), text.size());
+        result += visible(text.substr(0, end));
+        if (end < text.size()) result += '\n';
+    }
+    return result;
+}
+
+ExitStatus writeResult(const std::string& result)
+{
+    const std::string text = ::isatty(STDOUT_FILENO) ? forTerminal(result) : result;
     const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
     if (isWritten && std::fflush(stdout) == 0) return theDone;
     if (errno != EPIPE)  // whoever closed the pipe has seen enough

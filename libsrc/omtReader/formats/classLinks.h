@@ -30,7 +30,6 @@ public:
             if (*node != root) myClasses.push_back(*node);
         findParents(tree);
         openRings();
-        limitDepth();
     }
 
     const std::vector<Class*>& classes() const { return myClasses; }
@@ -42,10 +41,6 @@ public:
 
 private:
     static constexpr std::size_t theRoot = static_cast<std::size_t>(-1);
-
-    /// libxml2 reads elements 256 deep. Of these, classes leave some to what is around and in them,
-    /// so that a model that was read can be written as XML and read again.
-    static constexpr std::size_t theMostLevels = 250;
 
     /// The first class of an identifier is meant, as when the tree is asked; a tree that derives
     /// from the plain one is asked.
@@ -92,37 +87,17 @@ private:
         {
             if (myParents[place] == theRoot) continue;
             if (topOf(myParents[place]) == place)
-                moveToRoot(place, "would be its own ancestor");
+                moveToRoot(place);
             else
                 above[place] = myParents[place];
         }
     }
 
-    void limitDepth()
-    {
-        constexpr std::size_t theUnknown = 0;
-        std::vector<std::size_t> levels(myClasses.size(), theUnknown);
-        std::vector<std::size_t> path;
-        for (std::size_t start = 0; start < levels.size(); ++start)
-        {
-            std::size_t place = start;
-            for (; place != theRoot && levels[place] == theUnknown; place = myParents[place])
-                path.push_back(place);
-            std::size_t level = place == theRoot ? 1 : levels[place];  // the root has the first
-            for (; !path.empty(); path.pop_back())
-            {
-                if (level == theMostLevels) moveToRoot(path.back(), "would stand too deep");
-                level = level == theMostLevels ? 2 : level + 1;
-                levels[path.back()] = level;
-            }
-        }
-    }
-
-    void moveToRoot(std::size_t place, const char* why)
+    void moveToRoot(std::size_t place)
     {
         DtWarn << "Warning: class \"" << myClasses[place]->getName() << "\" with identifier "
-               << myClasses[place]->getIdentifier() << ' ' << why << "; it was put under \""
-               << myRoot->getName() << "\"\n";
+               << myClasses[place]->getIdentifier()
+               << " would be its own ancestor; it was put under \"" << myRoot->getName() << "\"\n";
         myParents[place] = theRoot;
     }
 
@@ -132,7 +107,7 @@ private:
 };
 
 /// Makes every class of the tree, but for the root, a child of its parent, and calls `visit` for
-/// each behind that.
+/// each after that.
 template <typename Class, typename Visit>
 void linkClasses(DtOMTTree& tree, Class* root, Visit visit)
 {

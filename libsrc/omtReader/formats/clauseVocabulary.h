@@ -49,16 +49,16 @@ struct ClauseSection
     void (DtOMTFileReader::*process)(DtlObjPtr&, DtOMTTree*);
 };
 
-/// A number of any size as the nearest one of 32 bits, with a warning where that is another.
+/// A number of any size in 32 bits, which wrap as in the XML formats; with a warning where they
+/// hold it neither with a sign nor without.
 inline int toInt32(const DtlObjPtr& value)
 {
-    using Limits = std::numeric_limits<std::int32_t>;
     const std::int64_t number = value->fixnum();
-    const auto nearest = std::clamp<std::int64_t>(number, Limits::min(), Limits::max());
-    if (nearest != number)
+    const auto wrapped = static_cast<std::int32_t>(number);
+    if (wrapped != number && static_cast<std::uint32_t>(number) != number)
         DtWarn << "Warning: number " << value->string() << " is out of range and was read as "
-               << nearest << "\n";
-    return static_cast<int>(nearest);
+               << wrapped << "\n";
+    return wrapped;
 }
 
 template <auto set, typename Node>

@@ -39,7 +39,6 @@ const DtString& textOf(Node& node)
 }
 
 inline constexpr Row<DtOMTTree> theIdentification[] = {
-    {"type",                   textOf<&DtOMTTree::getType>                  },
     {"version",                textOf<&DtOMTTree::getVersionNo>             },
     {"modificationDate",       textOf<&DtOMTTree::getModificationDate>      },
     {"securityClassification", textOf<&DtOMTTree::getSecurityClassification>},
