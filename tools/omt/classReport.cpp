@@ -93,11 +93,10 @@ void addMore(PropertyList& list, const omt::InteractionClass& node)
     list.add("Order", node.order);
 }
 
-/// All properties of a member below its name.
+/// All properties of a member.
 template <typename Member>
-std::string memberText(const omt::Model& model, const Member& member, NoteList& notes)
+void addMember(PropertyList& list, const omt::Model& model, const Member& member, NoteList& notes)
 {
-    PropertyList list;
     list.add("Datatype", nameWithKind(model, member.dataType));
     if (member.cardinality != "1") list.add("Cardinality", member.cardinality);
     list.add("Units", member.units);
@@ -108,7 +107,6 @@ std::string memberText(const omt::Model& model, const Member& member, NoteList& 
     list.add("Meaning", member.semantics);
     list.add("Notes", notes.numbers(member));
     list.add("Declared at", placeText(model, member));
-    return list.text();
 }
 
 template <typename Class>
@@ -175,7 +173,11 @@ std::string classText(const omt::Model& model, const std::vector<Class>& table, 
                        memberTable(model, node, notes);
     if (!membersOf(node).empty()) text += heading("Own " + std::string(memberWord(node)) + 's');
     for (const auto& member : membersOf(node))
-        text += '\n' + oneLine(member.name) + '\n' + memberText(model, member, notes);
+    {
+        PropertyList properties;
+        addMember(properties, model, member, notes);
+        text += '\n' + oneLine(member.name) + '\n' + properties.text();
+    }
     return text + notes.text();
 }
 
@@ -201,9 +203,11 @@ std::string oneMember(const omt::Model& model, const std::string& path)
         PropertyList list;
         list.add("Kind", use.attribute ? "attribute" : "parameter");
         list.add("From", use.owner->name);
-        text += list.text() + (use.attribute ? memberText(model, *use.attribute, notes)
-                                             : memberText(model, *use.parameter, notes));
-        text += notes.text();
+        if (use.attribute)
+            addMember(list, model, *use.attribute, notes);
+        else
+            addMember(list, model, *use.parameter, notes);
+        text += list.text() + notes.text();
     }
     return text.empty() ? text : text.substr(1);
 }
