@@ -175,7 +175,7 @@ TEST(ModelJson, GrowsWithTheModelOnly)
             builder.tables().objectClasses.push_back(makeClass(builder, "Link", i - 1));
         return omt::modelJson(builder.build()).size();
     };
-    EXPECT_LT(octets(20'000), 12 * octets(2'000));
+    EXPECT_LT(octets(5'000), 6 * octets(1'000));
 }
 
 }  // namespace

@@ -50,7 +50,11 @@ constexpr const char* theSmallModel =
 class ToolTest : public ToolRun
 {
 protected:
-    void SetUp() override { write("small.xml", theSmallModel); }
+    void SetUp() override
+    {
+        write("small.xml", theSmallModel);
+        write("old.omd", theOldModel);
+    }
 
     json showJson(const std::string& arguments)
     {
@@ -100,6 +104,8 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"percent signs", "bad.xml", "<h%s/>", "bad.xml:1:"},
         {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:"},
         {"another document", "bad.xml", "<office/>", "bad.xml:1: error: is an XML document of another"},
+        {"no 1.3 model", "bad.xml", " ; a comment\n(DIF)", "bad.xml: error: is no object model"},
+        {"truncated 1.3", "bad.xml", "\n(ObjectModel", "bad.xml:2: error: ends before"},
         {"broken module", "small.xml bad.xml", "<a>", "bad.xml:1:"},
         {"from a pipe", "- <bad.xml 2>.err #", "<a>", "-:1:"},
         {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; did you mean Car"},
@@ -176,7 +182,7 @@ TEST_F(ToolTest, ShowsAModel)
 {
     const Outcome outcome = run("show small.xml");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.err, testing::MatchesRegex("small.xml:[0-9]+: error: .Far. [^\n]*\n"));
     for (const char* part :
          {"Small %s\n========\n  Version           0.1\n", "  Point of contact  Author: A. Body\n",
           "      4 object classes                 3 attributes",
@@ -225,12 +231,18 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--uses Knots",
          {"  attribute  HLAobjectRoot.Car.Speed\n",
           "  attribute  HLAobjectRoot.Car.Van.Load  Box\n"}},
+        {"old.omd --class Car", {"\n  Datatype     float (base)\n  Cardinality  0+\n"}},
+        {"old.omd --datatype float", {"  Kind  base datatype", "  attribute  Car.Speed\n"}},
+        {"old.omd --datatype Report",
+         {"  Sizes  short (base)            1+ (Count)\n", "    X    double (base)\n"}},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.arguments);
-        const Outcome outcome = run(std::string("show small.xml ") + one.arguments);
+        const bool isOld = std::string(one.arguments).find("old.omd") == 0;
+        const Outcome outcome =
+            run(std::string("-q show ") + (isOld ? "" : "small.xml ") + one.arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         for (const char* part : one.parts) EXPECT_THAT(outcome.out, HasSubstr(part));
     }

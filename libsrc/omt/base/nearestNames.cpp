@@ -96,8 +96,8 @@ std::vector<std::string_view> nearestNames(std::string_view sought,
     for (const Rank& one : ranked)
     {
         const bool isNear = one.changes * 2 <= std::max(sought.size(), one.name.size());
-        if (nearest.size() == most || (!isNear && !nearest.empty())) break;
-        if (nearest.empty() || nearest.back() != one.name) nearest.push_back(one.name);
+        if (nearest.size() == most) break;
+        if (nearest.empty() || (isNear && nearest.back() != one.name)) nearest.push_back(one.name);
     }
     return nearest;
 }
