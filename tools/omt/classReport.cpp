@@ -10,8 +10,18 @@
 namespace
 {
 
+/// A path without the root that HLA 1.3 has by itself, which no model declares.
+std::string_view withoutSilentRoot(const omt::Model& model, std::string_view path)
+{
+    for (const std::string_view root : {"ObjectRoot.", "InteractionRoot."})
+        if (model.edition() == omt::Edition::hla13 && path.substr(0, root.size()) == root)
+            return path.substr(root.size());
+    return path;
+}
+
 std::vector<ClassRef> classesNamed(const omt::Model& model, std::string_view path)
 {
+    path = withoutSilentRoot(model, path);
     std::vector<ClassRef> found;
     for (const omt::ObjectClass* node : model.findObjectClasses(path)) found.emplace_back(node);
     for (const omt::InteractionClass* node : model.findInteractionClasses(path))
@@ -194,7 +204,7 @@ std::string classText(const omt::Model& model, const omt::InteractionClass& node
 std::string oneMember(const omt::Model& model, const std::string& path)
 {
     std::string text;
-    for (const omt::MemberUse& use : model.findMembers(path))
+    for (const omt::MemberUse& use : model.findMembers(withoutSilentRoot(model, path)))
     {
         NoteList notes(model);
         const std::string owner = use.objectClass ? fullNameText(model, *use.objectClass)
