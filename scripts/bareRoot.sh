@@ -23,10 +23,10 @@ debootstrap --variant=minbase bookworm "$tree" "$mirror" > "$tree.log" || { cat 
 rm "$tree.log"
 cp "$packages"/*.deb "$tree/tmp"
 inside sh -c "apt-get -q -y install --no-install-recommends /tmp/*.deb"
-inside dpkg-query -W omt 'libomtreader*' 'libxml2' 'libgeographic*' libc6 libstdc++6
+inside dpkg-query -W omt 'libomt*' 'libxml2' 'libgeographic*' libc6 libstdc++6
 
 examples=/usr/share/doc/libomtreader-dev/examples
 inside omt --version
 inside omt show "$examples/models/HarbourBase.xml" --mim | sed -n 1,12p
 inside omt encode "$examples/models/HarbourBase.xml" --mim --type SignalKind GaleWarning
-inside sh -c "apt-get -q -y purge omt 'libomtreader*' && ! find /usr /var -name '*omt[Rr]eader*' | grep ."
+inside sh -c "apt-get -q -y purge omt 'libomt*' && ! find /usr /var -name '*omt[Rr]eader*' -o -name 'libomt*' | grep ."

@@ -240,7 +240,7 @@ TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
         {"--type Metrs 1", "no datatype \"Metrs\"; "},
         {"old.omd --type Place '1 x'", "Place.Y: \"x\" is not a number (double)\n"},
     }, 1);
-    expectMessage("encode", {{"--bogus --type Metres 1", "The following argument"}}, 2);
+    expectMessage("encode", {{"--bogus --type Metres 1", "no option"}}, 2);
     expectMessage("encode", {{"--type CargoKind Containers", "the octets read back as another"}}, 0);
     // clang-format on
 }

@@ -42,7 +42,7 @@ constexpr const char* theSmallModel =
 <dataType>Knots</dataType></field></fixedRecordData></fixedRecordDataTypes><variantRecordDataTypes>
 <variantRecordData><name>Either</name><discriminant>Which</discriminant><dataType>Knots</dataType>
 <alternative><enumerator>2, 3</enumerator><name>Boxed</name><dataType>Box</dataType></alternative>
-<alternative><enumerator>4</enumerator><name>Other</name><dataType>Far</dataType></alternative>
+<alternative><enumerator>4</enumerator><name>Other</name><dataType>Box</dataType></alternative>
 </variantRecordData></variantRecordDataTypes></dataTypes>
 <notes><note><label>n1</label><semantics>One
    note.</semantics></note></notes></objectModel>)";
@@ -50,7 +50,22 @@ constexpr const char* theSmallModel =
 class ToolTest : public ToolRun
 {
 protected:
-    void SetUp() override { write("small.xml", theSmallModel); }
+    void SetUp() override
+    {
+        write("small.xml", theSmallModel);
+        write("old.omd", theOldModel);
+        write("open.xml",
+              changed("<name>Other</name><dataType>Box", "<name>Other</name><dataType>Far"));
+    }
+
+    /// The small model with another text in one place.
+    static std::string changed(std::string_view from, std::string_view to)
+    {
+        std::string model = theSmallModel;
+        const std::size_t at = model.find(from);
+        EXPECT_NE(at, std::string::npos) << from;
+        return at == std::string::npos ? model : model.replace(at, from.size(), to);
+    }
 
     json showJson(const std::string& arguments)
     {
@@ -100,7 +115,10 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"percent signs", "bad.xml", "<h%s/>", "bad.xml:1:"},
         {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:"},
         {"another document", "bad.xml", "<office/>", "bad.xml:1: error: is an XML document of another"},
-        {"broken module", "small.xml bad.xml", "<a>", "bad.xml:1:"},
+        {"no 1.3 model", "bad.xml", " ; a comment\n(DIF)", "bad.xml: error: is no object model"},
+        {"truncated 1.3", "bad.xml", "\n(ObjectModel", "bad.xml:2: error: ends before"},
+        {"broken module", "small.xml bad.xml", "<objectModel>", "bad.xml:1:14: error: "},
+        {"breaks off", "/proc/self/mem", "", "mem: error: cannot be read: Input/output error ["},
         {"from a pipe", "- <bad.xml 2>.err #", "<a>", "-:1:"},
         {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; did you mean Car"},
         {"unknown class of a path", "small.xml --class Car.Vna", "", "of Car \"Vna\"; did you mean Van"},
@@ -110,7 +128,6 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
          "choose one of HLAobjectRoot.Road, HLAinteractionRoot.Road\n"},
         {"unknown datatype", "small.xml --datatype Paints", "", "did you mean Paint"},
         {"unknown datatype to be used", "small.xml --uses Paints", "", "did you mean Paint"},
-        {"datatype of another module", "small.xml --datatype Far", "", "The model refers to it"},
     };
     // clang-format on
     for (const auto& one : cases)
@@ -208,7 +225,7 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
          {"  Sharing        Publish\n", "  Child classes  Van\n", "  Order        Receive\n",
           "  Declared at    small.xml:"}},
         {"--class Van.Speed",
-         {"HLAobjectRoot.Car.Van.Speed\n", "  From  Car\n", "  Datatype     Knots (simple)\n"}},
+         {"HLAobjectRoot.Car.Van.Speed\n", "  From         Car\n", "  Datatype     Knots (simple)\n"}},
         {"--datatype Knots",
          {"  Kind            simple datatype\n", "  attribute  HLAobjectRoot.Car.Speed\n",
           "  array      Twice                    element\n",
@@ -217,7 +234,7 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--datatype Box",
          {"  parameter  HLAinteractionRoot.Road.At\n", "Width  Knots (simple)\n",
           "alternative Boxed\n"}},
-        {"--datatype Either",
+        {"open.xml --datatype Either",
          {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)",
           "  Boxed    Box (fixed)\n    Width  Knots (simple)           B4\n"}},
         {"--datatype Paint", {"  1       Red\n", "  2       Blue\n"}},
@@ -225,12 +242,18 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--uses Knots",
          {"  attribute  HLAobjectRoot.Car.Speed\n",
           "  attribute  HLAobjectRoot.Car.Van.Load  Box\n"}},
+        {"old.omd --class ObjectRoot.Car", {"\n  Datatype     float (base)\n  Cardinality  0+\n"}},
+        {"old.omd --datatype float", {"  Kind  base datatype", "  attribute  Car.Speed\n"}},
+        {"old.omd --datatype Report",
+         {"  Sizes  short (base)            1+ (Count)\n", "    X    double (base)\n"}},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.arguments);
-        const Outcome outcome = run(std::string("show small.xml ") + one.arguments);
+        const bool isAnother = one.arguments[0] == 'o';
+        const Outcome outcome =
+            run(std::string("show ") + (isAnother ? "" : "small.xml ") + one.arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         for (const char* part : one.parts) EXPECT_THAT(outcome.out, HasSubstr(part));
     }
@@ -252,14 +275,12 @@ TEST_F(ToolTest, JsonHasNamesCountsAndKinds)
     const json shown = showJson("small.xml");
     for (const auto& [key, value] : expected.items()) EXPECT_EQ(shown[key], value) << key;
     EXPECT_EQ(showJson("small.xml --class Van")["attribute"][0]["class"], "HLAobjectRoot.Car");
-    EXPECT_EQ(showJson("small.xml --datatype Either")["undefined"], json::parse(R"(["Far"])"));
+    EXPECT_EQ(showJson("open.xml --datatype Either")["undefined"], json::parse(R"(["Far"])"));
 }
 
 TEST_F(ToolTest, FindingsGoToStandardErrorAndCountWhereTheyAreAskedFor)
 {
-    std::string other = theSmallModel;
-    other.replace(other.find("<size>32"), 8, "<size>64");
-    write("other.xml", other);
+    write("other.xml", changed("<size>32", "<size>64"));
     const std::string files = "show --json small.xml other.xml";
     for (const auto& [arguments, status] : {std::pair(files, 0), std::pair(files + " --strict", 1)})
     {
@@ -268,7 +289,10 @@ TEST_F(ToolTest, FindingsGoToStandardErrorAndCountWhereTheyAreAskedFor)
         EXPECT_THAT(outcome.err, testing::ContainsRegex("other.xml:[0-9]+: error: .*\\[conflict"));
         EXPECT_THAT(outcome.out, HasSubstr("\"objectClasses\""));
     }
-    EXPECT_EQ(run("show --strict --mim small.xml").status, 1);  // nothing defines Far
+    const Outcome open = run("show --strict open.xml --datatype Far");
+    EXPECT_EQ(open.status, 1);
+    EXPECT_THAT(open.err, HasSubstr("open.xml:23: error: "));
+    EXPECT_THAT(open.err, HasSubstr("The model refers to it"));
 }
 
 TEST_F(ToolTest, ColoursAreForTerminals)
@@ -341,7 +365,6 @@ TEST_F(ToolTest, WhatCannotBeReadOrWrittenIsSaidInOneSentence)
          "standard output: Bad file descriptor"                                                                       },
         {"closed standard input",   decode + "<&-",                              "standard input: Bad file descriptor"},
         {"directory for a list",    decode + "--lines <.",                       "standard input: Is a directory"     },
-        {"model that breaks off",   "show /proc/self/mem",                       broken                               },
         {"octets that break off",   decode + "--file /proc/self/mem",            broken                               },
         {"mapping that breaks off", decode + "0 --map /proc/self/mem",           broken                               },
         {"table that breaks off",   "entity /proc/self/mem 1",                   broken                               },

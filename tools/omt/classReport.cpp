@@ -10,8 +10,18 @@
 namespace
 {
 
+/// A path without the root that HLA 1.3 has by itself, which no model declares.
+std::string_view withoutSilentRoot(const omt::Model& model, std::string_view path)
+{
+    for (const std::string_view root : {"ObjectRoot.", "InteractionRoot."})
+        if (model.edition() == omt::Edition::hla13 && path.substr(0, root.size()) == root)
+            return path.substr(root.size());
+    return path;
+}
+
 std::vector<ClassRef> classesNamed(const omt::Model& model, std::string_view path)
 {
+    path = withoutSilentRoot(model, path);
     std::vector<ClassRef> found;
     for (const omt::ObjectClass* node : model.findObjectClasses(path)) found.emplace_back(node);
     for (const omt::InteractionClass* node : model.findInteractionClasses(path))
@@ -93,11 +103,10 @@ void addMore(PropertyList& list, const omt::InteractionClass& node)
     list.add("Order", node.order);
 }
 
-/// All properties of a member below its name.
+/// All properties of a member.
 template <typename Member>
-std::string memberText(const omt::Model& model, const Member& member, NoteList& notes)
+void addMember(PropertyList& list, const omt::Model& model, const Member& member, NoteList& notes)
 {
-    PropertyList list;
     list.add("Datatype", nameWithKind(model, member.dataType));
     if (member.cardinality != "1") list.add("Cardinality", member.cardinality);
     list.add("Units", member.units);
@@ -108,7 +117,6 @@ std::string memberText(const omt::Model& model, const Member& member, NoteList& 
     list.add("Meaning", member.semantics);
     list.add("Notes", notes.numbers(member));
     list.add("Declared at", placeText(model, member));
-    return list.text();
 }
 
 template <typename Class>
@@ -175,7 +183,11 @@ std::string classText(const omt::Model& model, const std::vector<Class>& table, 
                        memberTable(model, node, notes);
     if (!membersOf(node).empty()) text += heading("Own " + std::string(memberWord(node)) + 's');
     for (const auto& member : membersOf(node))
-        text += '\n' + oneLine(member.name) + '\n' + memberText(model, member, notes);
+    {
+        PropertyList properties;
+        addMember(properties, model, member, notes);
+        text += '\n' + oneLine(member.name) + '\n' + properties.text();
+    }
     return text + notes.text();
 }
 
@@ -192,7 +204,7 @@ std::string classText(const omt::Model& model, const omt::InteractionClass& node
 std::string oneMember(const omt::Model& model, const std::string& path)
 {
     std::string text;
-    for (const omt::MemberUse& use : model.findMembers(path))
+    for (const omt::MemberUse& use : model.findMembers(withoutSilentRoot(model, path)))
     {
         NoteList notes(model);
         const std::string owner = use.objectClass ? fullNameText(model, *use.objectClass)
@@ -201,9 +213,11 @@ std::string oneMember(const omt::Model& model, const std::string& path)
         PropertyList list;
         list.add("Kind", use.attribute ? "attribute" : "parameter");
         list.add("From", use.owner->name);
-        text += list.text() + (use.attribute ? memberText(model, *use.attribute, notes)
-                                             : memberText(model, *use.parameter, notes));
-        text += notes.text();
+        if (use.attribute)
+            addMember(list, model, *use.attribute, notes);
+        else
+            addMember(list, model, *use.parameter, notes);
+        text += list.text() + notes.text();
     }
     return text.empty() ? text : text.substr(1);
 }

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <tuple>
 
 namespace omt
 {
@@ -36,6 +36,41 @@ std::size_t distance(std::string_view a, std::string_view b)
     return row[b.size()];
 }
 
+bool isSame(char a, char b)
+{
+    return lower(a) == lower(b);
+}
+
+/// How far a name is from what was sought: first the part that counts most.
+struct Rank
+{
+    std::size_t changes;
+    std::size_t distance;
+    std::string_view name;
+
+    bool operator<(const Rank& other) const
+    {
+        return std::tie(changes, distance, name) <
+               std::tie(other.changes, other.distance, other.name);
+    }
+};
+
+/// Who writes part of a name mostly means the name: letters that are only missing at its end count
+/// as two changes, those at its begin as three.
+Rank rank(std::string_view sought, std::string_view whole)
+{
+    constexpr std::size_t theShortestPart = 3;
+    const std::string_view name = whole.substr(0, theLongestCompared);
+    Rank rank = {0, distance(sought, name), whole};
+    rank.changes = rank.distance;
+    if (sought.size() < theShortestPart) return rank;
+    const auto* const part =
+        std::search(name.begin(), name.end(), sought.begin(), sought.end(), isSame);
+    if (part != name.end())
+        rank.changes = std::min<std::size_t>(rank.changes, part == name.begin() ? 2 : 3);
+    return rank;
+}
+
 /// A name for a sentence, which a name of a document must not fill.
 std::string inSentence(std::string_view name)
 {
@@ -52,19 +87,17 @@ std::vector<std::string_view> nearestNames(std::string_view sought,
                                            std::size_t most)
 {
     sought = sought.substr(0, theLongestCompared);
-    std::vector<std::pair<std::size_t, std::string_view>> ranked;
+    std::vector<Rank> ranked;
     ranked.reserve(names.size());
-    for (const std::string_view name : names)
-        ranked.emplace_back(distance(sought, name.substr(0, theLongestCompared)), name);
+    for (const std::string_view name : names) ranked.push_back(rank(sought, name));
     std::sort(ranked.begin(), ranked.end());
-    ranked.erase(std::unique(ranked.begin(), ranked.end()), ranked.end());
 
     std::vector<std::string_view> nearest;
-    for (const auto& [changes, name] : ranked)
+    for (const Rank& one : ranked)
     {
-        const bool isNear = changes * 2 <= std::max(sought.size(), name.size());
-        if (nearest.size() == most || (!isNear && !nearest.empty())) break;
-        nearest.push_back(name);
+        const bool isNear = one.changes * 2 <= std::max(sought.size(), one.name.size());
+        if (nearest.size() == most) break;
+        if (nearest.empty() || (isNear && nearest.back() != one.name)) nearest.push_back(one.name);
     }
     return nearest;
 }

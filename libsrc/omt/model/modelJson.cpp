@@ -244,33 +244,69 @@ std::size_t countParts(const Table& table, Parts parts)
     return count;
 }
 
-void writeCounts(const Tables& tables, JsonWriter& json)
+constexpr std::string_view rootOf(const ObjectClass*)
 {
+    return "ObjectRoot";
+}
+constexpr std::string_view rootOf(const InteractionClass*)
+{
+    return "InteractionRoot";
+}
+
+template <typename Class>
+bool isOfHla13(const Model& model, const Class& node)
+{
+    const std::vector<Module>& modules = model.modules();
+    return node.module < modules.size() && modules[node.module].edition == Edition::hla13;
+}
+
+/// Whether a root is to be counted and named that no document declares: HLA 1.3 has it by itself,
+/// and below it stands every class without a parent.
+template <typename Class>
+bool hasSilentRoot(const Model& model, const std::vector<Class>& table)
+{
+    const std::string_view root = rootOf(static_cast<const Class*>(nullptr));
+    return std::any_of(model.modules().begin(), model.modules().end(),
+                       [](const Module& module) { return module.edition == Edition::hla13; }) &&
+           std::none_of(table.begin(), table.end(),
+                        [&](const Class& node)
+                        { return node.parent == ClassDefinition::theNone && node.name == root; });
+}
+
+template <typename Class>
+std::size_t countClasses(const Model& model, const std::vector<Class>& table)
+{
+    return table.size() + (hasSilentRoot(model, table) ? 1 : 0);
+}
+
+void writeCounts(const Model& model, JsonWriter& json)
+{
+    const Tables& tables = model.tables();
     const std::pair<std::string_view, std::size_t> counts[] = {
-        {"objectClasses",                   tables.objectClasses.size()                },
-        {"attributes",                      countParts(tables.objectClasses,             &ObjectClass::attributes)},
-        {"interactionClasses",                                 tables.interactionClasses.size()                                                        },
-        {"parameters",                                 countParts(tables.interactionClasses,         &InteractionClass::parameters)},
-        {"basic",   tables.basicData.size()                                     },
-        {"simple",        tables.simpleData.size()             },
-        {"enumerated",  tables.enumeratedData.size()                               },
-        {"enumerators",    countParts(tables.enumeratedData,                &EnumeratedData::enumerators)},
-        {"array",tables.arrayData.size()},
-        {"fixed",                           tables.fixedRecords.size()                                                 },
-        {"variant",                           tables.variantRecords.size()                 },
-        {"complex",                         tables.complexRecords.size()             },
-        {"notes",                         tables.notes.size()               },
-        {"dimensions",                           tables.dimensions.size()                          },
-        {"transportations",                      tables.transportations.size()              },
-        {"switches",                 tables.switches.size()         },
-        {"synchronizations",                        tables.synchronizationPoints.size()                            },
-        {"tags",                tables.tags.size()},
-        {"updateRates",                            tables.updateRates.size()                                     },
-        {"reference",                     tables.referenceData.size()           },
+        {"objectClasses",                      countClasses(model,             tables.objectClasses)},
+        {"attributes",                                    countParts(tables.objectClasses,                                                       &ObjectClass::attributes)},
+        {"interactionClasses",           countClasses(model,tables.interactionClasses)},
+        {"parameters",        countParts(tables.interactionClasses,                          &InteractionClass::parameters)},
+        {"basic",                         tables.basicData.size()           },
+        {"simple",                                    tables.simpleData.size()                                                           },
+        {"enumerated",                                    tables.enumeratedData.size()                                               },
+        {"enumerators",                                    countParts(tables.enumeratedData,&EnumeratedData::enumerators)},
+        {"array",                                    tables.arrayData.size()      },
+        {"fixed",       tables.fixedRecords.size()                                         },
+        {"variant",tables.variantRecords.size() },
+        {"complex",    tables.complexRecords.size()},
+        {"notes",                               tables.notes.size()                                                           },
+        {"dimensions",     tables.dimensions.size()                                          },
+        {"transportations",tables.transportations.size()},
+        {"switches",        tables.switches.size()},
+        {"synchronizations",                     tables.synchronizationPoints.size()                                                                                             },
+        {"tags",       tables.tags.size()                                         },
+        {"updateRates",tables.updateRates.size()},
+        {"reference",            tables.referenceData.size()},
         {"directedInteractions",
-         countParts(tables.objectClasses,                   &ObjectClass::directedInteractions)},
-        {"routingSpaces",            tables.routingSpaces.size()                                               },
-        {"services",                                 tables.services.size()                                                             },
+         countParts(tables.objectClasses,                                                                                                                                                &ObjectClass::directedInteractions)},
+        {"routingSpaces",tables.routingSpaces.size()                           },
+        {"services",      tables.services.size()},
     };
     json.key("counts");
     json.beginObject();
@@ -279,7 +315,7 @@ void writeCounts(const Tables& tables, JsonWriter& json)
 }
 
 /// The order in which programs have always got the classes: module by module, the standard MIM
-/// last, and in each a class after those below it; in HLA 1.3 as declared, roots last.
+/// last, and in each a class after those below it; in HLA 1.3 as declared, the root last.
 template <typename Class>
 std::vector<std::uint32_t> listOrder(const Model& model, const std::vector<Class>& table)
 {
@@ -299,17 +335,15 @@ std::vector<std::uint32_t> listOrder(const Model& model, const std::vector<Class
     std::reverse(order.begin(), order.end());
 
     const std::vector<Module>& modules = model.modules();
-    const auto isOld = [&](std::uint32_t i) {
-        return table[i].module < modules.size() &&
-               modules[table[i].module].edition == Edition::hla13;
-    };
+    const auto isOld = [&](std::uint32_t i) { return isOfHla13(model, table[i]); };
     const auto isBuiltIn = [&](std::uint32_t i)
     { return table[i].module < modules.size() && modules[table[i].module].isBuiltIn; };
     std::vector<std::uint32_t> rank(table.size());
     for (std::uint32_t i = 0; i < order.size(); ++i) rank[order[i]] = i;
     const auto key = [&](std::uint32_t i)
     {
-        const bool isLast = isOld(i) && table[i].parent == ClassDefinition::theNone;
+        const bool isLast = isOld(i) && table[i].parent == ClassDefinition::theNone &&
+                            table[i].name == rootOf(&table[i]);
         return std::tuple(isBuiltIn(i), table[i].module, isLast, isOld(i) ? i : rank[i]);
     };
     std::sort(order.begin(), order.end(),
@@ -323,7 +357,15 @@ void writeNames(std::string_view key, const Model& model, const std::vector<Clas
 {
     json.key(key);
     json.beginArray();
-    for (const std::uint32_t i : listOrder(model, table)) json.text(shortFullName(table, table[i]));
+    const std::string_view root = rootOf(static_cast<const Class*>(nullptr));
+    const bool isRootSilent = hasSilentRoot(model, table);
+    for (const std::uint32_t i : listOrder(model, table))
+    {
+        std::string name = shortFullName(table, table[i]);
+        if (isRootSilent && isOfHla13(model, table[i])) name.insert(0, 1, '.').insert(0, root);
+        json.text(name);
+    }
+    if (isRootSilent) json.text(root);
     json.endArray();
 }
 
@@ -488,7 +530,7 @@ std::string modelJson(const Model& model, JsonLayout layout)
     json.property("name", isAlone ? tables.modules[0].identification.name : Text());
     json.property("version", isAlone ? tables.modules[0].identification.version : Text());
     json.property("hlaVersion", numberOf(model.edition()));
-    writeCounts(tables, json);
+    writeCounts(model, json);
     writeNames("objectClasses", model, tables.objectClasses, json);
     writeNames("interactionClasses", model, tables.interactionClasses, json);
     writeDatatypeNames(tables, json);
