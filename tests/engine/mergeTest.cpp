@@ -247,6 +247,18 @@ TEST(Merging, keepsTheNotesOfEachModule)
         EXPECT_EQ(model.findNote("n", *model.findDimension(name))->semantics, text) << name;
 }
 
+TEST(Merging, findsWhatOneModuleSaysTwice)
+{
+    const std::string tables = "dataTypes/simpleDataTypes";
+    const std::string one = "<simpleData><name>S</name><units>m</units></simpleData>\n";
+    const std::string other = "<simpleData><name>S</name><units>km</units></simpleData>";
+    EXPECT_THAT(texts(mergeAll({objectModel("2010", around(tables, one + one + other))})),
+                ElementsAre("a.xml:4: warning: simple datatype `S` stands a second time, after "
+                            "a.xml:3 [duplicate]",
+                            "a.xml:5: error: units of simple datatype `S` is `km`, but `m` in "
+                            "a.xml:3 [conflict]"));
+}
+
 /// A class that one document repeats many times, each time with one attribute more, takes no
 /// time by the square of their number.
 TEST(Merging, growsInLinearTime)

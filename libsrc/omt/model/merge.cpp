@@ -423,14 +423,14 @@ void Merger::mergeInto(std::vector<T> Tables::*table, std::uint32_t index, const
     constexpr bool isClass = std::is_base_of_v<ClassDefinition, T>;
     T& first = (tables().*table)[index];
     Repetition repetition = judge(first, index, later);
+    const bool isOneModule = first.module == repetition.laterModule;
+    const std::size_t findings = myFindings.size();
     if (repetition.isCompletion)
         complete(first, index, later);
     else if (!isEqual(first, later, T::theKind) &&
              (saysSomething(later, T::theKind) || !isScaffoldable<T>))
         compareRows(first, later, T::theKind, describe(table, index),
                     isClass || (isCompletable<T> && repetition.mayLeaveOut));
-    else if (!isClass && first.module == repetition.laterModule)
-        reportDuplicate(describe(table, index), first, later);
 
     repetition.firstModule = first.module;
     repetition.firstLine = first.line;
@@ -441,6 +441,8 @@ void Merger::mergeInto(std::vector<T> Tables::*table, std::uint32_t index, const
             if (repetition.what.empty()) repetition.what = describe(table, index);
             mergeParts(first, index, later, list, repetition);
         });
+    if (!isClass && isOneModule && myFindings.size() == findings)
+        reportDuplicate(describe(table, index), first, later);
 }
 
 /// Puts the definition itself in the place of one that was only a scaffold, or of which only
