@@ -58,12 +58,14 @@ def seeds_of_xml(model):
     yield "xmlReader", b"0" + text
     yield "xmlReader", b"4" + text  # merged with the standard MIM
     yield "readWriteRead", text
+    yield "modelRead", text
 
 
 def seeds_of_hla13(model):
     text = thin_clauses(model.read_text(encoding="latin-1")).encode("latin-1")
     yield "omtReader", text
     yield "readWriteRead", text
+    yield "modelRead", text
 
 
 def seeds_of_table(model):

@@ -49,25 +49,25 @@ TEST(XmlReadingTest, ReadsOddTextsOrSaysWhatIsOdd)
     const Case cases[] = {
         {"plain",
          enumeration("<name>E</name><enumerator><name>A</name><value>1</value></enumerator>"),              ""},
-        {"a nameless definition",         enumeration("<representation>R</representation>"),
+        {"a nameless definition",         enumeration("<semantics>s</semantics>"),
          "x.xml:1: error: there is an enumerated datatype without a name [no-name]\n"                         },
         {"a number that is none",
          enumeration("<name>E</name>\n<enumerator><name>A</name><value>x</value></enumerator>"),
-         "x.xml:2: warning: enumerator \"A\" of \"E\" has \"x\", which is no number [no-number]\n"            },
+         "x.xml:2: warning: enumerator `A` of `E` has `x`, which is no number [no-number]\n"                  },
         {"two enumerators of one number",
          enumeration("<name>E</name><enumerator><name>A</name><value>1</value></enumerator>\n"
                      "<enumerator><name>B</name>\n<value>0x1</value></enumerator>"),
-         "x.xml:3: warning: enumerator \"B\" of \"E\" has the number 0x1 of \"A\" "
+         "x.xml:3: warning: enumerator `B` of `E` has the number 0x1 of `A` "
          "[number-twice]\n"                                                                                   },
         {"several values",
          enumeration("<name>E</name><enumerator><name>A</name><value>1</value>\n"
                      "<value>2</value></enumerator>"),
-         "x.xml:2: note: enumerator \"A\" of \"E\" has several numbers [several-numbers]\n"                   },
+         "x.xml:2: note: enumerator `A` of `E` has several numbers [several-numbers]\n"                       },
         {"a property twice",              enumeration("<name>E</name>\n<name>F</name>"),
-         "x.xml:2: warning: \"name\" of enumerated datatype \"E\" is there twice; the first counts "
+         "x.xml:2: warning: `name` of enumerated datatype `E` is there twice; the first counts "
          "[repeated-property]\n"                                                                              },
         {"an unknown namespace",          "<objectModel xmlns='urn:x-2025'><objects/></objectModel>",
-         "x.xml:1: warning: the namespace \"urn:x-2025\" is none of an edition; read as 1516-2000 "
+         "x.xml:1: warning: the namespace `urn:x-2025` is none of an edition; read as 1516-2000 "
          "[unknown-namespace]\n"                                                                              },
         {"text where there is none",      in2010("<objects>\nwords</objects>"),
          "x.xml:2: warning: text stands where table has none; it is kept as it is [stray-text]\n"             },
@@ -98,7 +98,7 @@ TEST(XmlReadingTest, RefusesWhatIsNoModelAndSaysWhatItIs)
          "x.xml:1:23: error: has a document type with declarations"                                                                          },
         {"<objectModel>\n <a></b></objectModel>",
          "x.xml:2:7: error: is no well-formed XML: mismatched tag [not-well-formed]"                                                         },
-        {"<schema/>",                                                              "its root is \"schema\""                                  },
+        {"<schema/>",                                                              "its root is `schema`"                                    },
         {"plain words",                                                            "begins neither as XML nor as HLA 1.3"                    },
     };
     for (const auto& [text, expected] : cases)

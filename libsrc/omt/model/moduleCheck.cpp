@@ -3,9 +3,11 @@
 
 #include "omt/model/rows.h"
 
+#include <algorithm>
 #include <charconv>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace omt
 {
@@ -64,10 +66,9 @@ private:
     void checkEnumerators(const EnumeratedData& data)
     {
         checkNames(data.enumerators);
-        std::unordered_map<std::int64_t, const Enumerator*> numbers;
         std::unordered_map<std::string_view, const Enumerator*> names;
-        numbers.reserve(data.enumerators.size());
         names.reserve(data.enumerators.size());
+        myNumbers.clear();
         for (const Enumerator& enumerator : data.enumerators)
         {
             const auto [first, isNew] = names.try_emplace(enumerator.name, &enumerator);
@@ -75,12 +76,12 @@ private:
                 report(Severity::warning, "enumerator-twice",
                        phrase(data, enumerator) + " is there twice", enumerator, enumerator.name,
                        first->second);
-            checkNumbers(data, enumerator, numbers);
+            checkNumbers(data, enumerator);
         }
+        checkTwins(data);
     }
 
-    void checkNumbers(const EnumeratedData& data, const Enumerator& enumerator,
-                      std::unordered_map<std::int64_t, const Enumerator*>& numbers)
+    void checkNumbers(const EnumeratedData& data, const Enumerator& enumerator)
     {
         if (enumerator.values.empty())
             report(Severity::warning, "no-number", phrase(data, enumerator) + " has no number",
@@ -91,27 +92,48 @@ private:
                    enumerator.values[1]);
         for (const Text& value : enumerator.values)
         {
-            const std::optional<std::int64_t> number = enumeratorNumber(value);
-            if (!number)
-            {
-                report(
-                    Severity::warning, "no-number",
-                    phrase(data, enumerator) + " has \"" + value.str() + "\", which is no number",
-                    enumerator, value);
-                continue;
-            }
-            const auto [first, isNew] = numbers.try_emplace(*number, &enumerator);
-            if (isNew || first->second == &enumerator) continue;
-            report(Severity::warning, "number-twice",
-                   phrase(data, enumerator) + " has the number " + value.str() + " of \"" +
-                       first->second->name.str() + "\"",
-                   enumerator, value, first->second);
+            if (const std::optional<std::int64_t> number = enumeratorNumber(value))
+                myNumbers.push_back({*number, &enumerator, &value});
+            else
+                report(Severity::warning, "no-number",
+                       phrase(data, enumerator) + " has `" + value.str() + "`, which is no number",
+                       enumerator, value);
         }
     }
 
+    /// Reports each enumerator whose number one before it has. Sorted rather than hashed, as
+    /// whoever writes a document chooses the numbers.
+    void checkTwins(const EnumeratedData& data)
+    {
+        const auto isLess = [](const Number& a, const Number& b) { return a.number < b.number; };
+        if (std::is_sorted(myNumbers.begin(), myNumbers.end(), isLess) &&
+            std::adjacent_find(myNumbers.begin(), myNumbers.end(), isTwin) == myNumbers.end())
+            return;
+        std::stable_sort(myNumbers.begin(), myNumbers.end(), isLess);
+        const Number* first = nullptr;
+        for (const Number& each : myNumbers)
+        {
+            if (!first || !isTwin(*first, each))
+                first = &each;
+            else if (first->enumerator != each.enumerator)
+                report(Severity::warning, "number-twice",
+                       phrase(data, *each.enumerator) + " has the number " + each.text->str() +
+                           " of `" + first->enumerator->name.str() + "`",
+                       *each.enumerator, *each.text, first->enumerator);
+        }
+    }
+
+    struct Number
+    {
+        std::int64_t number;
+        const Enumerator* enumerator;
+        const Text* text;
+    };
+    static bool isTwin(const Number& a, const Number& b) { return a.number == b.number; }
+
     static std::string phrase(const EnumeratedData& data, const Enumerator& enumerator)
     {
-        return "enumerator \"" + enumerator.name.str() + "\" of \"" + data.name.str() + "\"";
+        return "enumerator `" + enumerator.name.str() + "` of `" + data.name.str() + "`";
     }
 
     void report(Severity severity, const char* name, std::string text, const Definition& definition,
@@ -124,6 +146,7 @@ private:
 
     const Model& myModel;
     Findings& myFindings;
+    std::vector<Number> myNumbers;
 };
 
 }  // namespace

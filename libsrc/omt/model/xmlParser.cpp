@@ -21,6 +21,7 @@ struct FreeExpat
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
 
+constexpr std::size_t theMostPrefixes = 250;
 constexpr std::string_view theDeclaration = "xmlns";
 
 /// The prefix that an XML attribute declares; not there for other attributes.
@@ -145,6 +146,10 @@ bool XmlParser::declarePrefixes(const char* const* attributes)
         myPrefixes.push_back({std::string(prefix), attributes[1], myDepth});
         isDeclaring = true;
     }
+    // Each is compared with the prefix of each element.
+    if (myPrefixes.size() > theMostPrefixes)
+        stop("prefixes", "declares more than " + std::to_string(theMostPrefixes) +
+                             " prefixes of namespaces around one element");
     return isDeclaring;
 }
 

@@ -272,7 +272,7 @@ Edition XmlReader::editionOf(std::string_view namespaceName, std::uint32_t line)
     if (edition != Edition::ieee2000 && holds(namespaceName, "2010")) edition = Edition::ieee2010;
     if (edition != Edition::ieee2000 && holds(namespaceName, "2025")) edition = Edition::ieee2025;
     report(Severity::warning, "unknown-namespace",
-           "the namespace \"" + std::string(namespaceName) + "\" is none of an edition; read as " +
+           "the namespace `" + std::string(namespaceName) + "` is none of an edition; read as " +
                std::string(nameOf(edition)),
            line);
     return edition;
@@ -285,8 +285,8 @@ bool XmlReader::startRoot(const XmlElement& root, std::string_view namespaceName
         const bool isHtml = root.name == "html" || root.name == "HTML";
         report(Severity::error, "no-object-model",
                isHtml ? "is an HTML page, no object model"
-                      : "is an XML document of another kind: its root is \"" +
-                            std::string(root.name) + "\", not \"objectModel\"",
+                      : "is an XML document of another kind: its root is `" +
+                            std::string(root.name) + "`, not `objectModel`",
                root.line);
         isRefused = true;
         return false;
@@ -369,7 +369,7 @@ XmlWords::Use XmlReader::findUse(Kind kind, const XmlElement& element, WordNumbe
         use = myWords.element(kind, other, word);
         if (use.row == XmlWords::theNone) continue;
         report(Severity::warning, "other-edition",
-               "\"" + std::string(element.name) + "\" of " + std::string(nameOf(kind)) +
+               "`" + std::string(element.name) + "` of " + std::string(nameOf(kind)) +
                    " is a word of " + std::string(nameOf(other)) + " in a document of " +
                    std::string(nameOf(myEdition)),
                element.line);
@@ -578,8 +578,8 @@ void XmlReader::endProperty(const Frame& frame, std::size_t end)
     {
         const std::string_view xml = myParser.text().substr(frame.offset, end - frame.offset);
         report(Severity::warning, "repeated-property",
-               "\"" + std::string(row.key) + "\" of " + std::string(nameOf(frame.kind)) + " \"" +
-                   definition.name.str() + "\" is there twice; the first counts",
+               "`" + std::string(row.key) + "` of " + std::string(nameOf(frame.kind)) + " `" +
+                   definition.name.str() + "` is there twice; the first counts",
                frame.line);
         addAside(Aside::What::element, frame.index, row.words.in(myEdition), xml, frame.line);
     }
@@ -610,6 +610,7 @@ void XmlReader::addOneOf(std::uint8_t row, std::string_view value, std::uint32_t
 std::string XmlReader::declaredText(std::string_view xml) const
 {
     std::string text(xml);
+    if (xml.find(':') == std::string_view::npos) return text;
     const std::size_t end = xml.find_first_of(" \t\r\n/>");
     for (auto known = myParser.prefixes().rbegin(); known != myParser.prefixes().rend(); ++known)
     {
@@ -637,8 +638,8 @@ void XmlReader::endUnknown(const Frame& frame, std::size_t end)
     const bool isInProperty = around.mode == Mode::property || around.mode == Mode::around;
     if (name.find(':') == std::string_view::npos)
         report(Severity::warning, "unknown-element",
-               "\"" + std::string(name) + "\" is no element of " +
-                   (isInProperty ? "\"" + std::string(rowsOf(around.kind)[around.index].key) + "\""
+               "`" + std::string(name) + "` is no element of " +
+                   (isInProperty ? "`" + std::string(rowsOf(around.kind)[around.index].key) + "`"
                                  : std::string(nameOf(owner().kind))) +
                    "; it is kept as it is",
                frame.line);
@@ -786,7 +787,7 @@ void XmlReader::skipEntity(std::string_view name)
 {
     const std::string text = "&" + std::string(name) + ";";
     report(Severity::warning, "unknown-entity",
-           "\"" + text + "\" is explained by nothing in the document; it is kept as it is",
+           "`" + text + "` is explained by nothing in the document; it is kept as it is",
            myParser.line());
     addText(text);
 }
