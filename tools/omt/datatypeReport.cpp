@@ -107,8 +107,8 @@ struct Page
         TextTable table(
             {wrap("Enumerator"), whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
         for (const omt::Alternative& one : node.alternatives)
-            table.add({one.enumerator.str(), one.name.str(), typed(one.dataType), notes.numbers(one),
-                       one.semantics.str()});
+            table.add({one.enumerator.str(), one.name.str(), typed(one.dataType),
+                       notes.numbers(one), one.semantics.str()});
         text += heading("Alternatives") + table.text();
     }
 
