@@ -56,9 +56,8 @@ void registerWork(const std::string& name, ratios::Work work)
 std::vector<Ratio> registerRatios()
 {
     std::vector<Ratio> all = ratios::readAndMergeRatios();
-    for (const auto& list :
-         {ratios::oldAndNewRatios(), ratios::convertValuesRatios(), ratios::entityTypesRatios(),
-          ratios::modelEngineRatios()})
+    for (const auto& list : {ratios::oldAndNewRatios(), ratios::convertValuesRatios(),
+                             ratios::entityTypesRatios(), ratios::modelEngineRatios()})
         all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <sstream>
 
 namespace
@@ -140,17 +141,20 @@ TEST(XmlReadingTest, ReadsEveryEncoding)
     const std::string plain =
         "<objectModel xmlns='http://standards.ieee.org/IEEE1516-2010'><notes>"
         "<note><label>a</label></note></notes></objectModel>";
-    const std::pair<std::string, const char*> cases[] = {
-        {in2010(letters),         "\xC3\xA4\xE2\x82\xAC"                         },
-        {                                                                      "\xEF\xBB\xBF" + in2010(letters), "\xC3\xA4\xE2\x82\xAC"                                               },
-        { "<?xml version='1.0' encoding='ISO-8859-1'?>" +
-             in2010("<notes><note><label>\xE4</label></note></notes>"),
-         "\xC3\xA4"},
-        {                                                                                                                                  "<?xml version='1.0' encoding='windows-1252'?>" +
-             in2010("<notes><note><label>\x80</label></note></notes>"),
-         "\xE2\x82\xAC"                                          },
-        {                                                                               utf16(plain,             true),                               "a"},
-        {                          utf16(plain,                        false),                                                                        "a"},
+    const auto declared = [](const std::string& encoding, const std::string& letter)
+    {
+        return "<?xml version='1.0' encoding='" + encoding + "'?>" +
+               in2010("<notes><note><label>" + letter + "</label></note></notes>");
+    };
+    const std::string letter = "\xC3\xA4";
+    const std::string sign = "\xE2\x82\xAC";
+    const std::map<std::string, std::string> cases = {
+        {in2010(letters), letter + sign},
+        {                       "\xEF\xBB\xBF" + in2010(letters),  letter + sign             },
+        {   declared("ISO-8859-1",         "\xE4"),                      letter},
+        { declared("windows-1252",           "\x80"),                        sign},
+        {             utf16(plain,            true),                         "a"},
+        {             utf16(plain,            false),                         "a"},
     };
     for (const auto& [text, expected] : cases)
     {

@@ -11,7 +11,6 @@ namespace omt
 
 /// Adds the findings of checkReferences(). `readMim` gives the MIM that may be added, and is called
 /// at most once, where a name is missing that a MIM could define.
-void checkReferences(const Model& model, const std::function<Model()>& readMim,
-                     Findings& findings);
+void checkReferences(const Model& model, const std::function<Model()>& readMim, Findings& findings);
 
 }  // namespace omt

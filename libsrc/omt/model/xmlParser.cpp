@@ -47,12 +47,12 @@ struct XmlParser::Callbacks
         if (self->thrown || self->isStopped) return;
         try
         {
-            call(self->parser);
+            call(self->owner);
         }
         catch (...)
         {
             self->thrown = std::current_exception();
-            XML_StopParser(static_cast<XML_Parser>(self->parser.myExpat), XML_FALSE);
+            XML_StopParser(static_cast<XML_Parser>(self->owner.myExpat), XML_FALSE);
         }
     }
 
@@ -91,7 +91,7 @@ struct XmlParser::Callbacks
               });
     }
 
-    XmlParser& parser;
+    XmlParser& owner;
     std::exception_ptr thrown = nullptr;
     bool isStopped = false;
 };
