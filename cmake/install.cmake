@@ -16,6 +16,23 @@ install(TARGETS omtReader EXPORT omtReaderTargets
 install(EXPORT omtReaderTargets NAMESPACE omtReader:: DESTINATION "${package}"
   COMPONENT development)
 
+# libomt: its own include root and its own package, which that of omtReader finds as well.
+set(OMT_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/omt-0")
+set(omtPackage "${CMAKE_INSTALL_LIBDIR}/cmake/omt")
+install(TARGETS libomt EXPORT omtTargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    COMPONENT engine NAMELINK_COMPONENT engineDevelopment
+  INCLUDES DESTINATION "${OMT_INCLUDEDIR}"
+  FILE_SET HEADERS DESTINATION "${OMT_INCLUDEDIR}" COMPONENT engineDevelopment)
+install(EXPORT omtTargets NAMESPACE omtReader:: DESTINATION "${omtPackage}"
+  COMPONENT engineDevelopment)
+configure_package_config_file(cmake/omtConfig.cmake.in omtConfig.cmake
+  INSTALL_DESTINATION "${omtPackage}")
+write_basic_package_version_file(omtConfigVersion.cmake
+  VERSION ${OMT_VERSION} COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/omtConfig.cmake" "${PROJECT_BINARY_DIR}/omtConfigVersion.cmake"
+  DESTINATION "${omtPackage}" COMPONENT engineDevelopment)
+
 configure_package_config_file(cmake/omtReaderConfig.cmake.in omtReaderConfig.cmake
   INSTALL_DESTINATION "${package}")
 write_basic_package_version_file(omtReaderConfigVersion.cmake COMPATIBILITY SameMajorVersion)
@@ -29,6 +46,9 @@ file(RELATIVE_PATH OMTREADER_PC_TO_PREFIX
 configure_file(cmake/omtReader.pc.in omtReader.pc @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/omtReader.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
+configure_file(cmake/omt.pc.in omt.pc @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/omt.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT engineDevelopment)
 
 if(TARGET omt)
   file(RELATIVE_PATH toLibrary

@@ -29,6 +29,17 @@ omtreader_package(development libomtreader-dev libdevel
   "reader of HLA object models - development files"
   "${about}\n.\nThis package has headers, files for CMake and pkg-config, and examples."
   library)
+omtreader_package(engine libomt${OMT_SOVERSION} libs
+  "HLA object models of every edition - shared library"
+  "libomt reads and merges HLA object models of IEEE 1516-2025, 1516-2010 and
+1516-2000 and of HLA 1.3, and loses nothing of what they say.")
+omtreader_package(engineDevelopment libomt-dev libdevel
+  "HLA object models of every edition - development files"
+  "libomt reads and merges HLA object models of IEEE 1516-2025, 1516-2010 and
+1516-2000 and of HLA 1.3, and loses nothing of what they say.
+.
+This package has headers and files for CMake and pkg-config."
+  engine)
 install(DIRECTORY examples DESTINATION "${theDocuments}/libomtreader-dev"
   COMPONENT development EXCLUDE_FROM_ALL PATTERN CMakeLists.txt EXCLUDE)
 install(DIRECTORY docs DESTINATION "${theDocuments}/libomtreader-dev"
@@ -39,7 +50,7 @@ if(TARGET omt)
   omtreader_package(tool omt utils
     "show, convert, decode and encode HLA object models and their values"
     "${about}\n.\nThis package has the command line tool omt."
-    library)
+    library engine)
 endif()
 
 set(CPACK_GENERATOR DEB)

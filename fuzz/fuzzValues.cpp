@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr std::size_t theMostOctets = 256;
+constexpr std::size_t theMostOctets = 65536;
 
 /// The values of an attribute: the line may say more of those that are missing.
 void checkAttribute(const Value& value)
@@ -22,6 +22,7 @@ void checkAttribute(const Value& value)
     int consumed = 0;
     const DtString line =
         value.manager.getFedNodeStringRep(&attribute, value.data, value.length, consumed);
+    require(line.length() <= value.textAllowed(), "text grows with the octets and no faster");
     const std::unique_ptr<DtStringTree> tree(value.manager.createStringTreeRep(
         &attribute, value.data, value.length, consumed, 0, nullptr));
     checkConsumed(consumed, value);

@@ -32,6 +32,14 @@ struct Value
     {
         return static_cast<std::size_t>(manager.nodeLimit()) + static_cast<std::size_t>(length);
     }
+    /// The longest line: what the octets shown and the names of enumerators may come to, and the
+    /// delimiters.
+    std::size_t textAllowed() const
+    {
+        constexpr std::size_t theMostOfANode = 160;
+        constexpr std::size_t theMostAlways = 8192;
+        return theMostAlways + theMostOfANode * nodesAllowed();
+    }
 };
 
 /// Every node is linked once, so that there are neither rings nor nodes with two owners.
@@ -69,6 +77,7 @@ inline void checkDecoding(const Value& value)
     int ofLine = 0;
     int ofTree = 0;
     const DtString line = value.line(ofLine);
+    require(line.length() <= value.textAllowed(), "text grows with the octets and no faster");
     const std::unique_ptr<DtStringTree> tree = value.tree(ofTree);
     requireMemory(before + 65536 + 1024 * value.nodesAllowed());
     checkNodes(tree.get(), value.nodesAllowed());

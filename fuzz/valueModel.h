@@ -13,9 +13,9 @@
 /// Those whose line stands for one value only, in front of the others.
 inline constexpr std::size_t theExactCount = 8;
 inline constexpr const char* theDatatypes[] = {
-    "Record",  "Doubles", "Pairs", "Bounded", "Bits",    "Open",    "Records",
-    "Kind",    "Complex", "Chars", "Texts",   "Variant", "Ring",    "Variants",
-    "Empties", "Self",    "Text",  "Utf8",    "Utf16",   "Nothing", "Unknown"};
+    "Record",  "Doubles", "Pairs", "Bounded", "Bits",    "Open",     "Records", "Kind",
+    "Complex", "Chars",   "Texts", "Variant", "Ring",    "Variants", "Empties", "Self",
+    "Text",    "Utf8",    "Utf16", "Nothing", "Unknown", "Losts"};
 
 inline constexpr const char* theSimple[] = {
     "Byte byte",     "Char char",   "Short short", "Int int-LE",  "Float float",
@@ -27,11 +27,15 @@ inline constexpr const char* theArrays[] = {
     "Bounded Int HLAfixedArray [0..3]",          "Bits Byte HLAbitArray Dynamic",
     "Open Pairs HLAlengthlessVarArray Dynamic",  "Records Record HLAvariableArray Dynamic",
     "Variants Variant HLAvariableArray Dynamic", "Empties Empty HLAvariableArray Dynamic",
-    "Ring Ring HLAvariableArray Dynamic"};
+    "Ring Ring HLAvariableArray Dynamic",        "Rest Lost HLAlengthlessVarArray Dynamic",
+    "Losts Rest HLAvariableArray Dynamic"};
 // Record, then the fields, each of the datatype that it is named after.
 inline constexpr const char* theRecords[] = {"Record Byte Pairs Kind Doubles Float",
-                                             "Self Byte Self Self", "Empty"};
-inline constexpr const char* theAlternatives[] = {"N1 Record", "N2 Nothing", "N3 Variant"};
+                                             "Self Byte Self Self", "Empty",
+                                             // Shows all octets and takes none.
+                                             "Lost Nothing Nothing"};
+inline constexpr const char* theAlternatives[] = {"N1 Record", "N2 Nothing", "N3 Variant",
+                                                  "N4 Lost"};
 inline constexpr const char* theComponents[] = {
     "Kind|Kind|1", "One|Int|(Kind = N1)", "Two|Char|0-2 (Kind = 2)", "Pad|Byte|%4", "Rest|Self|0+"};
 

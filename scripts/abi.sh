@@ -1,39 +1,51 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The binary interface of the library against the one of the last release, abi/libomtReader.abi.xz:
+# The binary interfaces of the libraries against those of the last release, abi/LIBRARY.abi.xz:
 #   scripts/abi.sh check      fails where something that was there is gone or another
-#   scripts/abi.sh refresh    writes the file anew, for a release
-# The library is built as it is released, with debugging information beside it.
+#   scripts/abi.sh refresh    writes the files anew, for a release
+# They are built as they are packed, with debugging information beside them.
 set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
-kept="$root/abi/libomtReader.abi.xz"
-folder="$root/build/abi"
+. "$root/scripts/build.sh"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-# writeInterface FILE: what programs see; not what the standard library has inside.
+# The one table: a library, which is a target too, and the folder of its installed headers.
+libraries="
+omtReader  include/omtReader-1"
+
+# writeInterface LIBRARY HEADERS FILE: what programs see; not what the standard library has inside.
 writeInterface()
 {
-    cmake --preset release -S "$root" -B "$folder" -DCMAKE_CXX_FLAGS=-g -DOMTREADER_BUILD_TOOL=OFF \
-          -DOMTREADER_BUILD_EXAMPLES=OFF > /dev/null
-    cmake --build "$folder" >&2
-    cmake --install "$folder" --prefix "$scratch/prefix" > /dev/null
-    abidw --exported-interfaces-only --drop-private-types --headers-dir "$scratch/prefix/include" \
+    abidw --exported-interfaces-only --drop-private-types --headers-dir "$scratch/prefix/$2" \
           --drop-undefined-syms --no-corpus-path --no-comp-dir-path --no-show-locs \
-          --out-file "$1" "$folder/lib/libomtReader.so.1"
+          --out-file "$3" "$(readlink -f "$root/build/package/lib/lib$1.so")"
 }
 
-cd "$root"
-case ${1:-} in
-    check)
-        writeInterface "$scratch/now.abi"
-        xz -dc "$kept" > "$scratch/kept.abi"
-        abidiff --no-added-syms "$scratch/kept.abi" "$scratch/now.abi"
-        echo "The interface has all that the last release had" ;;
-    refresh)
-        writeInterface "$scratch/now.abi"
-        xz -9ec "$scratch/now.abi" > "$kept" ;;
-    *)
-        sed -n '3,6s/^# //p' "${BASH_SOURCE[0]}" >&2
-        exit 2 ;;
-esac
+# checkInterface LIBRARY HEADERS
+checkInterface()
+{
+    writeInterface "$1" "$2" "$scratch/now.abi"
+    xz -dc "$root/abi/lib$1.abi.xz" > "$scratch/kept.abi"
+    abidiff --no-added-syms "$scratch/kept.abi" "$scratch/now.abi"
+    echo "The interface of lib$1 has all that the last release had"
+}
+
+# refreshInterface LIBRARY HEADERS
+refreshInterface()
+{
+    writeInterface "$1" "$2" "$scratch/now.abi"
+    xz -9ec "$scratch/now.abi" > "$root/abi/lib$1.abi.xz"
+}
+
+if [[ ${1:-} != check && ${1:-} != refresh ]]; then
+    sed -n '3,6s/^# //p' "${BASH_SOURCE[0]}" >&2
+    exit 2
+fi
+while read -r library headers; do
+    [[ -n $library ]] || continue
+    buildPreset package "$library"
+    cmake --install "$root/build/package" --component development --prefix "$scratch/prefix" \
+        > /dev/null
+    "$1Interface" "$library" "$headers"
+done <<< "$libraries"

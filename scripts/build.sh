@@ -3,22 +3,23 @@
 # Building and testing a preset of CMakePresets.json. Sourced by run, test and .ci/run, which set
 # `root` to the top of the repository, and errexit and pipefail.
 
-# buildPreset PRESET: configures where needed and builds in build/PRESET. Everything goes to
-# standard error, and nothing is said when there is nothing to do.
+# buildPreset PRESET [TARGET...]: configures where needed and builds in build/PRESET, all or some
+# targets. Everything goes to standard error, and nothing is said when there is nothing to do.
 buildPreset()
 {
-    local folder="$root/build/$1"
-    local stamp="$folder/configured"
-    if [[ -f $stamp && ! $root/CMakePresets.json -nt $stamp ]]; then
-        cmake --build "$folder" | { grep -v '^ninja: no work to do' || true; } >&2
-        return
+    local preset=$1 folder="$root/build/$1" targets=()
+    shift
+    [[ $# -eq 0 ]] || targets=(--target "$@")
+    if [[ ! -f $folder/configured || $root/CMakePresets.json -nt $folder/configured ]]; then
+        echo "Building in build/$preset" >&2
+        (cd "$root" && cmake --preset "$preset") >&2 && touch "$folder/configured" || return
     fi
-    echo "Building in build/$1" >&2
-    (cd "$root" && cmake --preset "$1") >&2 && touch "$stamp" && cmake --build "$folder" >&2
+    cmake --build "$folder" "${targets[@]}" | { grep -v '^ninja: no work to do' || true; } >&2
 }
 
-# testPreset PRESET [CTEST ARGUMENT...]: builds the preset, runs its tests, and prints as the last
-# line "N passed, N failed[, N skipped]". The status tells whether all is well.
+# testPreset PRESET [CTEST ARGUMENT...]: builds the preset, runs its tests, names those that were
+# skipped, and prints as the last line "N passed, N failed[, N skipped]". The status tells whether
+# all is well.
 testPreset()
 {
     local preset=$1 status=0
@@ -27,6 +28,7 @@ testPreset()
     buildPreset "$preset" || return
     rm -f "$results"
     (cd "$root" && ctest --preset "$preset" -j "$(nproc)" --output-junit "$results" "$@") || status=$?
+    skippedIn "$results" | sed 's/^/Skipped: /'
     printCounts "$results" "$status"
     return "$status"
 }
@@ -42,6 +44,13 @@ printCounts()
     local passed=$((tests - failed - skipped))
     [[ $2 -eq 0 || $failed -gt 0 ]] || failed=1
     countLine "$passed" "$failed" "$skipped"
+}
+
+# skippedIn JUNIT_FILE: the names of the tests that were skipped or are disabled.
+skippedIn()
+{
+    [[ ! -f $1 ]] ||
+        sed -nE 's/.*<testcase name="([^"]*)".* status="(notrun|disabled)".*/\1/p' "$1"
 }
 
 # countOf WHAT JUNIT_FILE: a number out of the head of the file; 0 without it.

@@ -8,6 +8,8 @@
 #include "omtReader/stringTree.h"
 #include "support.h"
 
+#include <dlfcn.h>
+
 #include <map>
 #include <sstream>
 #include <thread>
@@ -363,6 +365,31 @@ TEST(HostTest, AllowsEditsInBetween)
 }
 
 // Managers of their own, one model, and one sink for what all of them say.
+// Plugins of a host may bring copies of their own, and other libraries with thread-local data.
+TEST(HostTest, LoadsManyCopiesOfTheLibrary)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "The sanitizer takes a second copy for a fault";
+#endif
+    constexpr char theOperation[] = "_ZN17DtDatatypeManager15defaultInstanceEv";
+    void* const own = dlsym(RTLD_DEFAULT, theOperation);
+    Dl_info library;
+    ASSERT_TRUE(own && dladdr(own, &library));
+    const TemporaryFolder folder;
+    for (int count = 0; count < 30; ++count)
+    {
+        const auto copy = folder.path() / (std::to_string(count) + ".so");
+        std::filesystem::copy_file(library.dli_fname, copy);
+        void* const loaded = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+        ASSERT_TRUE(loaded) << count << ": " << dlerror();
+        void* const theirs = dlsym(loaded, theOperation);
+        ASSERT_TRUE(theirs && theirs != own);
+        auto* const manager = reinterpret_cast<DtDatatypeManager* (*)()>(theirs)();
+        int consumed = 0;
+        EXPECT_EQ(manager->getStringRep("Unknown", "\1\2", 2, consumed), "01 02");
+    }
+}
+
 TEST(HostTest, SharesAPreparedModel)
 {
     const TreePtr shared = modelOf(theModel);

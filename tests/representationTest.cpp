@@ -20,6 +20,7 @@
 #include "support.h"
 #include "util/dtNetworkOrder.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <limits>
@@ -324,6 +325,11 @@ TEST(ConversionStringTest, WritesWhatTheCConversionWrites)
         const std::uint64_t bits = random();
         numbers.emplace_back();
         std::memcpy(&numbers.back(), &bits, sizeof bits);
+        // Of usual size, and where rounding is hard to tell.
+        numbers.push_back(static_cast<double>(static_cast<std::int64_t>(bits)) *
+                          std::pow(10.0, -8 - static_cast<int>(bits % 16)));
+        numbers.push_back((static_cast<double>(bits % 100000) + 0.5) /
+                          std::pow(10.0, static_cast<int>(bits % 9)));
     }
     for (const double number : numbers)
         for (const int precision : {5, 6, 0, 1, 3, 17, 100, 400, 5000})

@@ -170,6 +170,15 @@ TEST(StringTreeTest, AssignmentCopiesAndLeavesFormerLinks)
             EXPECT_NE(link, source);
 }
 
+TEST(StringTreeTest, FieldsAreTheNodesOwn)
+{
+    DtStringTree tree("a key that takes memory", "a datatype that takes memory", 0);
+    const DtString &key = tree.key(), &datatype = tree.datatype();
+    tree.setDatatype(key);
+    tree.setKey("another");
+    EXPECT_EQ(key + "/" + datatype, "another/a key that takes memory");
+}
+
 TEST(AttributeHistoryTest, KeepsTheLastFiveValues)
 {
     DtDatatypeManager manager;
@@ -179,6 +188,13 @@ TEST(AttributeHistoryTest, KeepsTheLastFiveValues)
     attribute.setCardinality("1+");
     EXPECT_EQ(history.getByteStream(4), nullptr);
     EXPECT_EQ(history.createStringTree(&attribute, 0), nullptr);
+    for (const int outside : {5, 1000000, -1})
+    {
+        EXPECT_EQ(history.at(static_cast<unsigned int>(outside)), nullptr);
+        EXPECT_EQ(history.getByteStream(outside), nullptr);
+        EXPECT_EQ(history.getByteStreamCount(outside) + history.getStringTreeCount(outside), 0);
+        EXPECT_EQ(history.createStringTree(&attribute, outside), nullptr);
+    }
     const DtStringTree* kept = nullptr;
     for (char value = 'A'; value <= 'F'; ++value)
     {

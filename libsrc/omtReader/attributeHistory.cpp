@@ -33,12 +33,14 @@ DtAttributeHistory::~DtAttributeHistory() = default;
 
 SingleAttribute* DtAttributeHistory::at(unsigned int index) const
 {
+    if (index >= myEntries.size()) return nullptr;
     return std::next(myEntries.begin(), static_cast<std::ptrdiff_t>(index))->get();
 }
 
 const char* DtAttributeHistory::getByteStream(int index)
 {
-    return at(static_cast<unsigned int>(index))->myBytes.get();
+    const SingleAttribute* const entry = at(static_cast<unsigned int>(index));
+    return entry ? entry->bytes() : nullptr;
 }
 
 void DtAttributeHistory::setByteStream(const void* data, int n)
@@ -61,25 +63,28 @@ DtObjectHistory* DtAttributeHistory::parentObject()
 
 DtStringTree* DtAttributeHistory::createStringTree(const DtDatatypeFedNode* attribute, int index)
 {
-    SingleAttribute& entry = *at(static_cast<unsigned int>(index));
-    if (!entry.myTree)
+    SingleAttribute* const entry = at(static_cast<unsigned int>(index));
+    if (!entry) return nullptr;
+    if (!entry->myTree)
     {
-        entry.myTreeCount = 0;
-        entry.myTree.reset(myManager.createStringTreeRep(attribute, entry.myBytes.get(),
-                                                         entry.myByteCount, entry.myTreeCount, 0,
-                                                         myParentObject));
+        int consumed = 0;
+        entry->myTree.reset(myManager.createStringTreeRep(
+            attribute, entry->myBytes.get(), entry->myByteCount, consumed, 0, myParentObject));
+        entry->myTreeCount = consumed;
     }
-    return entry.myTree.get();
+    return entry->myTree.get();
 }
 
 int DtAttributeHistory::getStringTreeCount(int index)
 {
-    return at(static_cast<unsigned int>(index))->myTreeCount;
+    const SingleAttribute* const entry = at(static_cast<unsigned int>(index));
+    return entry ? entry->treeCount() : 0;
 }
 
 int DtAttributeHistory::getByteStreamCount(int index)
 {
-    return at(static_cast<unsigned int>(index))->myByteCount;
+    const SingleAttribute* const entry = at(static_cast<unsigned int>(index));
+    return entry ? entry->byteCount() : 0;
 }
 
 bool DtAttributeHistory::updatedFlag() const

@@ -42,7 +42,8 @@ private:
 };
 
 /// Keeps the last five values of an attribute, the newest at index 0, and decodes each of them
-/// once, when its tree is asked for. Indices are 0 to 4 and are not checked: others must not occur.
+/// once, when its tree is asked for. Indices are 0 to 4; any other stands for a slot that is always
+/// empty, whose entry is null.
 class OMTREADER_EXPORT DtAttributeHistory
 {
 public:
@@ -73,7 +74,8 @@ public:
     virtual bool updatedFlag() const;
     virtual void resetUpdateFlag();
 
-    /// The entry itself, which stays the history's and goes when its value is dropped.
+    /// The entry itself, which stays the history's and goes when its value is dropped; null for an
+    /// index above 4.
     virtual SingleAttribute* at(unsigned int index) const;
 
 private:

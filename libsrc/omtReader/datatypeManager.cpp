@@ -599,7 +599,9 @@ int DtDatatypeManager::getArrayDatatypeCount(DtArrayDatatypeNode* node, const vo
 int DtDatatypeManager::getComplexDatatypeCount(DtComplexComponentNode* node, const void*, int,
                                                DtStringTree* root, DtStringTree* parent)
 {
-    return node ? omtreader::ComponentCount(myRooms->resolver).of(*node, root, parent) : 0;
+    if (!node) return 0;
+    const omtreader::CountedCall call(myRooms->bounds, mySettings->nodeLimit);
+    return omtreader::ComponentCount(myRooms->resolver, myRooms->bounds).of(*node, root, parent);
 }
 
 // Alignment.

@@ -49,8 +49,9 @@ struct ConversionSettings;
 /// address counts: a buffer begins at a multiple of 8, as that of a std::vector does, and a literal
 /// need not. No octet outside the value is read: what lies beyond its end reads as zero, so that a
 /// value cut short may take more octets than it has. One call makes at most nodeLimit() nodes more
-/// than the value has octets and goes down at most 200 datatypes; past that it warns once, stops,
-/// and keeps what it has.
+/// than the value has octets, shows the text of no more octets than 16 times the value's and
+/// nodeLimit(), and goes down at most 200 datatypes; past that it warns once, stops, and keeps what
+/// it has.
 ///
 /// **The line of a value.** The fields of a record follow each other with a delimiter between them;
 /// the elements of an array nest in brackets, `1[2[3]]`, on purpose. See
@@ -269,6 +270,8 @@ public:
                                     int& consumed, DtString& text);
 
     /// Fills a node with the parts of a record, an array, a variant, a complex or a defined value.
+    /// Null data leave node and count as they are. Without a node nothing is decoded, and the count
+    /// is -1; `root` may be null.
     virtual void createFixedTreeRep(const DtString& datatype, const void* data, int length,
                                     int& consumed, DtStringTree* parent, DtStringTree* root,
                                     unsigned int offset, DtObjectHistory* history);

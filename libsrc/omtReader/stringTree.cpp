@@ -3,6 +3,7 @@
 #include "omtReader/stringTree.h"
 
 #include <new>
+#include <vector>
 
 namespace
 {
@@ -27,7 +28,7 @@ struct SpareStore
     int count = 0;
     bool isClosed = false;
 };
-[[gnu::tls_model("initial-exec")]] thread_local SpareStore theSpares;
+thread_local SpareStore theSpares;
 
 struct SpareStoreCloser
 {
@@ -54,6 +55,23 @@ void* DtStringTree::operator new(std::size_t size)
     return std::exchange(store.first, store.first->next);
 }
 
+void* DtStringTree::operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try
+    {
+        return operator new(size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
+void DtStringTree::operator delete(void* memory, const std::nothrow_t&) noexcept
+{
+    ::operator delete(memory);
+}
+
 void DtStringTree::operator delete(void* memory, std::size_t size) noexcept
 {
     if (!memory) return;
@@ -71,13 +89,11 @@ DtStringTree::DtStringTree(const DtStringTree& other) : DtStringTree(other, With
 }
 
 DtStringTree::DtStringTree(const DtStringTree& other, WithoutLinks)
-    : myLabel(other.myLabel), myValue(other.myValue), myOffset(other.myOffset)
+    : myValue(other.myValue),
+      myKey(other.myKey),
+      myDatatype(other.myDatatype),
+      myOffset(other.myOffset)
 {
-}
-
-void DtStringTree::setLabel(DtString key, DtString datatype)
-{
-    myLabel = std::make_shared<const Label>(Label{std::move(key), std::move(datatype)});
 }
 
 DtStringTree& DtStringTree::operator=(const DtStringTree& other)
@@ -89,7 +105,8 @@ DtStringTree& DtStringTree::operator=(const DtStringTree& other)
     std::swap(myFirstChild, copy.myFirstChild);
     std::swap(myNextElement, copy.myNextElement);
     myValue = std::move(copy.myValue);
-    myLabel = std::move(copy.myLabel);
+    myKey = std::move(copy.myKey);
+    myDatatype = std::move(copy.myDatatype);
     myOffset = copy.myOffset;
     // These are this node's former links, which stay alive on purpose.
     copy.myNextSibling = copy.myFirstChild = copy.myNextElement = nullptr;
@@ -120,25 +137,34 @@ void DtStringTree::copyLinksOf(const DtStringTree& other)
 DtStringTree::~DtStringTree()
 {
     if (!myFirstChild && !myNextSibling && !myNextElement) return;
-    // Each node goes through its own destructor, without links, so that none calls another's.
-    constexpr std::size_t theUsualDepth = 32;
-    std::vector<DtStringTree*> nodes;
-    nodes.reserve(theUsualDepth);
-    moveLinksTo(nodes);
-    while (!nodes.empty())
+    // Each node goes through its own destructor, without links, so that none calls another's. Those
+    // that wait are one chain of siblings: a destructor that asked for memory could fail.
+    DtStringTree* open = nullptr;
+    moveLinksTo(open);
+    while (open)
     {
-        DtStringTree* const node = nodes.back();
-        nodes.pop_back();
-        node->moveLinksTo(nodes);
+        DtStringTree* const node = std::exchange(open, open->myNextSibling);
+        node->myNextSibling = nullptr;
+        node->moveLinksTo(open);
         delete node;
     }
 }
 
-// The first child comes last, as it is the first to be deleted.
-void DtStringTree::moveLinksTo(std::vector<DtStringTree*>& nodes)
+void DtStringTree::moveLinksTo(DtStringTree*& open)
 {
-    for (DtStringTree** link : {&myNextElement, &myNextSibling, &myFirstChild})
-        if (*link) nodes.push_back(std::exchange(*link, nullptr));
+    putFirst(std::exchange(myNextElement, nullptr), open);
+    putFirst(std::exchange(myNextSibling, nullptr), open);
+    putFirst(std::exchange(myFirstChild, nullptr), open);
+}
+
+// Every chain of siblings is walked to its end once, when its first node comes in.
+void DtStringTree::putFirst(DtStringTree* siblings, DtStringTree*& open)
+{
+    if (!siblings) return;
+    DtStringTree* last = siblings;
+    while (last->myNextSibling) last = last->myNextSibling;
+    last->myNextSibling = open;
+    open = siblings;
 }
 
 DtStringTree* DtStringTree::appendToArray(DtStringTree* element)

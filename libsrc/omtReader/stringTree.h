@@ -6,10 +6,8 @@
 #include "util/dtString.h"
 
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <utility>
-#include <vector>
 
 /// One value or part of a value: its text, its name, its datatype and where it begins.
 ///
@@ -20,17 +18,10 @@
 class OMTREADER_EXPORT DtStringTree
 {
 public:
-    /// What names a node. The elements of an array and the same field of many records share one.
-    struct Label
-    {
-        DtString key;
-        DtString datatype;
-    };
-
     DtStringTree() = default;
-    /// A node without value and links; a null label stands for two empty names.
-    DtStringTree(std::shared_ptr<const Label> label, unsigned int offset)
-        : myLabel(std::move(label)), myOffset(offset)
+    /// A node without value and links.
+    DtStringTree(const DtString& key, const DtString& datatype, unsigned int offset)
+        : myKey(key), myDatatype(datatype), myOffset(offset)
     {
     }
     /// Copies the whole tree; nothing is shared with the source.
@@ -39,36 +30,40 @@ public:
     /// linked to before is not deleted, on purpose: a host may still point into it. Assign to fresh
     /// nodes.
     DtStringTree& operator=(const DtStringTree& other);
+    /// Deletes all that the node links to; asks for no memory.
     virtual ~DtStringTree();
 
     /// Memory of nodes comes from and goes to a small store of the thread, as values are decoded
     /// into many nodes that live for a moment.
     static void* operator new(std::size_t size);
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* memory, std::size_t size) noexcept;
+    static void operator delete(void* memory, const std::nothrow_t&) noexcept;
+    static void operator delete(void*, void*) noexcept {}
 
-    /// Links an element, which this chain then owns, behind the last element of the chain that
+    /// Links an element, which this chain then owns, after the last element of the chain that
     /// begins here; gives the node that was the last one before.
     virtual DtStringTree* appendToArray(DtStringTree* element);
 
     /// The first node with this key: this one, else one of the next sibling's tree, else one of the
-    /// first child's. Elements behind the first are not searched. Null if there is none.
+    /// first child's. Elements after the first are not searched. Null if there is none.
     virtual DtStringTree* findKey(const DtString& key) const;
+
+    // Each field is the node's own: a reference to one stays good, and shows what is set later,
+    // until the node goes.
 
     /// The text of this node's own value; empty for a mere container.
     void setValue(DtString value) { myValue = std::move(value); }
     const DtString& value() const { return myValue; }
 
     /// The name of the field, alternative, discriminant or element.
-    void setKey(DtString key) { setLabel(std::move(key), datatype()); }
-    const DtString& key() const { return myLabel ? myLabel->key : DtString::nullString(); }
+    void setKey(DtString key) { myKey = std::move(key); }
+    const DtString& key() const { return myKey; }
 
     /// The name of the datatype that the value has in the object model.
-    void setDatatype(DtString datatype) { setLabel(key(), std::move(datatype)); }
-    const DtString& datatype() const
-    {
-        return myLabel ? myLabel->datatype : DtString::nullString();
-    }
+    void setDatatype(DtString datatype) { myDatatype = std::move(datatype); }
+    const DtString& datatype() const { return myDatatype; }
 
     /// Where the value begins, in octets from the start of the decoded buffer. The discriminant of
     /// a variant record has its own size here, on purpose.
@@ -88,14 +83,15 @@ private:
     {
     };
     DtStringTree(const DtStringTree& other, WithoutLinks);
-    void setLabel(DtString key, DtString datatype);
     void copyLinksOf(const DtStringTree& other);
-    void moveLinksTo(std::vector<DtStringTree*>& nodes);
+    static void putFirst(DtStringTree* siblings, DtStringTree*& open);
+    void moveLinksTo(DtStringTree*& open);
 
-    std::shared_ptr<const Label> myLabel;
     DtStringTree* myNextSibling = nullptr;
     DtStringTree* myFirstChild = nullptr;
     DtStringTree* myNextElement = nullptr;
     DtString myValue;
+    DtString myKey;
+    DtString myDatatype;
     unsigned int myOffset = 0;
 };

@@ -43,7 +43,8 @@ std::string utf8(std::uint32_t code)
 std::string SlowCodec::target(const std::string& type) const
 {
     const omt::Datatype data = myModel.findDatatype(type);
-    if (const auto* simple = data.as<omt::SimpleData>()) return target(simple->representation.str());
+    if (const auto* simple = data.as<omt::SimpleData>())
+        return target(simple->representation.str());
     if (const auto* reference = data.as<omt::ReferenceData>())
         return target(reference->representation.str());
     return type;
@@ -88,7 +89,8 @@ std::size_t SlowCodec::boundary(const std::string& type)
     if (const auto* array = data.as<omt::ArrayData>())
     {
         const Encoding how = omt::encoding(array->encoding);
-        if (how != Encoding::unknown && how != Encoding::unpaddedLengthlessArray) take(array->dataType);
+        if (how != Encoding::unknown && how != Encoding::unpaddedLengthlessArray)
+            take(array->dataType);
         if (how == Encoding::variableArray) most = std::max<std::size_t>(most, 4);
     }
     return myBoundaries[type] = most;
@@ -226,14 +228,16 @@ std::int64_t SlowCodec::integer(const std::string& type, std::size_t at) const
     return static_cast<std::int64_t>(bits);
 }
 
-// Pieces --------------------------------------------------------------------------------------------
+// Pieces
+// --------------------------------------------------------------------------------------------
 
 void SlowCodec::piece(const std::string& type, Tree& tree, Around around)
 {
     tree.start = myAt;
     if (numberOf(type)) return number(type, tree, around);
     const omt::Datatype data = myModel.findDatatype(target(type));
-    if (const auto* record = data.as<omt::FixedRecord>()) return this->record(*record, tree, around);
+    if (const auto* record = data.as<omt::FixedRecord>())
+        return this->record(*record, tree, around);
     if (const auto* variant = data.as<omt::VariantRecord>())
         return this->variant(*variant, tree, around);
     const auto* array = data.as<omt::ArrayData>();
@@ -255,8 +259,8 @@ void SlowCodec::number(const std::string& type, Tree& tree, const Around& around
     if (myRandom && names && !names->enumerators.empty() && (*myRandom)() % 8 != 0)
     {
         const auto& one = names->enumerators[(*myRandom)() % names->enumerators.size()];
-        const auto bits =
-            static_cast<std::uint64_t>(*omt::wholeNumber(one.values[(*myRandom)() % one.values.size()]));
+        const auto bits = static_cast<std::uint64_t>(
+            *omt::wholeNumber(one.values[(*myRandom)() % one.values.size()]));
         for (std::size_t i = 0; i < number.size; ++i)
             myOctets[number.isLittle ? myAt + i : myAt + number.size - 1 - i] =
                 static_cast<std::uint8_t>(bits >> 8 * i);
@@ -265,7 +269,13 @@ void SlowCodec::number(const std::string& type, Tree& tree, const Around& around
     const std::int64_t value = integer(type, myAt);
     if (number.isFloat)
     {
-        const float four = [&] { const auto bits = static_cast<std::uint32_t>(value); float f; std::memcpy(&f, &bits, 4); return f; }();
+        const float four = [&]
+        {
+            const auto bits = static_cast<std::uint32_t>(value);
+            float f;
+            std::memcpy(&f, &bits, 4);
+            return f;
+        }();
         double eight;
         std::memcpy(&eight, &value, 8);
         const double wide = number.size == 4 ? static_cast<double>(four) : eight;
@@ -362,10 +372,10 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     const std::size_t start = myAt;
     const std::size_t least = leastSize(element);
     const std::size_t stride = up(least, boundary(element));
-    const std::string look = how == Encoding::paddingTo16 || how == Encoding::paddingTo32 ||
-                                     how == Encoding::paddingTo64
-                                 ? "octets"
-                                 : lookOf(element);
+    const std::string look =
+        how == Encoding::paddingTo16 || how == Encoding::paddingTo32 || how == Encoding::paddingTo64
+            ? "octets"
+            : lookOf(element);
     tree.kind = look.empty() ? Tree::Kind::array : Tree::Kind::leaf;
     tree.leaf = look;
     const auto note = [&](std::size_t count)
@@ -375,23 +385,25 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     };
     const auto check = [&](std::size_t count, std::size_t after)
     {
-        const std::size_t padding = up(start + after - start, after == 0 ? 1 : boundary(element)) - after;
+        const std::size_t padding =
+            up(start + after - start, after == 0 ? 1 : boundary(element)) - after;
         const std::size_t needed = count == 0 ? 0 : padding + stride * (count - 1) + least;
         if (!myRandom && needed > around.limit - start - after)
             throw Fault{start, needed, around.limit - start - after};
         if (least == 0 && count > 1000000) throw Fault{start + after, 0, 0};
     };
-    const std::size_t some =
-        myRandom ? std::max<std::size_t>(dimensions->front().least,
-                                        myPath.size() > 8 ? 0 : (*myRandom)() % 4)
-                 : 0;
+    const std::size_t some = myRandom
+                                 ? std::max<std::size_t>(dimensions->front().least,
+                                                         myPath.size() > 8 ? 0 : (*myRandom)() % 4)
+                                 : 0;
     if (how == Encoding::fixedArray)
         return loop(data, tree, around, start, dimensions->front().least);
     if (how == Encoding::variableArray)
     {
         need(4, around);
         if (myRandom)
-            for (int i = 0; i < 4; ++i) myOctets[myAt + i] = static_cast<std::uint8_t>(some >> (24 - 8 * i));
+            for (int i = 0; i < 4; ++i)
+                myOctets[myAt + i] = static_cast<std::uint8_t>(some >> (24 - 8 * i));
         const std::int64_t count = static_cast<std::int32_t>(integer("HLAinteger32BE", myAt));
         if (count < 0) throw Fault{start, 4, around.limit - start - 4};
         check(static_cast<std::size_t>(count), 4);
@@ -464,13 +476,13 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
         return loop(data, tree, around, start, static_cast<std::size_t>(*around.stated));
     }
     if (myRandom) return loop(data, tree, around, start, some);
-    loop(data, tree, {std::max(myAt, around.limit - std::min(around.limit, around.reserve)), 0}, start,
-         std::nullopt);
+    loop(data, tree, {std::max(myAt, around.limit - std::min(around.limit, around.reserve)), 0},
+         start, std::nullopt);
     note(tree.parts.size());
 }
 
-void SlowCodec::loop(const omt::ArrayData& data, Tree& tree, const Around& around, std::size_t start,
-                     std::optional<std::size_t> count)
+void SlowCodec::loop(const omt::ArrayData& data, Tree& tree, const Around& around,
+                     std::size_t start, std::optional<std::size_t> count)
 {
     const std::string element = data.dataType.str();
     const bool isPacked = omt::encoding(data.encoding) == Encoding::unpaddedLengthlessArray;
@@ -511,10 +523,11 @@ void SlowCodec::loop(const omt::ArrayData& data, Tree& tree, const Around& aroun
     }
 }
 
-// Variant records -------------------------------------------------------------------------------------
+// Variant records
+// -------------------------------------------------------------------------------------
 
-const omt::Alternative* SlowCodec::alternativeOf(const omt::VariantRecord& data, std::int64_t number,
-                                                 bool& isUnknown) const
+const omt::Alternative* SlowCodec::alternativeOf(const omt::VariantRecord& data,
+                                                 std::int64_t number, bool& isUnknown) const
 {
     const omt::Datatype type = myModel.findDatatype(target(data.dataType.str()));
     const auto* names = type.as<omt::EnumeratedData>();
@@ -525,7 +538,8 @@ const omt::Alternative* SlowCodec::alternativeOf(const omt::VariantRecord& data,
     {
         order.emplace(names->enumerators[i].name.str(), i);
         for (const omt::Text& value : names->enumerators[i].values)
-            if (omt::wholeNumber(value) == number) ofNumber.insert(names->enumerators[i].name.str());
+            if (omt::wholeNumber(value) == number)
+                ofNumber.insert(names->enumerators[i].name.str());
     }
     if (!ofNumber.empty()) isUnknown = false;
     const omt::Alternative* other = nullptr;
@@ -553,8 +567,7 @@ void SlowCodec::variant(const omt::VariantRecord& data, Tree& tree, const Around
     const std::size_t start = myAt;
     const std::string type = data.dataType.str();
     const Encoding how = omt::encoding(data.encoding);
-    const bool isMeasured =
-        how == Encoding::extendedVariant || how == Encoding::extendableVariant;
+    const bool isMeasured = how == Encoding::extendedVariant || how == Encoding::extendableVariant;
     myPath.push_back('.' + data.discriminant.str());
     bool isUnknown = false;
     const omt::Alternative* one = nullptr;
@@ -571,7 +584,8 @@ void SlowCodec::variant(const omt::VariantRecord& data, Tree& tree, const Around
     if (isUnknown && !isMeasured) throw Fault{start, myAt - start, around.limit - start};
     tree.parts.emplace_back(data.discriminant.str(), discriminant);
     myPath.pop_back();
-    if (one && (one->name.empty() || one->name == "NA" || one->dataType.empty() || one->dataType == "NA"))
+    if (one &&
+        (one->name.empty() || one->name == "NA" || one->dataType.empty() || one->dataType == "NA"))
         one = nullptr;
     if (isMeasured) return measured(data, tree, around, one, isUnknown, start);
     if (!one)
@@ -608,8 +622,7 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     myAt += 4;
     if (length == 0 && (!alternative || isExtendable || isUnknown)) return;
     const std::size_t body = isExtendable ? start + up(myAt - start, 8) : myAt;
-    if (!myRandom && body > around.limit)
-        throw Fault{myAt, body - myAt, around.limit - myAt};
+    if (!myRandom && body > around.limit) throw Fault{myAt, body - myAt, around.limit - myAt};
     zeros(body, around);
     if (!alternative)
     {
@@ -631,7 +644,8 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     {
         piece(type, inside, around);
         length = myAt - body;
-        for (int i = 0; i < 4; ++i) myOctets[place + i] = static_cast<std::uint8_t>(length >> (24 - 8 * i));
+        for (int i = 0; i < 4; ++i)
+            myOctets[place + i] = static_cast<std::uint8_t>(length >> (24 - 8 * i));
         if (isExtendable && length == 0)
         {
             myAt = place + 4;
@@ -671,7 +685,8 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     myPath.pop_back();
 }
 
-// From outside ------------------------------------------------------------------------------------------
+// From outside
+// ------------------------------------------------------------------------------------------
 
 std::string SlowCodec::text(const Tree& tree, std::size_t fault) const
 {
@@ -682,7 +697,8 @@ std::string SlowCodec::text(const Tree& tree, std::size_t fault) const
         case Tree::Kind::none:
             break;
         case Tree::Kind::leaf:
-            if (tree.leaf != "text" && tree.leaf != "wide" && tree.leaf != "octets") return tree.leaf;
+            if (tree.leaf != "text" && tree.leaf != "wide" && tree.leaf != "octets")
+                return tree.leaf;
             out = "\"";
             for (const auto& [name, one] : tree.parts)
             {
@@ -694,8 +710,9 @@ std::string SlowCodec::text(const Tree& tree, std::size_t fault) const
             }
             for (std::size_t i = 0; i < units.size(); ++i)
             {
-                const bool isPair = i + 1 < units.size() && units[i] >= 0xD800 && units[i] < 0xDC00 &&
-                                    units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000;
+                const bool isPair = i + 1 < units.size() && units[i] >= 0xD800 &&
+                                    units[i] < 0xDC00 && units[i + 1] >= 0xDC00 &&
+                                    units[i + 1] < 0xE000;
                 out += utf8(isPair ? 0x10000 + (units[i] - 0xD800) * 1024 + units[i + 1] - 0xDC00
                                    : units[i]);
                 i += isPair ? 1 : 0;
@@ -728,7 +745,8 @@ SlowValue SlowCodec::decode(const std::string& type, const Octets& octets)
     try
     {
         piece(type, tree, {octets.size(), 0});
-        const bool isTail = myAt == myTailAt && octets.size() - myAt == myTailSize && myTailSize > 0 &&
+        const bool isTail = myAt == myTailAt && octets.size() - myAt == myTailSize &&
+                            myTailSize > 0 &&
                             std::all_of(octets.begin() + static_cast<std::ptrdiff_t>(myAt),
                                         octets.end(), [](std::uint8_t one) { return one == 0; });
         if (isTail) myAt = octets.size();

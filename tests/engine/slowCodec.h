@@ -89,7 +89,8 @@ private:
                                        const std::map<std::string, std::int64_t>& numbers) const;
 
     void need(std::size_t size, const Around& around);
-    void pad(std::size_t start, std::size_t boundary, const std::string& next, const Around& around);
+    void pad(std::size_t start, std::size_t boundary, const std::string& next,
+             const Around& around);
     void zeros(std::size_t end, const Around& around);
     std::string hexadecimal(std::size_t from, std::size_t to) const;
     std::int64_t integer(const std::string& type, std::size_t at) const;

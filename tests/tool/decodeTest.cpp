@@ -181,8 +181,8 @@ TEST_F(ValueTest, BadInputGetsOneMessageAndStatusOne)
         {"--type SignalKind --file .", ".: Is a directory\n"},
         {"--type SignalKind --file /dev/zero", "/dev/zero: a device"},
         {"none.xml --type SignalKind 00", "none.xml: no such file"},
-        {"--type SignalKnd 00", "no datatype \"SignalKnd\"; the nearest are SignalKind, "},
-        {"--attribute Vesel.Name 00", "no object class \"Vesel\"; the nearest are Vessel, "},
+        {"--type SignalKnd 00", "no datatype \"SignalKnd\"; did you mean SignalKind"},
+        {"--attribute Vesel.Name 00", "no object class \"Vesel\"; did you mean Vessel"},
         {"--attribute Vessel.Nane 00", "HLAobjectRoot.PortEntity.Vessel: no attribute \"Nane\"; "},
         {"--parameter Vessel.Name 00", "no interaction class \"Vessel\"; "},
         {"--type Metres --map none.map 00", "none.map: No such file"},
@@ -208,7 +208,7 @@ TEST_F(ValueTest, BadInputGetsOneMessageAndStatusOne)
     EXPECT_THAT(far.err, HasSubstr("no representation is mapped to Elsewhere: "));
     const std::string noted = runCase("decode", {"--map wrong.map --type SignalKind 00", ""}).err;
     EXPECT_THAT(noted, HasSubstr("wrong.map: \"datatypMap\" begins no mapping"));
-    EXPECT_THAT(noted, HasSubstr("\"doubel\"; the nearest are double, "));
+    EXPECT_THAT(noted, HasSubstr("\"doubel\"; did you mean double"));
 }
 
 TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
@@ -233,7 +233,7 @@ TEST_F(ValueTest, EncodesWhatFitsAndRefusesTheRest)
         {"--type TypeOctet 256", "TypeOctet: \"256\" is not a whole number from 0 to 255 (byte)\n"},
         {"--type HarbourTime 3000000000", "HarbourTime: \"3000000000\" is not a whole number from"},
         {"--type HLAASCIIchar AB", "HLAASCIIchar: \"AB\" is more than one octet (char)\n"},
-        {"--type SignalKind Distres", "SignalKind: no enumerator \"Distres\"; the nearest are Dis"},
+        {"--type SignalKind Distres", "SignalKind: no enumerator \"Distres\"; did you mean Dis"},
         {"--type DraughtArray '1[2]'", "DraughtArray: 3 elements needed, 2 found\n"},
         {"--type CargoVariant 'None'", "CargoVariant: CargoVariant is a variant record, which"},
         {"--map empty.map --type Metres 1", "empty.map: "},

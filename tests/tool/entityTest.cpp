@@ -118,7 +118,7 @@ TEST_F(EntityTest, DecodesByNameAndInDegrees)
         {"--geodetic --position-datatype SignalKind --type B", "",
          "--position-datatype: the size of SignalKind is 1 and not 24 octets\n"},
         {"--geodetic --type SignalKind --line 10", "GaleWarning\n",
-         "--position-datatype: no datatype \"WorldLocationStruct\"; the nearest are ", 0},
+         "--position-datatype: no datatype \"WorldLocationStruct\"; did you mean ", 0},
     });
 }
 

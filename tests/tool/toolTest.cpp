@@ -47,17 +47,10 @@ constexpr const char* theSmallModel =
 <notes><note><label>n1</label><semantics>One
    note.</semantics></note></notes></objectModel>)";
 
-constexpr const char* the2000Model =
-    R"(<objectModel name="A"><objects><objectClass name="HLAobjectRoot"/></objects></objectModel>)";
-
 class ToolTest : public ToolRun
 {
 protected:
-    void SetUp() override
-    {
-        write("small.xml", theSmallModel);
-        write("old.omd", theOldModel);
-    }
+    void SetUp() override { write("small.xml", theSmallModel); }
 
     json showJson(const std::string& arguments)
     {
@@ -97,40 +90,36 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         std::string content;  // of bad.xml
         const char* message;
     } cases[] = {
-        {"missing", "none.xml", "", "omt: none.xml: no such file\n"},
-        {"directory", ".", "", "omt: .: Is a directory\n"},
-        {"device", "/dev/zero", "", "/dev/zero: not a regular file"},
-        {"odd octets in a name", "$(printf 'a\\033[31m\\377')", "", "a\\x1b[31m\\xff: no such"},
-        {"empty", "bad.xml", "", "bad.xml: the file is empty"},
-        {"truncated", "bad.xml", "<objectModel>\n<objects>", "bad.xml:2:10: "},
+        {"missing", "none.xml", "", "none.xml: error: cannot be opened: No such file or directory ["},
+        {"directory", ".", "", ".: error: cannot be read: Is a directory ["},
+        {"device", "/dev/zero", "", "omt: /dev/zero: a device"},
+        {"odd octets in a name", "$(printf 'a\\033[31m\\377')", "", "a\\x1b[31m\\xff: error: "},
+        {"empty", "bad.xml", "", "bad.xml: error: is empty ["},
+        {"truncated", "bad.xml", "<objectModel>\n<objects>", "bad.xml:2:10: error: is no well-formed"},
         {"not UTF-8", "bad.xml", "<objectModel>\n<name>\xff</name></objectModel>", "bad.xml:2:"},
         {"percent signs", "bad.xml", "<h%s/>", "bad.xml:1:"},
-        {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:4: "},
-        {"another document", "bad.xml", "<html/>", "no object model: the root element is \"html\""},
-        {"nothing in it", "bad.xml", "<objectModel/>", "bad.xml: the element \"objectModel\""},
-        {"no 1.3 model", "bad.xml", " ; a comment\n(DIF)", "bad.xml: Could not find ObjectModel tag:"},
-        {"truncated 1.3", "bad.xml", "\n(ObjectModel", "bad.xml: Badly formatted OMT file, line 2: "},
-        {"malformed 1.3", "bad.xml", "(ObjectModel (Class (Name)))",
-         "bad.xml: Badly formatted Name in Class \n"},
-        {"HLA 1.3 in a list", "small.xml old.omd", "", "old.omd: a model of HLA 1.3, which cannot"},
-        {"datatype that is nowhere", "old.omd --datatype Plce", "", "the nearest are Place, "},
-        {"broken module", "small.xml bad.xml --mim", "<a>", "bad.xml:1:4: "},
-        {"2000 format in a list", "small.xml bad.xml", the2000Model, "bad.xml: a model of IEEE"},
-        {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; the nearest are Car, "},
+        {"while quiet", "bad.xml --quiet", "<a>", "bad.xml:1:"},
+        {"another document", "bad.xml", "<office/>", "bad.xml:1: error: is an XML document of another"},
+        {"broken module", "small.xml bad.xml", "<a>", "bad.xml:1:"},
+        {"from a pipe", "- <bad.xml 2>.err #", "<a>", "-:1:"},
+        {"unknown class", "small.xml --class Cra", "", "no class \"Cra\"; did you mean Car"},
+        {"unknown class of a path", "small.xml --class Car.Vna", "", "of Car \"Vna\"; did you mean Van"},
+        {"unknown member", "small.xml --class Van.Sped", "", "\"Sped\"; did you mean Speed"},
+        {"unknown class for JSON", "small.xml --json --class Cra", "", "did you mean Car"},
         {"ambiguous class", "small.xml --class Road", "",
          "choose one of HLAobjectRoot.Road, HLAinteractionRoot.Road\n"},
-        {"unknown datatype", "small.xml --datatype Paints", "", "the nearest are Paint, "},
-        {"datatype of another module", "small.xml --datatype Far", "", "as the model refers to it"},
+        {"unknown datatype", "small.xml --datatype Paints", "", "did you mean Paint"},
+        {"unknown datatype to be used", "small.xml --uses Paints", "", "did you mean Paint"},
+        {"datatype of another module", "small.xml --datatype Far", "", "The model refers to it"},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.what);
         write("bad.xml", one.content);
-        const Outcome outcome = run(std::string("show ") + one.arguments);
+        const Outcome outcome = run(std::string("-q show ") + one.arguments);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_EQ(outcome.out, "");
-        EXPECT_THAT(outcome.err, StartsWith("omt: "));
         EXPECT_THAT(outcome.err, HasSubstr(one.message));
         EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
     }
@@ -168,15 +157,18 @@ TEST_F(ToolTest, OddButSoundInputIsRead)
 TEST_F(ToolTest, WrongUsageIsStatusTwo)
 {
     for (const char* arguments :
-         {"", "shwo", "show", "show small.xml --bogus", "show a --class", "show a --json --class A",
+         {"", "shwo", "show", "show small.xml --bogus", "show a --class", "show a --json --uses A",
           "show a --class A --datatype B", "show a -q -v"})
     {
         SCOPED_TRACE(arguments);
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.status, 2);
         EXPECT_EQ(outcome.out, "");
-        EXPECT_THAT(outcome.err, HasSubstr("; see omt --help\n"));
+        EXPECT_THAT(outcome.err, HasSubstr("ee omt --help\n"));
     }
+    EXPECT_THAT(run("shwo a").err, HasSubstr("no command \"shwo\"; did you mean show?"));
+    EXPECT_THAT(run("show a --clas B").err,
+                HasSubstr("no option \"--clas\"; did you mean --class"));
     EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+\n"));
 }
 
@@ -209,11 +201,14 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         std::vector<const char*> parts;
     } cases[] = {
         {"--class Van",
-         {"HLAobjectRoot.Car.Van\n", "Own attributes\n", "\nLoad\n  Datatype  Box (fixed)\n",
-          "Inherited from HLAobjectRoot.Car\n", "\nSpeed\n  Datatype  Knots (simple)\n"}},
+         {"HLAobjectRoot.Car.Van\n", "  From  Name    Datatype\n", "  Car   Speed   Knots\n",
+          "        Colour  Paint\n  Van   Load    Box\n", "\nLoad\n  Datatype     Box (fixed)\n"}},
         {"--class Car.Van", {"HLAobjectRoot.Car.Van\n"}},
         {"--class HLAobjectRoot.Car",
-         {"  Sharing        Publish\n", "  Child classes  Van\n", "  Order     Receive\n"}},
+         {"  Sharing        Publish\n", "  Child classes  Van\n", "  Order        Receive\n",
+          "  Declared at    small.xml:"}},
+        {"--class Van.Speed",
+         {"HLAobjectRoot.Car.Van.Speed\n", "  From  Car\n", "  Datatype     Knots (simple)\n"}},
         {"--datatype Knots",
          {"  Kind            simple datatype\n", "  attribute  HLAobjectRoot.Car.Speed\n",
           "  array      Twice                    element\n",
@@ -222,20 +217,20 @@ TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
         {"--datatype Box",
          {"  parameter  HLAinteractionRoot.Road.At\n", "Width  Knots (simple)\n",
           "alternative Boxed\n"}},
-        {"--datatype Either", {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)"}},
+        {"--datatype Either",
+         {"  2, 3        Boxed  Box (fixed)\n", "Far (not in this model)",
+          "  Boxed    Box (fixed)\n    Width  Knots (simple)           B4\n"}},
         {"--datatype Paint", {"  1       Red\n", "  2       Blue\n"}},
         {"--datatype Twice", {"array datatype\n", "Nothing in the model"}},
-        {"old.omd --class Car", {"\n  Datatype     float (base)\n  Cardinality  0+\n"}},
-        {"old.omd --datatype float", {"  Kind  base datatype", "  attribute  ObjectRoot.Car.Speed\n"}},
-        {"old.omd --datatype Report", {"  Sizes  short (base)            1+ (Count)\n"}},
+        {"--uses Knots",
+         {"  attribute  HLAobjectRoot.Car.Speed\n",
+          "  attribute  HLAobjectRoot.Car.Van.Load  Box\n"}},
     };
     // clang-format on
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.arguments);
-        const bool isOld = std::string(one.arguments).find("old.omd") == 0;
-        const Outcome outcome =
-            run(std::string("show ") + (isOld ? "" : "small.xml ") + one.arguments);
+        const Outcome outcome = run(std::string("show small.xml ") + one.arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         for (const char* part : one.parts) EXPECT_THAT(outcome.out, HasSubstr(part));
     }
@@ -247,32 +242,54 @@ TEST_F(ToolTest, JsonHasNamesCountsAndKinds)
         "counts": {"objectClasses": 4, "attributes": 3, "interactionClasses": 2, "parameters": 1,
             "basic": 1, "simple": 1, "enumerated": 1, "enumerators": 2, "array": 1, "fixed": 1,
             "variant": 1, "complex": 0, "notes": 1, "dimensions": 0, "transportations": 0,
-            "switches": 0, "synchronizations": 0, "tags": 0, "updateRates": 0},
+            "switches": 0, "synchronizations": 0, "tags": 0, "updateRates": 0, "reference": 0,
+            "directedInteractions": 0, "routingSpaces": 0, "services": 0},
         "objectClasses": ["HLAobjectRoot.Car.Van", "HLAobjectRoot.Car", "HLAobjectRoot.Road",
             "HLAobjectRoot"],
         "interactionClasses": ["HLAinteractionRoot.Road", "HLAinteractionRoot"],
         "datatypes": {"B4": "basic", "Knots": "simple", "Twice": "array", "Paint": "enumerated",
             "Box": "fixed", "Either": "variant"}})");
-    EXPECT_EQ(showJson("small.xml"), expected);
+    const json shown = showJson("small.xml");
+    for (const auto& [key, value] : expected.items()) EXPECT_EQ(shown[key], value) << key;
+    EXPECT_EQ(showJson("small.xml --class Van")["attribute"][0]["class"], "HLAobjectRoot.Car");
+    EXPECT_EQ(showJson("small.xml --datatype Either")["undefined"], json::parse(R"(["Far"])"));
 }
 
-TEST_F(ToolTest, TheMIMIsMergedInWhereItBelongs)
+TEST_F(ToolTest, FindingsGoToStandardErrorAndCountWhereTheyAreAskedFor)
+{
+    std::string other = theSmallModel;
+    other.replace(other.find("<size>32"), 8, "<size>64");
+    write("other.xml", other);
+    const std::string files = "show --json small.xml other.xml";
+    for (const auto& [arguments, status] : {std::pair(files, 0), std::pair(files + " --strict", 1)})
+    {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, status);
+        EXPECT_THAT(outcome.err, testing::ContainsRegex("other.xml:[0-9]+: error: .*\\[conflict"));
+        EXPECT_THAT(outcome.out, HasSubstr("\"objectClasses\""));
+    }
+    EXPECT_EQ(run("show --strict --mim small.xml").status, 1);  // nothing defines Far
+}
+
+TEST_F(ToolTest, ColoursAreForTerminals)
+{
+    const std::string show =
+        "--version >.out; script -qec '" OMT_TOOL " show small.xml' .script >.out #";
+    if (run(show).status != 0) GTEST_SKIP() << "there is no script";
+    EXPECT_THAT(content(".script"), HasSubstr("\x1b[1mHLAobjectRoot\x1b[0m"));
+    run(show, "export NO_COLOR=1;");
+    EXPECT_THAT(content(".script"), HasSubstr("  HLAobjectRoot"));
+    EXPECT_THAT(run("show small.xml").out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(ToolTest, TheMIMIsMergedInWhereverItsOptionStands)
 {
     const json merged = showJson("small.xml --mim");
     EXPECT_EQ(merged["counts"]["objectClasses"], 4 + 3);
     EXPECT_EQ(merged["datatypes"]["HLAunicodeString"], "array");
     EXPECT_EQ(merged["datatypes"]["Paint"], "enumerated");
 
-    write("old.xml", the2000Model);
-    for (const char* name : {"old.xml", "old.omd"})
-    {
-        const Outcome old = run(std::string("show --mim ") + name);
-        EXPECT_EQ(old.status, 0);
-        EXPECT_THAT(old.err,
-                    StartsWith(std::string("omt: ") + name + ": the standard MIM belongs "));
-        EXPECT_THAT(old.out, Not(HasSubstr("HLAunicodeString")));
-        EXPECT_EQ(run(std::string("-q show --mim ") + name).err, "");
-    }
+    EXPECT_EQ(showJson("--mim small.xml"), merged);
 
     write("HLAstandardMIM.xml", theSmallModel);  // a file of the user's, whatever it is called
     EXPECT_EQ(showJson("HLAstandardMIM.xml small.xml")["counts"]["objectClasses"], 4);

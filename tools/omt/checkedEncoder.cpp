@@ -3,7 +3,7 @@
 
 #include "modelInput.h"
 #include "modelLists.h"
-#include "nearestNames.h"
+#include "omt/base/nearestNames.h"
 #include "omtReader/datatypeRep.h"
 #include "representationTexts.h"
 
@@ -107,7 +107,7 @@ void CheckedEncoder::getValueFromEnumRep(const DtString& datatype, const DtStrin
         std::vector<std::string> names;
         for (const DtEnumerationNode* one : enumeratorsOf(*node))
             names.push_back(one->getEnum().str());
-        refuse(unknownName("enumerator", text.view(), names));
+        refuse(omt::unknownName("enumerator", text.view(), names));
     }
     MappedManager::getValueFromEnumRep(datatype, text, out);
 }

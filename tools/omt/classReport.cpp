@@ -1,116 +1,226 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "classReport.h"
 
-#include "classSearch.h"
-#include "modelLists.h"
+#include "modelInput.h"
+#include "modelWords.h"
+#include "omt/base/nearestNames.h"
 #include "plainText.h"
 #include "textTable.h"
 
 namespace
 {
 
-std::string namesText(const std::list<DtString>& names)
+std::vector<ClassRef> classesNamed(const omt::Model& model, std::string_view path)
 {
-    std::vector<std::string> texts;
-    for (const DtString& name : names) texts.push_back(name.str());
-    return joined(texts, ", ");
+    std::vector<ClassRef> found;
+    for (const omt::ObjectClass* node : model.findObjectClasses(path)) found.emplace_back(node);
+    for (const omt::InteractionClass* node : model.findInteractionClasses(path))
+        found.emplace_back(node);
+    return found;
 }
 
-/// What attributes and parameters have in common.
-void addValue(PropertyList& list, const DtDatatypeFedNode& value, const DatatypeKinds& kinds)
+std::string ambiguousName(const omt::Model& model, const std::string& path,
+                          const std::vector<ClassRef>& found)
 {
-    list.add("Datatype", kinds.nameWithKind(value.getDatatype()));
-    if (value.getCardinality() != "1") list.add("Cardinality", value.getCardinality().view());
-    list.add("Accuracy", value.getAccuracy().view());
-    list.add("Accurate when", value.getAccuracyCondition().view());
+    std::vector<std::string> names;
+    for (const ClassRef& one : found)
+        names.push_back(
+            std::visit([&](const auto* node) { return fullNameText(model, *node); }, one));
+    return '"' + path + "\" is the name of " + std::to_string(found.size()) +
+           " classes; choose one of " + joined(names, ", ");
 }
 
-void addProperties(PropertyList& list, const DtAttributeFedNode& attribute)
+/// A sentence for a class that there is not. Of a path the class may be right and the member wrong.
+std::string unknownClass(const omt::Model& model, const std::string& path)
 {
-    list.add("Update", attribute.getUpdateType().view());
-    list.add("Condition", attribute.getUpdateCondition().view());
-    list.add("Ownership", attribute.getTransferAccept().view());
-    list.add("Sharing", attribute.getSharing().view());
-    list.add("Dimensions", namesText(attribute.getDimensions()));
-    list.add("Transportation", attribute.getTransportation().view());
-    list.add("Order", attribute.getOrder().view());
+    const std::size_t period = path.rfind('.');
+    std::vector<std::string_view> names;
+    if (period != std::string::npos)
+    {
+        const std::string owner = path.substr(0, period);
+        const auto addName = [&](const auto&, const auto& member) { names.push_back(member.name); };
+        for (const omt::ObjectClass* node : model.findObjectClasses(owner))
+        {
+            model.forEachAttribute(*node, addName);
+            for (const std::uint32_t child : node->children)
+                names.push_back(model.objectClasses()[child].name);
+        }
+        for (const omt::InteractionClass* node : model.findInteractionClasses(owner))
+        {
+            model.forEachParameter(*node, addName);
+            for (const std::uint32_t child : node->children)
+                names.push_back(model.interactionClasses()[child].name);
+        }
+        if (!names.empty())
+            return omt::unknownName("class or member of " + owner, path.substr(period + 1), names);
+    }
+    for (const omt::ObjectClass& node : model.objectClasses()) names.push_back(node.name);
+    for (const omt::InteractionClass& node : model.interactionClasses()) names.push_back(node.name);
+    return omt::unknownName("class", period == std::string::npos ? path : path.substr(period + 1),
+                            names);
 }
 
-void addProperties(PropertyList& list, const DtParameterFedNode& parameter)
+void addMore(PropertyList& list, const omt::Attribute& attribute)
 {
-    list.add("Sharing", parameter.getSharing().view());
-    list.add("Transportation", parameter.getTransportation().view());
-    list.add("Order", parameter.getOrder().view());
+    list.add("Update", attribute.updateType);
+    list.add("Condition", attribute.updateCondition);
+    list.add("Value required", attribute.valueRequired);
+    list.add("Ownership", attribute.ownership);
+    list.add("Sharing", attribute.sharing);
+    list.add("Dimensions", joinedTexts(attribute.dimensions));
+    list.add("Transportation", attribute.transportation);
+    list.add("Order", attribute.order);
 }
 
-void addProperties(PropertyList& list, const DtObjectClassFedNode& node)
+void addMore(PropertyList&, const omt::Parameter&) {}
+
+void addMore(PropertyList& list, const omt::ObjectClass& node)
 {
-    list.add("Sharing", node.getSharing().view());
+    list.add("Sharing", node.sharing);
+    list.add("Dimensions", joinedTexts(node.dimensions));
+    std::string names;
+    for (const omt::DirectedInteraction& one : node.directedInteractions)
+        names += (names.empty() ? "" : ", ") + one.name.str() +
+                 (one.sharing.empty() ? "" : " (" + one.sharing.str() + ')');
+    list.add("Directed interactions", names);
 }
 
-void addProperties(PropertyList& list, const DtInteractionClassFedNode& node)
+void addMore(PropertyList& list, const omt::InteractionClass& node)
 {
-    list.add("Sharing", node.getSharing().view());
-    list.add("Dimensions", namesText(node.getDimensions()));
-    list.add("Transportation", node.getTransportation().view());
-    list.add("Order", node.getOrder().view());
+    list.add("Sharing", node.sharing);
+    list.add("Dimensions", joinedTexts(node.dimensions));
+    list.add("Transportation", node.transportation);
+    list.add("Order", node.order);
 }
 
-template <typename Node>
-std::string membersText(const Node& owner, const DatatypeKinds& kinds)
+/// All properties of a member below its name.
+template <typename Member>
+std::string memberText(const omt::Model& model, const Member& member, NoteList& notes)
+{
+    PropertyList list;
+    list.add("Datatype", nameWithKind(model, member.dataType));
+    if (member.cardinality != "1") list.add("Cardinality", member.cardinality);
+    list.add("Units", member.units);
+    list.add("Resolution", member.resolution);
+    list.add("Accuracy", member.accuracy);
+    list.add("Accurate when", member.accuracyCondition);
+    addMore(list, member);
+    list.add("Meaning", member.semantics);
+    list.add("Notes", notes.numbers(member));
+    list.add("Declared at", placeText(model, member));
+    return list.text();
+}
+
+template <typename Class>
+void forEachMember(const omt::Model& model, const omt::ObjectClass& node, const Class& visit)
+{
+    model.forEachAttribute(node, visit);
+}
+template <typename Class>
+void forEachMember(const omt::Model& model, const omt::InteractionClass& node, const Class& visit)
+{
+    model.forEachParameter(node, visit);
+}
+
+std::vector<std::string> cells(const std::string& owner, const omt::Attribute& attribute,
+                               const std::string& notes)
+{
+    return {owner,
+            attribute.name.str(),
+            attribute.dataType.str(),
+            attribute.updateType.str(),
+            attribute.sharing.str(),
+            notes};
+}
+std::vector<std::string> cells(const std::string& owner, const omt::Parameter& parameter,
+                               const std::string& notes)
+{
+    return {owner, parameter.name.str(), parameter.dataType.str(), "", "", notes};
+}
+
+/// Own and inherited members, with the class that they come from where it changes.
+template <typename Class>
+std::string memberTable(const omt::Model& model, const Class& node, NoteList& notes)
+{
+    TextTable table({whole("From"), whole("Name"), whole("Datatype"), whole("Update"),
+                     whole("Sharing"), wrap("Notes")});
+    const Class* last = nullptr;
+    forEachMember(model, node,
+                  [&](const Class& owner, const auto& member)
+                  {
+                      const std::string from = &owner == last ? "" : owner.name.str();
+                      last = &owner;
+                      table.add(cells(from, member, notes.numbers(member)));
+                  });
+    const std::string word = std::string(memberWord(node)) + 's';
+    if (table.isEmpty()) return "\nNo " + word + ", neither of its own nor inherited.\n";
+    return heading("All " + word) + table.text();
+}
+
+template <typename Class>
+std::string classText(const omt::Model& model, const std::vector<Class>& table, const Class& node)
+{
+    std::string children;
+    for (const std::uint32_t child : node.children)
+        children += (children.empty() ? "" : ", ") + table[child].name.str();
+    NoteList notes(model);
+    PropertyList list;
+    list.add("Kind", kindWord(node));
+    addMore(list, node);
+    list.add("Meaning", node.semantics);
+    list.add("Notes", notes.numbers(node));
+    list.add("Declared at", placeText(model, node));
+    list.add("Child classes", children.empty() ? "none" : children);
+    std::string text = heading(fullNameText(model, node), '=').substr(1) + list.text() +
+                       memberTable(model, node, notes);
+    if (!membersOf(node).empty()) text += heading("Own " + std::string(memberWord(node)) + 's');
+    for (const auto& member : membersOf(node))
+        text += '\n' + oneLine(member.name) + '\n' + memberText(model, member, notes);
+    return text + notes.text();
+}
+
+std::string classText(const omt::Model& model, const omt::ObjectClass& node)
+{
+    return classText(model, model.objectClasses(), node);
+}
+std::string classText(const omt::Model& model, const omt::InteractionClass& node)
+{
+    return classText(model, model.interactionClasses(), node);
+}
+
+/// A member by class and name; empty where no member is meant.
+std::string oneMember(const omt::Model& model, const std::string& path)
 {
     std::string text;
-    for (const auto* member : ClassKind<Node>::members(owner))
+    for (const omt::MemberUse& use : model.findMembers(path))
     {
+        NoteList notes(model);
+        const std::string owner = use.objectClass ? fullNameText(model, *use.objectClass)
+                                                  : fullNameText(model, *use.interactionClass);
+        text += heading(owner + '.' + use.member().name.str(), '=');
         PropertyList list;
-        addValue(list, *member, kinds);
-        addProperties(list, *member);
-        list.add("Meaning", member->getDescription().view());
-        list.add("Notes", member->getNote().view());
-        text += '\n' + oneLine(member->getName().view()) + '\n' + list.text();
+        list.add("Kind", use.attribute ? "attribute" : "parameter");
+        list.add("From", use.owner->name);
+        text += list.text() + (use.attribute ? memberText(model, *use.attribute, notes)
+                                             : memberText(model, *use.parameter, notes));
+        text += notes.text();
     }
-    return text;
-}
-
-template <typename Node>
-std::string fullText(const Node& node, const DatatypeKinds& kinds)
-{
-    std::vector<std::string> children;
-    for (const Node* child : ClassKind<Node>::children(node))
-        children.push_back(child->getName().str());
-    PropertyList list;
-    list.add("Kind", ClassKind<Node>::word);
-    addProperties(list, node);
-    list.add("Meaning", node.getDescriptor().view());
-    list.add("Notes", node.getNote().view());
-    list.add("Child classes", children.empty() ? "none" : joined(children, ", "));
-    std::string text = heading(node.getFullName().view(), '=').substr(1) + list.text();
-
-    const std::string word = std::string(ClassKind<Node>::memberWord) + 's';
-    const std::string own = membersText(node, kinds);
-    text += own.empty() ? "\nNo " + word + " of its own.\n" : heading("Own " + word) + own;
-    for (const DtFedNode* parent = node.getParentObject(); parent;
-         parent = parent->getParentObject())
-    {
-        const auto* const ancestor = dynamic_cast<const Node*>(parent);
-        const std::string inherited = ancestor ? membersText(*ancestor, kinds) : "";
-        if (inherited.empty()) continue;
-        text += heading("Inherited from " + parent->getFullName().str()) + inherited;
-    }
-    return text;
+    return text.empty() ? text : text.substr(1);
 }
 
 }  // namespace
 
-std::string classReport(DtOMTTree& tree, const std::string& name)
+ClassRef findClass(const omt::Model& model, const std::string& path)
 {
-    std::vector<const DtFedNode*> all = classesOf<DtObjectClassFedNode>(tree);
-    const std::vector<const DtFedNode*> interactions = classesOf<DtInteractionClassFedNode>(tree);
-    all.insert(all.end(), interactions.begin(), interactions.end());
+    const std::vector<ClassRef> found = classesNamed(model, path);
+    if (found.size() == 1) return found.front();
+    throw InputError(found.empty() ? unknownClass(model, path) : ambiguousName(model, path, found));
+}
 
-    const DatatypeKinds kinds(tree);
-    const DtFedNode& found = findClass(all, "class", name);
-    if (const auto* node = dynamic_cast<const DtObjectClassFedNode*>(&found))
-        return fullText(*node, kinds);
-    return fullText(dynamic_cast<const DtInteractionClassFedNode&>(found), kinds);
+std::string classReport(const omt::Model& model, const std::string& path)
+{
+    if (classesNamed(model, path).empty())
+        if (std::string text = oneMember(model, path); !text.empty()) return text;
+    return std::visit([&](const auto* node) { return classText(model, *node); },
+                      findClass(model, path));
 }

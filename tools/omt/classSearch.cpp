@@ -2,7 +2,7 @@
 #include "classSearch.h"
 
 #include "modelInput.h"
-#include "nearestNames.h"
+#include "omt/base/nearestNames.h"
 #include "plainText.h"
 
 namespace
@@ -50,5 +50,5 @@ const DtFedNode& findClass(const Classes& classes, const char* kind, const std::
     std::vector<std::string> names;
     for (const DtFedNode* one : classes)
         names.push_back(isPath ? one->getFullName().str() : one->getName().str());
-    throw InputError(unknownName(kind, name, names));
+    throw InputError(omt::unknownName(kind, name, names));
 }

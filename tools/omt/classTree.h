@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// The two class hierarchies, drawn.
+// The class trees of a model with all members, as a page.
 #pragma once
 
-#include "omtReader/omtTree.h"
+#include "omt/model/model.h"
 
 #include <string>
 
-/// Every class below its parent, with its attributes or parameters and their datatypes.
-std::string classTrees(DtOMTTree& tree);
+/// Both trees, under headings; nothing for a tree without classes.
+std::string classTrees(const omt::Model& model);

@@ -16,6 +16,8 @@ struct Result
     /// What is wrong with the input, a sentence each; the text shows what could be read all the
     /// same.
     std::vector<std::string> complaints = {};
+    /// Whether the input is wrong although there is no complaint left to write.
+    bool isFailure = false;
 };
 
 /// One subcommand: its place on the command line, and what it does once it was chosen there.

@@ -1,187 +1,190 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "datatypeReport.h"
 
+#include "datatypeTree.h"
+#include "datatypeUses.h"
 #include "modelInput.h"
-#include "modelLists.h"
-#include "nearestNames.h"
-#include "omtReader/dimensionNode.h"
-#include "omtReader/synchroNode.h"
-#include "omtReader/tagNode.h"
-#include "omtReader/timeRepNode.h"
+#include "modelWords.h"
+#include "omt/base/nearestNames.h"
 #include "textTable.h"
 
 namespace
 {
 
-using Tree = DtOMTTree;
-
-std::string definition(const DtBasicDataRepresentationNode& node, const DatatypeKinds&)
+/// Writes the definition of a datatype: a list of properties, then its parts.
+struct Page
 {
-    PropertyList list;
-    list.add("Kind", "basic data representation");
-    list.add("Size in bits", node.getSize().view());
-    list.add("Endian", node.getEndian().view());
-    list.add("Interpretation", node.getInterpretation().view());
-    list.add("Encoding", node.getEncoding().view());
-    list.add("Notes", node.getNote().view());
-    return list.text();
+    const omt::Model& model;
+    NoteList notes{model};
+    std::string text;
+
+    std::string typed(const omt::Text& name) const { return nameWithKind(model, name); }
+
+    void begin(PropertyList& list, const omt::Definition& node, const omt::Text& semantics)
+    {
+        list.add("Meaning", semantics);
+        list.add("Notes", notes.numbers(node));
+        list.add("Declared at", placeText(model, node));
+        text += list.text();
+    }
+
+    void write(const omt::BasicData& node)
+    {
+        PropertyList list;
+        list.add("Kind", "basic data representation");
+        list.add("Size in bits", node.size);
+        list.add("Endian", node.endian);
+        list.add("Interpretation", node.interpretation);
+        list.add("Encoding", node.encoding);
+        begin(list, node, {});
+    }
+
+    void write(const omt::SimpleData& node)
+    {
+        PropertyList list;
+        list.add("Kind", "simple datatype");
+        list.add("Representation", typed(node.representation));
+        list.add("Units", node.units);
+        list.add("Resolution", node.resolution);
+        list.add("Accuracy", node.accuracy);
+        begin(list, node, node.semantics);
+    }
+
+    void write(const omt::ReferenceData& node)
+    {
+        PropertyList list;
+        list.add("Kind", "reference datatype");
+        list.add("Representation", typed(node.representation));
+        list.add("Refers to class", node.referenceClass);
+        list.add("By attribute", node.referencedAttribute);
+        begin(list, node, node.semantics);
+    }
+
+    void write(const omt::EnumeratedData& node)
+    {
+        PropertyList list;
+        list.add("Kind", "enumerated datatype");
+        list.add("Representation", typed(node.representation));
+        list.add("Auto sequence", node.autoSequence);
+        list.add("Start value", node.startValue);
+        begin(list, node, node.semantics);
+        TextTable table({whole("Number"), whole("Name"), wrap("Notes")});
+        for (const omt::Enumerator& one : node.enumerators)
+            table.add({joinedTexts(one.values), one.name.str(), notes.numbers(one)});
+        text += heading("Enumerators") + table.text();
+    }
+
+    void write(const omt::ArrayData& node)
+    {
+        PropertyList list;
+        list.add("Kind", "array datatype");
+        list.add("Element", typed(node.dataType));
+        list.add("Cardinality", node.cardinality);
+        list.add("Encoding", node.encoding);
+        begin(list, node, node.semantics);
+    }
+
+    void write(const omt::FixedRecord& node)
+    {
+        PropertyList list;
+        list.add("Kind", "fixed record datatype");
+        list.add("Encoding", node.encoding);
+        begin(list, node, node.semantics);
+        TextTable table({whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
+        for (const omt::RecordField& one : node.fields)
+            table.add(
+                {one.name.str(), typed(one.dataType), notes.numbers(one), one.semantics.str()});
+        text += heading("Fields") + table.text();
+    }
+
+    void write(const omt::VariantRecord& node)
+    {
+        PropertyList list;
+        list.add("Kind", "variant record datatype");
+        list.add("Discriminant", node.discriminant.str() + ": " + typed(node.dataType));
+        list.add("Encoding", node.encoding);
+        begin(list, node, node.semantics);
+        TextTable table(
+            {wrap("Enumerator"), whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
+        for (const omt::Alternative& one : node.alternatives)
+            table.add({one.enumerator.str(), one.name.str(), typed(one.dataType), notes.numbers(one),
+                       one.semantics.str()});
+        text += heading("Alternatives") + table.text();
+    }
+
+    void write(const omt::ComplexRecord& node)
+    {
+        PropertyList list;
+        list.add("Kind", "complex datatype");
+        begin(list, node, node.semantics);
+        TextTable table({whole("Name"), whole("Datatype"), whole("Cardinality"), wrap("Units"),
+                         wrap("Accuracy"), wrap("Accurate when"), wrap("Notes"), wrap("Meaning")});
+        for (const omt::Component& one : node.components)
+            table.add({one.name.str(), typed(one.dataType), one.cardinality.str(), one.units.str(),
+                       one.accuracy.str(), one.accuracyCondition.str(), notes.numbers(one),
+                       one.semantics.str()});
+        text += heading("Components") + table.text();
+    }
+
+    template <typename T>
+    bool writeIf(const omt::Datatype& datatype)
+    {
+        const T* const node = datatype.as<T>();
+        if (node) write(*node);
+        return node != nullptr;
+    }
+};
+
+std::string definition(const omt::Model& model, const omt::Datatype& datatype)
+{
+    Page page{model, NoteList(model), heading(datatype.definition().name, '=')};
+    (void)(page.writeIf<omt::BasicData>(datatype) || page.writeIf<omt::SimpleData>(datatype) ||
+           page.writeIf<omt::ReferenceData>(datatype) ||
+           page.writeIf<omt::EnumeratedData>(datatype) || page.writeIf<omt::ArrayData>(datatype) ||
+           page.writeIf<omt::FixedRecord>(datatype) || page.writeIf<omt::VariantRecord>(datatype) ||
+           page.writeIf<omt::ComplexRecord>(datatype));
+    return page.text + datatypeTree(model, datatype) + page.notes.text();
 }
 
-std::string definition(const DtSimpleDatatypeNode& node, const DatatypeKinds& kinds)
+template <typename T>
+void addNames(std::vector<std::string_view>& names, const std::vector<T>& table)
 {
-    PropertyList list;
-    list.add("Kind", "simple datatype");
-    list.add("Representation", kinds.nameWithKind(node.getRepresentation()));
-    list.add("Units", node.getUnits().view());
-    list.add("Resolution", node.getResolution().view());
-    list.add("Accuracy", node.getAccuracy().view());
-    list.add("Meaning", node.getDescription().view());
-    list.add("Notes", node.getNote().view());
-    return list.text();
-}
-
-std::string definition(const DtEnumeratedDatatypeNode& node, const DatatypeKinds& kinds)
-{
-    PropertyList list;
-    list.add("Kind", "enumerated datatype");
-    list.add("Representation", kinds.nameWithKind(node.getRepresentation()));
-    list.add("Meaning", node.getDescription().view());
-    list.add("Notes", node.getNote().view());
-    TextTable table({whole("Number"), whole("Name")});
-    for (const DtEnumerationNode* one : enumeratorsOf(node))
-        table.add({std::to_string(one->getNumber()), one->getEnum().str()});
-    return list.text() + heading("Enumerators") + table.text();
-}
-
-std::string definition(const DtArrayDatatypeNode& node, const DatatypeKinds& kinds)
-{
-    PropertyList list;
-    list.add("Kind", "array datatype");
-    list.add("Element", kinds.nameWithKind(node.getDatatype()));
-    list.add("Cardinality", node.getCardinality().view());
-    list.add("Encoding", node.getEncoding().view());
-    list.add("Meaning", node.getDescription().view());
-    list.add("Notes", node.getNote().view());
-    return list.text();
-}
-
-std::string definition(const DtFixedDatatypeNode& node, const DatatypeKinds& kinds)
-{
-    PropertyList list;
-    list.add("Kind", "fixed record datatype");
-    list.add("Encoding", node.getEncoding().view());
-    list.add("Meaning", node.getDescription().view());
-    list.add("Notes", node.getNote().view());
-    TextTable table({whole("Name"), whole("Datatype"), wrap("Meaning")});
-    for (const DtFieldComponentNode* field : partsOf(node))
-        table.add({field->getName().str(), kinds.nameWithKind(field->getDatatype()),
-                   field->getDescription().str()});
-    return list.text() + heading("Fields") + table.text();
-}
-
-std::string definition(const DtVariantDatatypeNode& node, const DatatypeKinds& kinds)
-{
-    PropertyList list;
-    list.add("Kind", "variant record datatype");
-    list.add("Discriminant",
-             node.getDiscriminant().str() + ": " + kinds.nameWithKind(node.getDatatype()));
-    list.add("Encoding", node.getEncoding().view());
-    list.add("Meaning", node.getDescription().view());
-    list.add("Notes", node.getNote().view());
-    TextTable table({wrap("Enumerator"), whole("Name"), whole("Datatype"), wrap("Meaning")});
-    for (const DtAlternativeComponentNode* one : partsOf(node))
-        table.add({one->getEnumerator().str(), one->getName().str(),
-                   kinds.nameWithKind(one->getDatatype()), one->getDescription().str()});
-    return list.text() + heading("Alternatives") + table.text();
-}
-
-std::string definition(DtComplexDatatypeNode& node, const DatatypeKinds& kinds)
-{
-    PropertyList list;
-    list.add("Kind", "complex datatype");
-    list.add("Notes", node.getNote().view());
-    TextTable table({whole("Name"), whole("Datatype"), whole("Cardinality"), wrap("Accuracy"),
-                     wrap("Accurate when")});
-    for (const DtComplexComponentNode* one : partsOf(node))
-        table.add({one->getName().str(), kinds.nameWithKind(one->getDatatype()),
-                   one->getCardinality().str(), one->getAccuracy().str(),
-                   one->getAccuracyCondition().str()});
-    return list.text() + heading("Components") + table.text();
-}
-
-template <typename Class>
-void addMembers(TextTable& table, Tree& tree, const std::string& name)
-{
-    for (const Class* node : ClassKind<Class>::all(tree))
-        for (const auto* member : ClassKind<Class>::members(*node))
-            if (member->getDatatype() == name.c_str())
-                table.add({ClassKind<Class>::memberWord, member->getFullName().str(), ""});
-}
-
-template <typename Nodes>
-void addEntries(TextTable& table, const char* word, const Nodes& nodes, const std::string& name)
-{
-    for (const auto* node : nodes)
-        if (node->getDatatype() == name.c_str()) table.add({word, node->getName().str(), ""});
-}
-
-/// Every place of the model that names the datatype.
-TextTable users(Tree& tree, const std::string& name)
-{
-    TextTable table({whole(""), whole(""), wrap("")});
-    addMembers<DtObjectClassFedNode>(table, tree, name);
-    addMembers<DtInteractionClassFedNode>(table, tree, name);
-    for (const Datatype& datatype : datatypesOf(tree))
-        forEachReference(datatype,
-                         [&](const std::string& place, const DtString& used)
-                         {
-                             if (used == name.c_str())
-                                 table.add({kindOf(datatype), nameOf(datatype).str(), place});
-                         });
-    addEntries(table, "dimension",
-               rangeOf(tree, &Tree::getDimensionNodeList, &Tree::getDimensionEndNode), name);
-    addEntries(table, "synchronization point",
-               rangeOf(tree, &Tree::getSynchroNodeList, &Tree::getSynchroEndNode), name);
-    addEntries(table, "tag", rangeOf(tree, &Tree::getTagNodeList, &Tree::getTagEndNode), name);
-    const DtTimeRepNode& time = *tree.getTimeRepNode();
-    if (time.getFedTimeDatatype() == name.c_str()) table.add({"time", "time stamp", ""});
-    if (time.getLookaheadDatatype() == name.c_str()) table.add({"time", "lookahead", ""});
-    return table;
-}
-
-std::string baseDefinition(const std::string& name)
-{
-    PropertyList list;
-    list.add("Kind", "base datatype of HLA 1.3");
-    return heading(name, '=') + list.text();
-}
-
-const char* whyMissing(const Tree& tree)
-{
-    return tree.hlaVersion() == DtHla13
-               ? "; the model refers to it, and does not define it"
-               : "; as the model refers to it, a module or --mim may be missing";
+    for (const T& definition : table) names.push_back(definition.name);
 }
 
 }  // namespace
 
-std::string datatypeReport(DtOMTTree& tree, const std::string& name)
+omt::Datatype findDatatype(const omt::Model& model, const std::string& name)
 {
-    const DatatypeKinds kinds(tree);
-    const TextTable used = users(tree, name);
+    const omt::Datatype found = model.findDatatype(name);
+    if (found) return found;
+    const omt::Tables& tables = model.tables();
+    std::vector<std::string_view> names;
+    addNames(names, tables.basicData);
+    addNames(names, tables.simpleData);
+    addNames(names, tables.referenceData);
+    addNames(names, tables.enumeratedData);
+    addNames(names, tables.arrayData);
+    addNames(names, tables.fixedRecords);
+    addNames(names, tables.variantRecords);
+    addNames(names, tables.complexRecords);
+    const bool isNamed = !directUses(model, name).isEmpty();
+    throw InputError(omt::unknownName("datatype", name, names) +
+                     (isNamed ? " The model refers to it; a module or --mim may be missing" : ""));
+}
+
+std::string datatypeReport(const omt::Model& model, const std::string& name)
+{
     std::string text;
-    std::vector<std::string> names;
-    for (const Datatype& datatype : datatypesOf(tree))
+    if (!model.findDatatype(name) && isBaseDatatype(model, name))
     {
-        names.push_back(nameOf(datatype).str());
-        if (names.back() != name) continue;
-        text += heading(name, '=');
-        text += std::visit([&](auto* node) { return definition(*node, kinds); }, datatype);
+        PropertyList list;
+        list.add("Kind", "base datatype of HLA 1.3");
+        text = heading(name, '=') + list.text();
     }
-    if (text.empty() && kinds.isBase(name)) text = baseDefinition(name);
-    if (text.empty())
-        throw InputError(unknownName("datatype", name, names) +
-                         (used.isEmpty() ? "" : whyMissing(tree)));
+    else
+        text = definition(model, findDatatype(model, name));
+    const TextTable used = directUses(model, name);
     text += used.isEmpty() ? "\nNothing in the model refers to it.\n"
                            : heading("Used by") + used.text();
     return text.substr(1);

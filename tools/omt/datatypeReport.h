@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// One datatype in full.
+// One datatype as a page.
 #pragma once
 
-#include "omtReader/omtTree.h"
+#include "omt/model/model.h"
 
 #include <string>
 
-/// The datatype of a name with all its properties and parts, and every place of the model that
-/// refers to it. A name in more than one table is shown from each. Throws InputError for one in
-/// none.
-std::string datatypeReport(DtOMTTree& tree, const std::string& name);
+/// The datatype of a name. Throws InputError where the model has none, with the nearest names; says
+/// so where it refers to one that it does not define.
+omt::Datatype findDatatype(const omt::Model& model, const std::string& name);
+
+/// Its properties, what it is made of down to the representations, and what names it. Throws
+/// InputError as findDatatype() does.
+std::string datatypeReport(const omt::Model& model, const std::string& name);

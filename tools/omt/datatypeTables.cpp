@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "datatypeTables.h"
 
-#include "modelLists.h"
+#include "modelWords.h"
 #include "plainText.h"
 #include "tableSection.h"
 
@@ -10,128 +10,118 @@ namespace
 
 using Row = std::vector<std::string>;
 
-template <typename Node>
-std::vector<Node*> nodesOf(const std::vector<Datatype>& datatypes)
-{
-    std::vector<Node*> nodes;
-    for (const Datatype& datatype : datatypes)
-        if (auto* const node = std::get_if<Node*>(&datatype)) nodes.push_back(*node);
-    return nodes;
-}
-
-std::string enumeratorsText(const DtEnumeratedDatatypeNode& node)
+std::string enumeratorsText(const omt::EnumeratedData& node)
 {
     constexpr std::size_t theMostShown = 20;  // more than fit on a line
     std::vector<std::string> texts;
-    for (const DtEnumerationNode* one : enumeratorsOf(node))
+    for (const omt::Enumerator& one : node.enumerators)
     {
-        texts.push_back(one->getEnum().str() + '=' + std::to_string(one->getNumber()));
+        texts.push_back(one.name.str() + '=' + joinedTexts(one.values, "/"));
         if (texts.size() == theMostShown) break;
     }
     return joined(texts, ", ");
 }
 
-std::string headline(const DtOMTNode& node)
+std::string headline(const omt::Definition& node)
 {
-    return node.getName().str();
+    return node.name.str();
 }
 
-std::string headline(const DtVariantDatatypeNode& node)
+std::string headline(const omt::VariantRecord& node)
 {
-    return node.getName().str() + ", by " + node.getDiscriminant().str() + ": " +
-           node.getDatatype().str();
+    return node.name.str() + ", by " + node.discriminant.str() + ": " + node.dataType.str();
 }
 
 /// Records and their parts, each part on a line of its own; nothing when there are no records.
-template <typename Node, typename Cells>
-std::string records(const char* title, const std::vector<Datatype>& types, Cells cells)
+template <typename Record, typename Part, typename Cells>
+std::string records(const char* title, const std::vector<Record>& table,
+                    omt::List<Part> Record::*parts, Cells cells)
 {
-    const std::vector<Node*> nodes = nodesOf<Node>(types);
-    if (nodes.empty()) return "";
-    std::string text = heading(withCount(title, nodes.size()));
-    for (Node* node : nodes)
+    if (table.empty()) return "";
+    std::string text = heading(withCount(title, table.size()));
+    for (const Record& record : table)
     {
         constexpr std::size_t thePartIndent = 6;
-        TextTable parts({whole(""), whole(""), wrap("")}, thePartIndent);
-        for (const auto* part : partsOf(*node)) parts.add(cells(*part));
-        text += "  " + oneLine(headline(*node)) + '\n' + parts.text();
+        TextTable lines({whole(""), whole(""), wrap("")}, thePartIndent);
+        for (const Part& part : record.*parts) lines.add(cells(part));
+        text += "  " + oneLine(headline(record)) + '\n' + lines.text();
     }
     return text;
 }
 
-std::string numberTables(const std::vector<Datatype>& types)
+std::string numberTables(const omt::Tables& tables)
 {
     return section("Basic data representations",
                    {whole("Name"), whole("Bits"), whole("Endian"), clip("Meaning")},
-                   nodesOf<DtBasicDataRepresentationNode>(types),
-                   [](const DtBasicDataRepresentationNode& node)
+                   tables.basicData,
+                   [](const omt::BasicData& one)
                    {
-                       const DtString& meaning = node.getInterpretation().empty()
-                                                     ? node.getEncoding()
-                                                     : node.getInterpretation();
-                       return Row{node.getName().str(), node.getSize().str(),
-                                  node.getEndian().str(), meaning.str()};
+                       const omt::Text& meaning =
+                           one.interpretation.empty() ? one.encoding : one.interpretation;
+                       return Row{one.name.str(), one.size.str(), one.endian.str(), meaning.str()};
                    }) +
            section("Simple datatypes",
                    {whole("Name"), whole("Representation"), clip("Units"), clip("Resolution"),
                     clip("Accuracy")},
-                   nodesOf<DtSimpleDatatypeNode>(types),
-                   [](const DtSimpleDatatypeNode& node)
+                   tables.simpleData,
+                   [](const omt::SimpleData& one)
                    {
-                       return Row{node.getName().str(), node.getRepresentation().str(),
-                                  node.getUnits().str(), node.getResolution().str(),
-                                  node.getAccuracy().str()};
+                       return Row{one.name.str(), one.representation.str(), one.units.str(),
+                                  one.resolution.str(), one.accuracy.str()};
+                   }) +
+           section("Reference datatypes",
+                   {whole("Name"), whole("Representation"), whole("Class"), wrap("Attribute")},
+                   tables.referenceData,
+                   [](const omt::ReferenceData& one)
+                   {
+                       return Row{one.name.str(), one.representation.str(),
+                                  one.referenceClass.str(), one.referencedAttribute.str()};
                    });
 }
 
-std::string collectionTables(const std::vector<Datatype>& types)
+std::string collectionTables(const omt::Tables& tables)
 {
     return section("Enumerated datatypes",
                    {whole("Name"), whole("Representation"), whole("Values"), clip("Enumerators")},
-                   nodesOf<DtEnumeratedDatatypeNode>(types),
-                   [](const DtEnumeratedDatatypeNode& node)
+                   tables.enumeratedData,
+                   [](const omt::EnumeratedData& one)
                    {
-                       return Row{node.getName().str(), node.getRepresentation().str(),
-                                  std::to_string(enumeratorsOf(node).size()),
-                                  enumeratorsText(node)};
+                       return Row{one.name.str(), one.representation.str(),
+                                  std::to_string(one.enumerators.size()), enumeratorsText(one)};
                    }) +
            section("Array datatypes",
                    {whole("Name"), whole("Element"), whole("Cardinality"), clip("Encoding")},
-                   nodesOf<DtArrayDatatypeNode>(types),
-                   [](const DtArrayDatatypeNode& node)
-                   {
-                       return Row{node.getName().str(), node.getDatatype().str(),
-                                  node.getCardinality().str(), node.getEncoding().str()};
+                   tables.arrayData,
+                   [](const omt::ArrayData& one) {
+                       return Row{one.name.str(), one.dataType.str(), one.cardinality.str(),
+                                  one.encoding.str()};
                    });
 }
 
-std::string recordTables(const std::vector<Datatype>& types)
+std::string recordTables(const omt::Tables& tables)
 {
-    return records<DtFixedDatatypeNode>(
-               "Fixed record datatypes and their fields", types,
-               [](const DtFieldComponentNode& field) {
-                   return Row{field.getName().str(), field.getDatatype().str()};
+    return records("Fixed record datatypes and their fields", tables.fixedRecords,
+                   &omt::FixedRecord::fields,
+                   [](const omt::RecordField& one) {
+                       return Row{one.name.str(), one.dataType.str()};
+                   }) +
+           records(
+               "Variant record datatypes and their alternatives", tables.variantRecords,
+               &omt::VariantRecord::alternatives,
+               [](const omt::Alternative& one) {
+                   return Row{one.name.str(), one.dataType.str(), "when " + one.enumerator.str()};
                }) +
-           records<DtVariantDatatypeNode>("Variant record datatypes and their alternatives", types,
-                                          [](const DtAlternativeComponentNode& one)
-                                          {
-                                              return Row{one.getName().str(),
-                                                         one.getDatatype().str(),
-                                                         "when " + one.getEnumerator().str()};
-                                          }) +
-           records<DtComplexDatatypeNode>("Complex datatypes and their components", types,
-                                          [](const DtComplexComponentNode& component)
-                                          {
-                                              return Row{component.getName().str(),
-                                                         component.getDatatype().str(),
-                                                         component.getCardinality().str()};
-                                          });
+           records("Complex datatypes and their components", tables.complexRecords,
+                   &omt::ComplexRecord::components,
+                   [](const omt::Component& one) {
+                       return Row{one.name.str(), one.dataType.str(), one.cardinality.str()};
+                   });
 }
 
 }  // namespace
 
-std::string datatypeTables(DtOMTTree& tree)
+std::string datatypeTables(const omt::Model& model)
 {
-    const std::vector<Datatype> types = datatypesOf(tree);
-    return numberTables(types) + collectionTables(types) + recordTables(types);
+    const omt::Tables& tables = model.tables();
+    return numberTables(tables) + collectionTables(tables) + recordTables(tables);
 }

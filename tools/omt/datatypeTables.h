@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// All datatypes of a model, one table for each kind.
+// All datatypes of a model in tables.
 #pragma once
 
-#include "omtReader/omtTree.h"
+#include "omt/model/model.h"
 
 #include <string>
 
-/// The kinds of which there are any. Long texts are cut off; datatypeReport() has them in full.
-std::string datatypeTables(DtOMTTree& tree);
+/// One table for each kind of datatype that the model has, records with their parts.
+std::string datatypeTables(const omt::Model& model);

@@ -5,6 +5,7 @@
 #include "encodeCommand.h"
 #include "entityCommand.h"
 #include "messages.h"
+#include "omt/base/nearestNames.h"
 #include "showCommand.h"
 
 #include <cerrno>
@@ -67,13 +68,47 @@ ExitStatus writeResult(const std::string& text)
     return theBadInput;
 }
 
+/// The names of all commands, or of all options that may stand where a command was chosen.
+std::vector<std::string> namesInPlace(const CLI::App& app, bool areOptions)
+{
+    std::vector<std::string> names;
+    const auto addOptions = [&](const CLI::App& one)
+    {
+        for (const CLI::Option* option : one.get_options())
+            for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    };
+    if (areOptions) addOptions(app);
+    for (const CLI::App* command : app.get_subcommands(nullptr))
+    {
+        if (!areOptions) names.push_back(command->get_name());
+        if (areOptions && *command) addOptions(*command);
+    }
+    return names;
+}
+
+/// What is wrong with the arguments; for a command or an option that there is not, the nearest.
+std::string whyWrong(const CLI::App& app, const CLI::ParseError& error)
+{
+    const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+    if (isExtra)
+        for (const std::string& word : app.remaining(true))
+        {
+            const bool isOption = word.size() > 2 && word.compare(0, 2, "--") == 0;
+            if (!isOption && !app.get_subcommands().empty()) continue;
+            return omt::unknownName(isOption ? "option" : "command", word,
+                                    namesInPlace(app, isOption)) +
+                   " See omt --help";
+        }
+    return error.what() + std::string("; see omt --help");
+}
+
 /// Help and the version are results; anything else that ends parsing is wrong usage.
 ExitStatus endParsing(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream result;
     std::ostringstream ignored;
     if (app.exit(error, result, ignored) == 0) return writeResult(result.str());
-    writeMessage(error.what() + std::string("; see omt --help"));
+    writeMessage(whyWrong(app, error));
     return theWrongUsage;
 }
 
@@ -84,7 +119,7 @@ ExitStatus run(const Command& command)
         const Result result = command.run();
         const ExitStatus status = writeResult(result.text);
         for (const std::string& complaint : result.complaints) writeMessage(complaint);
-        return result.complaints.empty() ? status : theBadInput;
+        return result.complaints.empty() && !result.isFailure ? status : theBadInput;
     }
     catch (const std::exception& error)
     {

@@ -6,7 +6,7 @@
 #include "inputFile.h"
 #include "messages.h"
 #include "modelInput.h"
-#include "nearestNames.h"
+#include "omt/base/nearestNames.h"
 #include "omtReader/doubleLEDatatypeRep.h"
 #include "omtReader/floatLEDatatypeRep.h"
 #include "sexp/dtcList.h"
@@ -113,6 +113,6 @@ void MappedManager::reportUnknownRepresentations(const std::string& file, const 
             continue;
         reported.push_back(name);
         DtWarn << file << ": " << it->first << " is mapped, but there is "
-               << unknownName("representation", name, known) << "\n";
+               << omt::unknownName("representation", name, known) << "\n";
     }
 }

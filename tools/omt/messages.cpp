@@ -19,7 +19,12 @@ std::string_view withoutLineBreak(std::string_view text)
 
 void writeMessage(std::string_view text)
 {
-    const std::string line = "omt: " + visible(withoutLineBreak(text)) + '\n';
+    writeLine("omt: " + std::string(withoutLineBreak(text)));
+}
+
+void writeLine(std::string_view text)
+{
+    const std::string line = visible(text) + '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

@@ -11,6 +11,9 @@
 /// Writes one line "omt: text" to standard error, with nothing in it that a terminal would obey.
 void writeMessage(std::string_view text);
 
+/// Writes one line to standard error as it is, with nothing in it that a terminal would obey.
+void writeLine(std::string_view text);
+
 /// From now on the library's messages are written by writeMessage(), down to a level.
 void showMessages(DtMessageLevel level);
 

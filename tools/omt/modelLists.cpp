@@ -4,58 +4,6 @@
 namespace
 {
 
-constexpr const char* theKinds[] = {"basic", "simple",  "enumerated", "array",
-                                    "fixed", "variant", "complex"};
-
-constexpr const char* theBaseKind = "base";
-
-// What HLA 1.3 defines and its models only refer to.
-constexpr const char* theBaseNames[] = {
-    "any",           "boolean", "char",  "double", "float",         "long",
-    "long long",     "octet",   "short", "string", "unsigned long", "unsigned long long",
-    "unsigned short"};
-
-using Visit = std::function<void(const std::string&, const DtString&)>;
-
-void visitReferences(const DtBasicDataRepresentationNode&, const Visit&) {}
-
-void visitReferences(const DtSimpleDatatypeNode& node, const Visit& visit)
-{
-    visit("representation", node.getRepresentation());
-}
-
-void visitReferences(const DtEnumeratedDatatypeNode& node, const Visit& visit)
-{
-    visit("representation", node.getRepresentation());
-}
-
-void visitReferences(const DtArrayDatatypeNode& node, const Visit& visit)
-{
-    visit("element", node.getDatatype());
-}
-
-template <typename Parts>
-void visitParts(const char* word, const Parts& parts, const Visit& visit)
-{
-    for (const auto* part : parts) visit(word + part->getName().str(), part->getDatatype());
-}
-
-void visitReferences(const DtFixedDatatypeNode& node, const Visit& visit)
-{
-    visitParts("field ", partsOf(node), visit);
-}
-
-void visitReferences(const DtVariantDatatypeNode& node, const Visit& visit)
-{
-    visit("discriminant " + node.getDiscriminant().str(), node.getDatatype());
-    visitParts("alternative ", partsOf(node), visit);
-}
-
-void visitReferences(DtComplexDatatypeNode& node, const Visit& visit)
-{
-    visitParts("component ", partsOf(node), visit);
-}
-
 template <typename Table>
 void append(std::vector<Datatype>& datatypes, const Table& table)
 {
@@ -63,11 +11,6 @@ void append(std::vector<Datatype>& datatypes, const Table& table)
 }
 
 }  // namespace
-
-const char* kindOf(const Datatype& datatype)
-{
-    return theKinds[datatype.index()];
-}
 
 const DtString& nameOf(const Datatype& datatype)
 {
@@ -89,30 +32,4 @@ std::vector<Datatype> datatypesOf(DtOMTTree& tree)
     append(all, rangeOf(tree, &Tree::getVariantDatatypeNodeList, &Tree::getVariantDatatypeEndNode));
     append(all, rangeOf(tree, &Tree::getComplexDatatypeNodeList, &Tree::getComplexDatatypeEndNode));
     return all;
-}
-
-DatatypeKinds::DatatypeKinds(DtOMTTree& tree)
-{
-    for (const Datatype& datatype : datatypesOf(tree))
-        myKinds.emplace(nameOf(datatype).view(), kindOf(datatype));
-    if (tree.hlaVersion() != DtHla13) return;
-    for (const char* name : theBaseNames) myKinds.emplace(name, theBaseKind);
-}
-
-bool DatatypeKinds::isBase(std::string_view name) const
-{
-    const auto known = myKinds.find(name);
-    return known != myKinds.end() && known->second == theBaseKind;
-}
-
-std::string DatatypeKinds::nameWithKind(const DtString& name) const
-{
-    if (name.empty() || name == "NA") return name.str();
-    const auto known = myKinds.find(name.view());
-    return name.str() + " (" + (known == myKinds.end() ? "not in this model" : known->second) + ')';
-}
-
-void forEachReference(const Datatype& datatype, const Visit& visit)
-{
-    std::visit([&](auto* node) { visitReferences(*node, visit); }, datatype);
 }

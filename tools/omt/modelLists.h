@@ -14,10 +14,7 @@
 #include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/variantDatatypeNode.h"
 
-#include <functional>
-#include <map>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -56,7 +53,6 @@ struct ClassKind<DtObjectClassFedNode>
     {
         return Range(tree.getObjectClassNodeBegin(), tree.getObjectClassNodeEnd());
     }
-    static DtObjectClassFedNode* root(DtOMTTree& tree) { return tree.objectClassRoot(); }
     static const auto& children(const DtObjectClassFedNode& node) { return node.getChildObjects(); }
     static const auto& members(const DtObjectClassFedNode& node) { return node.getAttributes(); }
 };
@@ -70,7 +66,6 @@ struct ClassKind<DtInteractionClassFedNode>
     {
         return Range(tree.getInteractionClassNodeBegin(), tree.getInteractionClassNodeEnd());
     }
-    static DtInteractionClassFedNode* root(DtOMTTree& tree) { return tree.interactionClassRoot(); }
     static const auto& children(const DtInteractionClassFedNode& node)
     {
         return node.getChildInteractions();
@@ -86,31 +81,10 @@ using Datatype = std::variant<DtBasicDataRepresentationNode*, DtSimpleDatatypeNo
                               DtEnumeratedDatatypeNode*, DtArrayDatatypeNode*, DtFixedDatatypeNode*,
                               DtVariantDatatypeNode*, DtComplexDatatypeNode*>;
 
-/// "basic", "simple", "enumerated", "array", "fixed", "variant" or "complex".
-const char* kindOf(const Datatype& datatype);
 const DtString& nameOf(const Datatype& datatype);
 
 /// All datatypes of a tree, table by table.
 std::vector<Datatype> datatypesOf(DtOMTTree& tree);
-
-/// Tells the kind of a datatype by its name; where two tables have the name, the first counts.
-class DatatypeKinds
-{
-public:
-    explicit DatatypeKinds(DtOMTTree& tree);
-    /// The name with its kind in parentheses, or with a remark that the model does not define it.
-    std::string nameWithKind(const DtString& name) const;
-    /// Whether it is a base datatype of HLA 1.3, which a model of that has without defining it.
-    bool isBase(std::string_view name) const;
-
-private:
-    std::map<std::string_view, const char*> myKinds;
-};
-
-/// Calls `visit` for each place in which a datatype refers to another: what the place is, in words,
-/// and the name found there.
-void forEachReference(const Datatype& datatype,
-                      const std::function<void(const std::string&, const DtString&)>& visit);
 
 /// The parts of the composite datatypes.
 inline auto enumeratorsOf(const DtEnumeratedDatatypeNode& node)

@@ -2,9 +2,10 @@
 // A whole model as a person wants to read it.
 #pragma once
 
-#include "omtReader/omtTree.h"
+#include "omt/model/model.h"
 
 #include <string>
 
-/// Identification, counts, both class trees, and one table for each kind of entry that there is.
-std::string modelReport(DtOMTTree& tree);
+/// Identification, modules, counts, both class trees, and one table for each kind of entry that
+/// there is.
+std::string modelReport(const omt::Model& model);

@@ -5,7 +5,7 @@
 #include "messages.h"
 #include "modelInput.h"
 #include "modelLists.h"
-#include "nearestNames.h"
+#include "omt/base/nearestNames.h"
 #include "omtReader/entityTypeDatatypeRep.h"
 #include "omtReader/latLongCoordinatesDatatypeRep.h"
 
@@ -94,7 +94,7 @@ std::string whyNotShown(DtDatatypeManager& manager, const std::string& datatype,
     std::vector<std::string> names;
     for (const Datatype& one : datatypesOf(*manager.omtTree())) names.push_back(nameOf(one).str());
     if (std::find(names.begin(), names.end(), datatype) == names.end())
-        return unknownName("datatype", datatype, names);
+        return omt::unknownName("datatype", datatype, names);
     const int size = sizeOf(manager, datatype);
     if (size == 0 || size == width) return "";
     return "the size of " + datatype + " is " + std::to_string(size) + " and not " +

@@ -3,9 +3,11 @@
 
 #include "classReport.h"
 #include "datatypeReport.h"
-#include "modelInput.h"
-#include "modelJson.h"
+#include "datatypeUses.h"
+#include "engineInput.h"
 #include "modelReport.h"
+#include "omt/model/modelJson.h"
+#include "paint.h"
 
 #include <memory>
 
@@ -14,21 +16,45 @@ namespace
 
 struct ShowChoice
 {
-    ModelChoice model;
+    EngineChoice model;
     std::string className;
     std::string datatypeName;
+    std::string usedName;
     CLI::Option* classOption = nullptr;
     CLI::Option* datatypeOption = nullptr;
+    CLI::Option* usesOption = nullptr;
     bool asJson = false;
 };
 
-std::string show(const ShowChoice& choice)
+std::string jsonText(const ShowChoice& choice, const omt::Model& model)
 {
-    const DtOMTTreePtr tree = readModel(choice.model);
-    if (choice.asJson) return jsonOf(*tree);
-    if (*choice.classOption) return classReport(*tree, choice.className);
-    if (*choice.datatypeOption) return datatypeReport(*tree, choice.datatypeName);
-    return modelReport(*tree);
+    constexpr omt::JsonLayout theLayout = {2};
+    if (*choice.classOption)
+        return std::visit([&](const auto* node) { return omt::classJson(model, *node, theLayout); },
+                          findClass(model, choice.className));
+    if (*choice.datatypeOption)
+        return omt::datatypeJson(model, findDatatype(model, choice.datatypeName), theLayout);
+    return omt::modelJson(model, theLayout);
+}
+
+std::string pageText(const ShowChoice& choice, const omt::Model& model)
+{
+    if (*choice.classOption) return classReport(model, choice.className);
+    if (*choice.datatypeOption) return datatypeReport(model, choice.datatypeName);
+    if (*choice.usesOption) return usesReport(model, choice.usedName);
+    return modelReport(model);
+}
+
+Result show(const ShowChoice& choice)
+{
+    const EngineInput input = readEngine(choice.model);
+    Result result;
+    result.isFailure = input.isFailure;
+    // Part of a model is not the model that was asked for.
+    if (!input.isWhole) return result;
+    result.text = choice.asJson ? jsonText(choice, input.model) + '\n'
+                                : painted(pageText(choice, input.model));
+    return result;
 }
 
 }  // namespace
@@ -37,25 +63,34 @@ Command addShowCommand(CLI::App& app)
 {
     CLI::App* const command = app.add_subcommand("show", "Show what an object model holds");
     auto choice = std::make_shared<ShowChoice>();
-    addModelArguments(*command, choice->model);
-    CLI::Option* const json =
-        command->add_flag("--json", choice->asJson, "Names, counts and datatypes, for programs");
+    addEngineArguments(*command, choice->model);
+    CLI::Option* const json = command->add_flag(
+        "--json", choice->asJson, "All of the model, or of the class or datatype, for programs");
     choice->classOption =
         command
             ->add_option("--class", choice->className,
-                         "One class in full: its full name, or its own if no other class has it")
+                         "One class with all its members, or one member: its full name, or any end "
+                         "of it that no other has")
+            ->type_name("NAME");
+    choice->datatypeOption =
+        command
+            ->add_option("--datatype", choice->datatypeName,
+                         "One datatype down to the leaves, with all that names it")
             ->type_name("NAME")
-            ->excludes(json);
-    choice->datatypeOption = command
-                                 ->add_option("--datatype", choice->datatypeName,
-                                              "One datatype in full, with all that refers to it")
-                                 ->type_name("NAME")
-                                 ->excludes(json)
-                                 ->excludes(choice->classOption);
+            ->excludes(choice->classOption);
+    choice->usesOption =
+        command
+            ->add_option("--uses", choice->usedName,
+                         "All attributes and parameters that hold a datatype, and through what")
+            ->type_name("NAME")
+            ->excludes(json)
+            ->excludes(choice->classOption)
+            ->excludes(choice->datatypeOption);
     command->footer(
         "Examples:\n"
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
-        "  omt show HarbourBase.xml --class PortEntity\n"
+        "  omt show HarbourBase.xml --mim --class PortEntity\n"
+        "  omt show HarbourBase.xml --mim --uses GeocentricPosition\n"
         "  omt show HarbourBase.xml --json");
-    return {command, [choice] { return Result{show(*choice)}; }};
+    return {command, [choice] { return show(*choice); }};
 }

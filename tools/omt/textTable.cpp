@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "textTable.h"
 
+#include "paint.h"
 #include "plainText.h"
 
 #include <algorithm>
@@ -145,5 +146,6 @@ void PropertyList::add(const std::string& name, std::string_view value)
 std::string heading(std::string_view text, char line)
 {
     const std::string title = oneLine(text);
-    return '\n' + title + '\n' + std::string(std::min(columnsOf(title), thePageWidth), line) + '\n';
+    return '\n' + bold(title) + '\n' + std::string(std::min(columnsOf(title), thePageWidth), line) +
+           '\n';
 }

@@ -86,5 +86,6 @@ private:
     };
 };
 
-/// A heading with a line of the given character below it and a blank line above it.
+/// A heading, marked as bold, with a line of the given character below it and a blank line above
+/// it.
 std::string heading(std::string_view text, char line = '-');

@@ -3,7 +3,7 @@
 
 #include "classSearch.h"
 #include "modelInput.h"
-#include "nearestNames.h"
+#include "omt/base/nearestNames.h"
 
 namespace
 {
@@ -37,7 +37,7 @@ ValueTarget findMember(DtOMTTree& tree, const std::string& path)
         }
     }
     throw InputError(owner.getFullName().str() + ": " +
-                     unknownName(ClassKind<Class>::memberWord, name, names));
+                     omt::unknownName(ClassKind<Class>::memberWord, name, names));
 }
 
 ValueTarget findDatatype(DtDatatypeManager& manager, const std::string& name)
@@ -47,7 +47,7 @@ ValueTarget findDatatype(DtDatatypeManager& manager, const std::string& name)
     std::vector<std::string> names;
     for (const Datatype& datatype : datatypesOf(*manager.omtTree()))
         names.push_back(nameOf(datatype).str());
-    throw InputError(unknownName("datatype", name, names));
+    throw InputError(omt::unknownName("datatype", name, names));
 }
 
 CLI::Option* addDatatypeOption(CLI::App& command, TargetChoice& choice, const char* text)

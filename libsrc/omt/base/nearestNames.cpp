@@ -82,4 +82,10 @@ std::string unknownName(std::string_view kind, std::string_view sought,
     return nearest.empty() ? sentence : sentence + '?';
 }
 
+std::string unknownName(std::string_view kind, std::string_view sought,
+                        const std::vector<std::string>& names)
+{
+    return unknownName(kind, sought, std::vector<std::string_view>(names.begin(), names.end()));
+}
+
 }  // namespace omt

@@ -24,5 +24,7 @@ OMT_EXPORT std::vector<std::string_view> nearestNames(std::string_view sought,
 /// Bar?`. `kind` is what the name should be. Without names only its first part.
 OMT_EXPORT std::string unknownName(std::string_view kind, std::string_view sought,
                                    const std::vector<std::string_view>& names);
+OMT_EXPORT std::string unknownName(std::string_view kind, std::string_view sought,
+                                   const std::vector<std::string>& names);
 
 }  // namespace omt

@@ -64,11 +64,12 @@ Type Codec::get(std::string_view path, Which which) const
     // Where the class is known, its members may be meant, else other classes.
     const std::size_t period = path.rfind('.');
     const std::string_view owner = path.substr(0, std::min(period, path.size()));
-    const bool isKnown = period != std::string_view::npos &&
-                         (!myModel.findObjectClasses(owner).empty() ||
-                          !myModel.findInteractionClasses(owner).empty());
+    const bool isKnown =
+        period != std::string_view::npos && (!myModel.findObjectClasses(owner).empty() ||
+                                             !myModel.findInteractionClasses(owner).empty());
     throw UnknownName("\"" + std::string(path) + "\": " +
-                      unknownName(isKnown ? what : "class", isKnown ? path.substr(period + 1) : owner,
+                      unknownName(isKnown ? what : "class",
+                                  isKnown ? path.substr(period + 1) : owner,
                                   namesNear(path, which)));
 }
 
@@ -81,8 +82,8 @@ std::vector<std::string_view> Codec::namesNear(std::string_view path, Which whic
     const auto keep = [&names](const Member& member) { names.push_back(member.name); };
     if (which != Which::parameter)
         for (const ObjectClass* one : myModel.findObjectClasses(owner))
-            myModel.forEachAttribute(*one, [&](const ObjectClass&, const Attribute& attribute)
-                                     { keep(attribute); });
+            myModel.forEachAttribute(
+                *one, [&](const ObjectClass&, const Attribute& attribute) { keep(attribute); });
     if (which != Which::attribute)
         for (const InteractionClass* one : myModel.findInteractionClasses(owner))
             myModel.forEachParameter(*one, [&](const InteractionClass&, const Parameter& parameter)

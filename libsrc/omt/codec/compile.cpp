@@ -56,10 +56,10 @@ Compiler::Id Compiler::addNode(std::string_view name)
     node.name = myPlan.add(name);
     mySources.emplace_back();
     myAliases.push_back(theNone);
-    myLooks.push_back(name == "HLAASCIIchar"                          ? Look::latin1
-                      : name == "HLAunicodeChar"                      ? Look::utf16
+    myLooks.push_back(name == "HLAASCIIchar"                    ? Look::latin1
+                      : name == "HLAunicodeChar"                ? Look::utf16
                       : name == "HLAoctet" || name == "HLAbyte" ? Look::hexadecimal
-                                                                      : Look::elements);
+                                                                : Look::elements);
     return id;
 }
 
@@ -206,8 +206,12 @@ namespace
 // HLA 1.3 does not say how long an enumerated value is; the RPR FOM has it in the name.
 Representation enumeratedOf13(std::string_view name)
 {
-    for (const auto& [ending, octets] : {std::pair<std::string_view, std::uint8_t>{"8", 1},
-                                         {"16", 2}, {"32", 4}, {"64", 8}})
+    for (const auto& [ending, octets] : {
+             std::pair<std::string_view, std::uint8_t>{"8",  1},
+              {"16", 2},
+              {"32", 4},
+              {"64", 8}
+    })
         if (name.size() > ending.size() + 4 &&
             name.substr(name.size() - ending.size() - 4) == "Enum" + std::string(ending))
             return {Scalar::unsignedInteger, false, octets, 1};
@@ -296,8 +300,7 @@ void Compiler::sortEnumeration(Enumeration& table) const
     table.byName = std::move(all);
     const auto byName = [&](std::uint32_t one, std::uint32_t two)
     {
-        const int order =
-            myPlan.text(entries[one].name).compare(myPlan.text(entries[two].name));
+        const int order = myPlan.text(entries[one].name).compare(myPlan.text(entries[two].name));
         return order < 0 || (order == 0 && one < two);
     };
     std::sort(table.byName.begin(), table.byName.end(), byName);
@@ -365,8 +368,8 @@ void Compiler::build(Id id, const ArrayData& data)
         Node node;
         if (!setExtent(node, how, (*dimensions)[i]))
             return how == Encoding::fixedArray
-                       ? refuse(data.cardinality, "a fixed array of \"" + data.cardinality.str() +
-                                                      "\" elements")
+                       ? refuse(data.cardinality,
+                                "a fixed array of \"" + data.cardinality.str() + "\" elements")
                        : refuse(data.encoding, "its encoding is unknown");
         node.element = element;
         // Its elements stand without padding: told by a boundary of 0 until it is laid out.
@@ -381,9 +384,9 @@ void Compiler::build(Id id, const ArrayData& data)
 void Compiler::build(Id id, const FixedRecord& data)
 {
     if (!data.encoding.empty() && encoding(data.encoding) != Encoding::fixedRecord)
-        return find(Severity::error, "record-encoding", data, &data.encoding,
-                    "the record \"" + data.name.str() +
-                        "\" cannot be decoded: its encoding is unknown");
+        return find(
+            Severity::error, "record-encoding", data, &data.encoding,
+            "the record \"" + data.name.str() + "\" cannot be decoded: its encoding is unknown");
     std::vector<Part> parts;
     std::vector<std::string_view> names;
     for (const RecordField& field : data.fields)
@@ -410,8 +413,8 @@ void Compiler::buildMembers()
         if (member.cardinality.empty() || member.cardinality == "1") return;
         const auto how = componentCardinality(member.cardinality);
         if (!how || (how->least == 1 && how->most == 1)) return;
-        const auto [place, isNew] = myPlan.names.try_emplace(
-            repeatedName(member.dataType, member.cardinality), theNone);
+        const auto [place, isNew] =
+            myPlan.names.try_emplace(repeatedName(member.dataType, member.cardinality), theNone);
         if (!isNew) return;
         const Id element = resolve(member, member.dataType);
         const Id id = addRepeated(element, *how, false);

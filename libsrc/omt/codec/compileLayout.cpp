@@ -85,7 +85,8 @@ void Compiler::findOrder()
                 continue;
             }
             frames.pop_back();
-            if (!frames.empty()) lows[frames.back().id] = std::min(lows[frames.back().id], lows[id]);
+            if (!frames.empty())
+                lows[frames.back().id] = std::min(lows[frames.back().id], lows[id]);
             if (lows[id] == numbers[id]) close(id);
         }
     }
@@ -233,8 +234,7 @@ void Compiler::setRest(Node& node)
         std::uint64_t longer[8];
         for (std::uint64_t phase = 0; phase < 8; ++phase)
         {
-            const std::uint64_t end =
-                isThere ? aligned(phase, part.boundary) + field.size : phase;
+            const std::uint64_t end = isThere ? aligned(phase, part.boundary) + field.size : phase;
             longer[phase] = end - phase + lengths[end % 8];
         }
         std::copy(std::begin(longer), std::end(longer), std::begin(lengths));
@@ -266,9 +266,8 @@ void Compiler::layOutArray(Id id)
     if (node.extent == Extent::counted) node.size = 4;
     if (node.extent != Extent::fixed && node.extent != Extent::terminated) return;
     const Node empty;
-    const Node& element = node.count > 0 || node.extent == Extent::terminated
-                              ? myPlan.nodes[node.element]
-                              : empty;
+    const Node& element =
+        node.count > 0 || node.extent == Extent::terminated ? myPlan.nodes[node.element] : empty;
     const std::uint64_t stride = aligned(element.size, std::max<std::uint8_t>(element.boundary, 1));
     node.stride = saturated(stride);
     if (node.extent == Extent::terminated)

@@ -142,9 +142,8 @@ void Compiler::closeChoices(Choices& choices, const Enumeration* names) const
     std::stable_sort(choices.numbers.begin(), choices.numbers.end(), byNumber);
     const auto isSame = [](const Choices::Range& one, const Choices::Range& two)
     { return one.number == two.number; };
-    choices.numbers.erase(
-        std::unique(choices.numbers.begin(), choices.numbers.end(), isSame),
-        choices.numbers.end());
+    choices.numbers.erase(std::unique(choices.numbers.begin(), choices.numbers.end(), isSame),
+                          choices.numbers.end());
     constexpr std::size_t theDenseSize = 64;
     choices.dense.assign(theDenseSize, choices.other == theNone ? theUnknown : choices.other);
     for (const Choices::Range& row : choices.numbers)
@@ -263,9 +262,8 @@ void Compiler::build(Id id, const ComplexRecord& data)
         parts[i].boundary = 0;
         const Node& node = myPlan.nodes[target(part.node)];
         const auto* before = i > 0 ? &data.components[i - 1] : nullptr;
-        if (before && part.decider == theNone && part.stepCount == 0 &&
-            node.form == Form::array && node.extent == Extent::lengthless &&
-            isCountByName(before->name))
+        if (before && part.decider == theNone && part.stepCount == 0 && node.form == Form::array &&
+            node.extent == Extent::lengthless && isCountByName(before->name))
             addSteps(before->name, parts, i);
     }
     myPlan.nodes[id].form = Form::record;
@@ -303,7 +301,8 @@ void Compiler::setDecider(const Component& data, const ComponentCardinality& how
                           std::vector<Part>& parts, Part& part)
 {
     std::uint32_t i = 0;
-    while (i < parts.size() && parts[i].node != theNone && myPlan.text(parts[i].name) != how.decider)
+    while (i < parts.size() && parts[i].node != theNone &&
+           myPlan.text(parts[i].name) != how.decider)
         ++i;
     const bool isEarlier = i < parts.size() && parts[i].node != theNone;
     const Enumeration* const names = isEarlier ? enumerationOf(parts[i].node) : nullptr;

@@ -26,7 +26,8 @@ std::optional<Field> Type::findField(std::string_view path) const
             offset += std::uint64_t{step->index} * node.stride;
             field.myNode = node.element;
         }
-        else if ((node.form == Form::record || node.form == Form::variant) && step->index == theNone)
+        else if ((node.form == Form::record || node.form == Form::variant) &&
+                 step->index == theNone)
         {
             one.index = myPlan->findPart(node, step->name);
             if (one.index == theNone) return std::nullopt;
@@ -34,8 +35,8 @@ std::optional<Field> Type::findField(std::string_view path) const
             if (node.form == Form::variant && one.index > 0)
             {
                 one.what = What::alternative;
-                field.myIsDirect = field.myIsDirect && field.myVariant == theNone &&
-                                   node.length == Length::none;
+                field.myIsDirect =
+                    field.myIsDirect && field.myVariant == theNone && node.length == Length::none;
                 field.myVariant = static_cast<std::uint32_t>(&node - myPlan->nodes.data());
                 field.myVariantOffset = static_cast<std::uint32_t>(offset);
                 field.myAlternative = one.index;
@@ -107,7 +108,8 @@ bool Field::findSlowly(Octets value, std::size_t& at, std::size_t& end) const
     }
     if (!spot.isThere()) return false;
     at = spot.offset;
-    end = spot.entry == theNone ? at + myPlan->nodes[spot.node].size : index.entries[spot.entry].end;
+    end =
+        spot.entry == theNone ? at + myPlan->nodes[spot.node].size : index.entries[spot.entry].end;
     return end <= index.octets;
 }
 

@@ -90,11 +90,10 @@ std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const L
         }
         const std::int64_t right = stack[--size];
         std::int64_t& left = stack[size - 1];
-        const bool isTooLarge = step.what == Step::What::add
-                                    ? __builtin_add_overflow(left, right, &left)
-                                : step.what == Step::What::subtract
-                                    ? __builtin_sub_overflow(left, right, &left)
-                                    : __builtin_mul_overflow(left, right, &left);
+        const bool isTooLarge =
+            step.what == Step::What::add        ? __builtin_add_overflow(left, right, &left)
+            : step.what == Step::What::subtract ? __builtin_sub_overflow(left, right, &left)
+                                                : __builtin_mul_overflow(left, right, &left);
         if (isTooLarge) return std::nullopt;
     }
     return stack[0];
@@ -433,7 +432,8 @@ bool Indexer::field(const Node& node, std::uint32_t i, std::size_t start, std::s
     if (!part.isLookedAt) return true;
     const Node& number = myPlan.nodes[part.node];
     if (number.form == Form::number)
-        myIndex.looked[looked + i] = {loadInteger(number, myOctets.data() + at - number.size), true};
+        myIndex.looked[looked + i] = {loadInteger(number, myOctets.data() + at - number.size),
+                                      true};
     return true;
 }
 
@@ -487,8 +487,7 @@ bool Indexer::counted(std::uint32_t entry, const Node& node, std::size_t& at, co
     std::uint32_t bits;
     std::memcpy(&bits, myOctets.data() + at, 4);
     bits = __builtin_bswap32(bits);
-    if (bits > theLargestSize)
-        return fail("the count is negative", at, 4, left - 4, around.depth);
+    if (bits > theLargestSize) return fail("the count is negative", at, 4, left - 4, around.depth);
     at += 4;
     const Node& element = myPlan.nodes[node.element];
     const std::size_t place = start + aligned(4, element.boundary);
@@ -573,7 +572,7 @@ bool Indexer::lengthless(std::uint32_t entry, const Node& node, std::size_t& at,
 
 bool Indexer::stated(std::uint32_t entry, const Node& node, std::size_t& at, const Around& around)
 {
-    const std::optional<std::int64_t> count = 
+    const std::optional<std::int64_t> count =
         evaluate(myPlan, *around.part, myIndex.looked.data() + myLookedBase);
     const std::size_t left = around.limit - at;
     if (!count || *count < 0 || *count > theLargestSize)
@@ -657,15 +656,16 @@ bool Indexer::padding(std::uint32_t entry, const Node& node, std::size_t& at, co
     const std::size_t needed = aligned(at, node.count) - at;
     const std::size_t left = around.limit - at;
     if (needed > left)
-        return fail(std::to_string(needed) + " octets of padding needed, " + std::to_string(left) +
-                        " left",
-                    at, needed, left, around.depth);
+        return fail(
+            std::to_string(needed) + " octets of padding needed, " + std::to_string(left) + " left",
+            at, needed, left, around.depth);
     myIndex.entries[entry].count = static_cast<std::uint32_t>(needed);
     at += needed;
     return true;
 }
 
-// Variant records -----------------------------------------------------------------------------------
+// Variant records
+// -----------------------------------------------------------------------------------
 
 bool Indexer::variant(std::uint32_t id, std::size_t& at, const Around& around)
 {

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Values from JSON: one pass over the text writes octets; only fields that stand out of order are
 // passed over first and read when their turn comes.
-#include "omt/codec/valueParts.h"
-
 #include "omt/codec/typeText.h"
+#include "omt/codec/valueParts.h"
 
 #include <array>
 #include <bit>
@@ -370,8 +369,9 @@ private:
                                               : std::from_chars(text.data(), end, number);
         const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
         const bool isPadded = text.size() > sign + 1 && text[sign] == '0';
-        const bool isOutside = error == std::errc::result_out_of_range ||
-                               (isUnsigned && sign == 1 && text.size() > 1 && digitOf(text[1]) >= 0);
+        const bool isOutside =
+            error == std::errc::result_out_of_range ||
+            (isUnsigned && sign == 1 && text.size() > 1 && digitOf(text[1]) >= 0);
         if (isOutside) return outside(node, text, depth);
         if (text.empty() || error != std::errc() || stop != end || isPadded)
             return fail("\"" + std::string(text) + "\" is no whole number", depth);
@@ -380,18 +380,18 @@ private:
 
     bool outside(const Node& node, std::string_view text, std::uint32_t depth)
     {
-        return fail(std::string(text) + " is out of range of " +
-                        std::string(myPlan.text(node.name)),
-                    depth);
+        return fail(
+            std::string(text) + " is out of range of " + std::string(myPlan.text(node.name)),
+            depth);
     }
 
     bool ranged(const Node& node, std::int64_t number, std::uint32_t depth)
     {
         const unsigned bits = 8 * node.size;
         const bool isUnsigned = node.scalar == Scalar::unsignedInteger;
-        const bool isIn = bits == 64 || (isUnsigned ? static_cast<std::uint64_t>(number) >> bits == 0
-                                                    : number >> (bits - 1) == 0 ||
-                                                          number >> (bits - 1) == -1);
+        const bool isIn =
+            bits == 64 || (isUnsigned ? static_cast<std::uint64_t>(number) >> bits == 0
+                                      : number >> (bits - 1) == 0 || number >> (bits - 1) == -1);
         if (!isIn)
             return outside(node,
                            isUnsigned ? std::to_string(static_cast<std::uint64_t>(number))
@@ -509,7 +509,8 @@ private:
         return true;
     }
 
-    // Records --------------------------------------------------------------------------------------
+    // Records
+    // --------------------------------------------------------------------------------------
 
     bool key(std::string_view& name, std::uint32_t depth)
     {
@@ -679,9 +680,9 @@ private:
         if (isWritten) return true;
         const char* const end = myText.place();
         if (discriminant == nullptr)
-            return fail("\"" + std::string(myPlan.text(myPlan.parts[node.first].name)) +
-                            "\" is missing",
-                        depth);
+            return fail(
+                "\"" + std::string(myPlan.text(myPlan.parts[node.first].name)) + "\" is missing",
+                depth);
         if (contents != nullptr)
         {
             myText.goTo(discriminant);
@@ -703,8 +704,8 @@ private:
         if (wanted == theUnknown && !isMeasured)
             return fail("no alternative for the number " + std::to_string(number), depth);
         const bool isKept = given == theUnknown && isMeasured && wanted >= theUnknown;
-        const bool isLeftOut = given == theNothing && (wanted >= theUnknown ||
-                                                       node.length == Length::extendable);
+        const bool isLeftOut =
+            given == theNothing && (wanted >= theUnknown || node.length == Length::extendable);
         if (given != wanted && !isKept && !isLeftOut)
             return fail(given == theNothing
                             ? "\"" + name(node, wanted) + "\" is missing"
@@ -734,7 +735,8 @@ private:
         return std::string(myPlan.text(myPlan.parts[node.first + part].name));
     }
 
-    // Arrays ---------------------------------------------------------------------------------------
+    // Arrays
+    // ---------------------------------------------------------------------------------------
 
     bool array(std::uint32_t id, std::uint32_t depth)
     {

@@ -219,13 +219,13 @@ private:
     void special(const Node& node, const std::uint8_t* octets, double number)
     {
         if (std::isinf(number))
-            return myRoom.put(number < 0 ? "\"-Infinity\"," : "\"Infinity\",", number < 0 ? 12 : 11);
-        const std::uint8_t thePlain[] = {0x7F, static_cast<std::uint8_t>(node.size == 4 ? 0xC0 : 0xF8),
-                                         0, 0, 0, 0, 0, 0};
+            return myRoom.put(number < 0 ? "\"-Infinity\"," : "\"Infinity\",",
+                              number < 0 ? 12 : 11);
+        const std::uint8_t thePlain[] = {
+            0x7F, static_cast<std::uint8_t>(node.size == 4 ? 0xC0 : 0xF8), 0, 0, 0, 0, 0, 0};
         bool isPlain = true;
         for (std::uint32_t i = 0; i < node.size; ++i)
-            isPlain = isPlain &&
-                      octets[node.isLittleEndian ? node.size - 1 - i : i] == thePlain[i];
+            isPlain = isPlain && octets[node.isLittleEndian ? node.size - 1 - i : i] == thePlain[i];
         if (isPlain) return myRoom.put("\"NaN\",", 6);
         myRoom.put("{\"nan\":\"", 8);
         digits(octets, node.size);

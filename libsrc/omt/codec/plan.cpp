@@ -37,8 +37,9 @@ Name Plan::addQuoted(std::string_view text, std::string_view end, Name& name)
     pool += '"';
     pool += end;
     quoted.size = static_cast<std::uint32_t>(pool.size()) - quoted.at;
-    name = isPlain ? Name{static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())}
-                   : add(text);
+    name = isPlain
+               ? Name{static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())}
+               : add(text);
     return quoted;
 }
 
@@ -67,10 +68,9 @@ std::uint32_t Plan::findAlternative(const Node& variant, std::int64_t number) co
     const Choices& table = choices[variant.table];
     if (static_cast<std::uint64_t>(number) < table.dense.size())
         return table.dense[static_cast<std::size_t>(number)];
-    const auto place =
-        std::lower_bound(table.numbers.begin(), table.numbers.end(), number,
-                         [](const Choices::Range& row, std::int64_t wanted)
-                         { return row.number < wanted; });
+    const auto place = std::lower_bound(table.numbers.begin(), table.numbers.end(), number,
+                                        [](const Choices::Range& row, std::int64_t wanted)
+                                        { return row.number < wanted; });
     if (place != table.numbers.end() && place->number == number) return place->alternative;
     return table.other == theNone ? theUnknown : table.other;
 }

@@ -221,7 +221,8 @@ struct Plan
 
     std::string_view text(Name name) const { return {pool.data() + name.at, name.size}; }
     Name add(std::string_view text);
-    /// Adds a text as JSON has it, with quotes and `end`; gives this, and in `name` the text itself.
+    /// Adds a text as JSON has it, with quotes and `end`; gives this, and in `name` the text
+    /// itself.
     Name addQuoted(std::string_view text, std::string_view end, Name& name);
 
     /// The index of the first entry with this number, or theNone.

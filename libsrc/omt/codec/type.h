@@ -69,8 +69,8 @@ public:
     /// The datatype of the elements of an array; nothing for other kinds.
     std::optional<Type> element() const;
 
-    /// Decodes octets into a value that keeps a copy of them. A value that was used before keeps its
-    /// memory, so that nothing is allocated once it has grown.
+    /// Decodes octets into a value that keeps a copy of them. A value that was used before keeps
+    /// its memory, so that nothing is allocated once it has grown.
     Value decode(Octets octets) const;
     void decode(Octets octets, Value& value) const;
     /// The same without a copy: the octets have to live as long as the value is read.
@@ -78,7 +78,8 @@ public:
 
     /// Appends the octets of a value in JSON. Where it is none, nothing is appended and the reason
     /// is returned.
-    std::optional<ValueError> encode(std::string_view json, std::vector<std::uint8_t>& octets) const;
+    std::optional<ValueError> encode(std::string_view json,
+                                     std::vector<std::uint8_t>& octets) const;
     /// Makes a value from JSON. Where it is none, the value is as before.
     std::optional<ValueError> read(std::string_view json, Value& value) const;
 

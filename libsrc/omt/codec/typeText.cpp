@@ -130,7 +130,8 @@ std::optional<Representation> representation(const BasicData& data, std::string&
     const std::string_view texts[] = {data.name, data.interpretation, data.encoding};
     const auto says = [&texts](std::string_view word)
     {
-        return std::any_of(std::begin(texts), std::end(texts), [word](std::string_view text)
+        return std::any_of(std::begin(texts), std::end(texts),
+                           [word](std::string_view text)
                            { return containsWithoutCase(text, word); });
     };
     const std::optional<std::uint32_t> bits = count(data.size);
@@ -145,9 +146,7 @@ std::optional<Representation> representation(const BasicData& data, std::string&
     what.octets = static_cast<std::uint8_t>(*bits / 8);
     what.boundary = what.octets <= 2 ? what.octets : what.octets <= 4 ? 4 : 8;
     what.isLittleEndian = equalsWithoutCase(trimmed(data.endian), "little");
-    what.scalar = says("float")                                           ? F
-                  : says("unsigned") || says("octet") || says("[0,") ? U
-                                                                          : S;
+    what.scalar = says("float") ? F : says("unsigned") || says("octet") || says("[0,") ? U : S;
     return what;
 }
 
@@ -252,8 +251,7 @@ std::optional<std::int64_t> wholeNumber(std::string_view text)
     if (isHexadecimal) text.remove_prefix(2);
     std::uint64_t number = 0;
     const char* const end = text.data() + text.size();
-    const auto [stop, error] =
-        std::from_chars(text.data(), end, number, isHexadecimal ? 16 : 10);
+    const auto [stop, error] = std::from_chars(text.data(), end, number, isHexadecimal ? 16 : 10);
     if (text.empty() || error != std::errc() || stop != end) return std::nullopt;
     if (isNegative && number > std::uint64_t{1} << 63) return std::nullopt;
     return static_cast<std::int64_t>(isNegative ? ~number + 1 : number);
@@ -272,8 +270,8 @@ std::vector<EnumeratorRange> enumeratorRanges(std::string_view text)
             one = one.substr(1, one.size() - 2);
         const std::size_t dots = one.find("..");
         const std::string_view first = trimmed(one.substr(0, dots));
-        ranges.push_back({first, dots == std::string_view::npos ? first
-                                                                : trimmed(one.substr(dots + 2))});
+        ranges.push_back(
+            {first, dots == std::string_view::npos ? first : trimmed(one.substr(dots + 2))});
     }
     return ranges;
 }

@@ -29,14 +29,17 @@ std::optional<Representation> representation(const BasicData& data, std::string&
 std::optional<Representation> standardRepresentation(std::string_view name);
 std::optional<Representation> representation13(std::string_view name);
 inline constexpr std::string_view theStandardNames[] = {
-    "HLAinteger16BE", "HLAinteger32BE", "HLAinteger64BE", "HLAinteger16LE", "HLAinteger32LE",
-    "HLAinteger64LE", "HLAunsignedInteger8", "HLAunsignedInteger16BE", "HLAunsignedInteger32BE",
+    "HLAinteger16BE",         "HLAinteger32BE",         "HLAinteger64BE",
+    "HLAinteger16LE",         "HLAinteger32LE",         "HLAinteger64LE",
+    "HLAunsignedInteger8",    "HLAunsignedInteger16BE", "HLAunsignedInteger32BE",
     "HLAunsignedInteger64BE", "HLAunsignedInteger16LE", "HLAunsignedInteger32LE",
-    "HLAunsignedInteger64LE", "HLAfloat32BE", "HLAfloat64BE", "HLAfloat32LE", "HLAfloat64LE",
-    "HLAoctet", "HLAoctetPairBE", "HLAoctetPairLE"};
+    "HLAunsignedInteger64LE", "HLAfloat32BE",           "HLAfloat64BE",
+    "HLAfloat32LE",           "HLAfloat64LE",           "HLAoctet",
+    "HLAoctetPairBE",         "HLAoctetPairLE"};
 inline constexpr std::string_view theNamesOf13[] = {
-    "octet", "unsigned char", "short", "unsigned short", "long", "unsigned long", "int",
-    "unsigned int", "long long", "unsigned long long", "float", "double", "char"};
+    "octet",         "unsigned char", "short",        "unsigned short", "long",
+    "unsigned long", "int",           "unsigned int", "long long",      "unsigned long long",
+    "float",         "double",        "char"};
 
 enum class Encoding
 {

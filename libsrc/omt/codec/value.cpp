@@ -293,9 +293,9 @@ Item Item::operator[](std::size_t index) const
     const Spot spot{myNode, myOffset, myEntry};
     const Part* part = nullptr;
     const bool isArray = steps.plan.nodes[myNode].form == Form::array;
-    const Spot found = isArray ? index < theNone ? steps.element(spot, static_cast<std::uint32_t>(index))
-                                                 : Spot()
-                               : findField(steps, spot, {}, index, part);
+    const Spot found =
+        isArray ? index < theNone ? steps.element(spot, static_cast<std::uint32_t>(index)) : Spot()
+                : findField(steps, spot, {}, index, part);
     return found.isThere() ? Item(*myValue, found.node, found.offset, found.entry) : Item();
 }
 

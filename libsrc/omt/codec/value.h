@@ -91,7 +91,8 @@ public:
     Item root() const;
     Item operator[](std::string_view path) const { return root()[path]; }
 
-    /// Appends the value in JSON; after a fault what was decoded, and nothing where that is nothing.
+    /// Appends the value in JSON; after a fault what was decoded, and nothing where that is
+    /// nothing.
     void appendJson(std::string& text, const JsonOptions& options = {}) const;
     std::string json(const JsonOptions& options = {}) const;
 

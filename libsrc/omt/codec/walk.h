@@ -161,8 +161,8 @@ public:
     const Index& index;
 };
 
-/// A sink has: beginRecord(node), field(part), endRecord(), beginArray(count), element(), endArray(),
-/// number(node, octets), latin1(octets, count), utf16(element, octets, count),
+/// A sink has: beginRecord(node), field(part), endRecord(), beginArray(count), element(),
+/// endArray(), number(node, octets), latin1(octets, count), utf16(element, octets, count),
 /// hexadecimal(octets, count), kept(octets, count).
 template <typename Sink>
 class Walk
@@ -255,8 +255,7 @@ private:
             piece(alternative);
         }
         if (entry.count == theUnknown)
-            mySink.kept(myOctets + spot.offset + node.body,
-                        entry.end - spot.offset - node.body);
+            mySink.kept(myOctets + spot.offset + node.body, entry.end - spot.offset - node.body);
         mySink.endRecord();
     }
 

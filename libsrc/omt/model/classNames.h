@@ -4,6 +4,7 @@
 
 #include "omt/model/definitions.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,12 +20,13 @@ std::string shortFullName(const std::vector<Class>& table, const Class& node,
 {
     std::vector<std::string_view> names;
     std::size_t length = 0;
-    for (const Class* at = &node;;)
+    bool isWhole = false;
+    for (const Class* at = &node; length <= most + 1; at = &table[at->parent])
     {
         names.push_back(at->name);
         length += at->name.size() + 1;
-        if (length > most + 1 || at->parent == ClassDefinition::theNone) break;
-        at = &table[at->parent];
+        isWhole = at->parent == ClassDefinition::theNone;
+        if (isWhole) break;
     }
     std::string text;
     for (auto name = names.rbegin(); name != names.rend(); ++name)
@@ -32,8 +34,8 @@ std::string shortFullName(const std::vector<Class>& table, const Class& node,
         if (!text.empty()) text += '.';
         text += *name;
     }
-    if (text.size() <= most) return text;
-    std::size_t begin = text.size() - most;
+    if (isWhole && text.size() <= most) return text;
+    std::size_t begin = text.size() - std::min(text.size(), most);
     while (begin < text.size() && (static_cast<unsigned char>(text[begin]) & 0xC0U) == 0x80U)
         ++begin;
     return "..." + text.substr(begin);

@@ -22,11 +22,15 @@ std::string_view takeWord(std::string_view& text)
     return word;
 }
 
+bool isSilent(const List<Text>& texts)
+{
+    return texts.empty() || (texts.size() == 1 && !saysSomething(texts[0].view()));
+}
+
 std::vector<std::string_view> sortedTexts(const List<Text>& texts)
 {
     std::vector<std::string_view> sorted;
-    for (const Text& text : texts)
-        if (saysSomething(text.view())) sorted.push_back(text);
+    for (const Text& text : texts) sorted.push_back(text);
     std::sort(sorted.begin(), sorted.end());
     return sorted;
 }
@@ -35,11 +39,13 @@ std::vector<std::string_view> sortedTexts(const List<Text>& texts)
 /// the one that is written.
 bool isSameTexts(const List<Text>& left, const List<Text>& right, Kind kind)
 {
+    if (left.size() != right.size()) return isSilent(left) && isSilent(right);
     if (kind == Kind::enumerator)
-        return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+        return std::equal(left.begin(), left.end(), right.begin(),
                           [](const Text& a, const Text& b)
                           { return a == b || comparableNumber(a) == comparableNumber(b); });
-    return std::equal(left.begin(), left.end(), right.begin(), right.end()) ||
+    return std::equal(left.begin(), left.end(), right.begin(),
+                      [](const Text& a, const Text& b) { return isSameText(a, b); }) ||
            sortedTexts(left) == sortedTexts(right);
 }
 
@@ -72,7 +78,7 @@ bool saysSomething(const Definition& definition, Kind kind)
         if (row.bearing != Bearing::behaviour || isPart(kind, row)) continue;
         if (row.oneText == &Definition::name) continue;
         if (row.oneText && saysSomething((definition.*row.oneText).view())) return true;
-        if (row.someTexts && !sortedTexts(definition.*row.someTexts).empty()) return true;
+        if (row.someTexts && !isSilent(definition.*row.someTexts)) return true;
     }
     return false;
 }
@@ -102,15 +108,25 @@ std::string comparableNumber(std::string_view text)
     return (isNegative && number != 0 ? "-" : "") + std::to_string(number);
 }
 
+std::string cutText(std::string_view text, std::size_t most)
+{
+    if (text.size() <= most) return std::string(text);
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return std::string(text.substr(0, end)) + "...";
+}
+
 std::string valueOf(const Definition& definition, const Row& row)
 {
-    if (row.oneText) return (definition.*row.oneText).str();
+    if (row.oneText) return cutText(definition.*row.oneText);
+    constexpr std::size_t theEnough = 100;
     std::string value;
     if (!row.someTexts) return value;
     for (const Text& text : definition.*row.someTexts)
     {
         if (!value.empty()) value += ", ";
-        value += text.view();
+        if (value.size() > theEnough) return value + "...";
+        value += cutText(text);
     }
     return value;
 }

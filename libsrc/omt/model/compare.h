@@ -4,6 +4,7 @@
 
 #include "omt/model/rows.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,10 @@ bool isSameText(std::string_view left, std::string_view right);
 /// is.
 std::string comparableNumber(std::string_view text);
 
-/// What a property says, several texts with commas between them.
+/// A text, cut to so many octets, between characters, and three periods where it is longer.
+std::string cutText(std::string_view text, std::size_t most = 120);
+
+/// What a property says, several texts with commas between them, as cutText() cuts it.
 std::string valueOf(const Definition& definition, const Row& row);
 
 /// Whether two definitions of a kind say the same by a row. Absent, empty and `NA` are equal.

@@ -145,12 +145,7 @@ struct Repetition
 /// A text as findings show it.
 std::string shown(std::string_view text)
 {
-    constexpr std::size_t theMost = 120;
-    if (!saysSomething(text) && text.empty()) return "not given";
-    if (text.size() <= theMost) return '`' + std::string(text) + '`';
-    std::size_t end = theMost;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return '`' + std::string(text.substr(0, end)) + "...`";
+    return text.empty() ? "not given" : '`' + cutText(text) + '`';
 }
 
 /// The line of a property, that of its definition where the property has none.
@@ -414,7 +409,7 @@ Repetition Merger::judge(const T& first, std::uint32_t index, const T& later) co
     repetition.isCompletion =
         isCompletable<T> && isSilent &&
         (saysSomething(later, theKind) || (!hasParts(first, index) && hasAnyPart(later)));
-    repetition.mayLeaveOut = isNewest || isSilent;
+    repetition.mayLeaveOut = isNewest || repetition.isCompletion;
     repetition.mayAdd = isNewest || repetition.isCompletion;
     if constexpr (theKind == Kind::variantRecord)
         if (!repetition.isCompletion && !isExtendable(first)) repetition.mayAdd = false;
@@ -555,11 +550,13 @@ void Merger::reportMissing(const Growth<Part>& growth, std::vector<std::uint32_t
                            const Repetition& repetition)
 {
     constexpr std::size_t theMost = 3;
+    // Names that are there twice are not missing; that many of them are looked at and no more.
+    const std::size_t end = std::min(growth.own, matched.size() + 1000);
     std::sort(matched.begin(), matched.end());
     std::string names;
     std::size_t count = 0;
     auto next = matched.begin();
-    for (std::uint32_t i = 0; i < growth.own && count < theMost; ++i)
+    for (std::uint32_t i = 0; i < end && count < theMost; ++i)
     {
         while (next != matched.end() && *next < i) ++next;
         if (next != matched.end() && *next == i) continue;
@@ -661,18 +658,16 @@ template <typename T>
 std::string Merger::describe(std::vector<T> Tables::*table, std::uint32_t index) const
 {
     const T& definition = (tables().*table)[index];
-    std::string name = definition.name.str();
+    std::string name = cutText(definition.name);
     if constexpr (std::is_base_of_v<ClassDefinition, T>)
     {
-        constexpr int theMostLevels = 32;
-        int level = 0;
+        constexpr std::size_t theEnough = 200;
         std::uint32_t at = definition.parent;
-        for (; at != T::theNone && level < theMostLevels;
-             at = (tables().*table)[at].parent, ++level)
-            name.insert(0, (tables().*table)[at].name.str() + '.');
+        for (; at != T::theNone && name.size() < theEnough; at = (tables().*table)[at].parent)
+            name.insert(0, cutText((tables().*table)[at].name) + '.');
         if (at != T::theNone) name.insert(0, "...");
     }
-    return std::string(nameOf(T::theKind)) + ' ' + shown(name);
+    return std::string(nameOf(T::theKind)) + " `" + name + '`';
 }
 
 void Merger::report(Severity severity, std::string_view name, std::string text, Place place,

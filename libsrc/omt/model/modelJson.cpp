@@ -7,7 +7,6 @@
 #include "omt/model/rows.h"
 
 #include <algorithm>
-#include <set>
 #include <unordered_set>
 
 namespace omt
@@ -147,13 +146,19 @@ public:
     /// The notes that the definitions so far refer to and the model has.
     void writeNotes()
     {
-        if (myNoteLabels.empty()) return;
+        if (myNotes.empty()) return;
         myJson.key("notes");
-        myJson.beginObject();
-        for (const std::string_view label : myNoteLabels)
-            if (const Note* const note = myModel.findNote(label))
-                myJson.property(label, note->semantics);
-        myJson.endObject();
+        myJson.beginArray();
+        // A note may refer to others, which then follow.
+        for (std::size_t i = 0; i < myNotes.size(); ++i)
+        {
+            const Note& note = *myNotes[i];
+            myJson.beginObject();
+            writeMembers(note);
+            writePlace(note);
+            myJson.endObject();
+        }
+        myJson.endArray();
     }
 
     static constexpr std::uint32_t theNoModule = 0xFFFFFFFF;
@@ -168,7 +173,7 @@ private:
             return;
         }
         const List<Text>& texts = definition.*row.someTexts;
-        if (texts.empty()) return;
+        if (!texts.isThere()) return;
         myJson.key(row.key);
         myJson.beginArray();
         for (const Text& text : texts) myJson.text(text);
@@ -199,25 +204,27 @@ private:
             myJson.property("text", aside.text);
             if (aside.text.line() != 0) myJson.property("line", aside.text.line());
             myJson.endObject();
-            if (aside.what == Aside::What::notes) addLabels(aside.text);
+            if (aside.what == Aside::What::notes) addNotes(aside.text, definition);
         }
         myJson.endArray();
     }
 
-    void addLabels(std::string_view labels)
+    void addNotes(std::string_view labels, const Definition& user)
     {
         constexpr std::string_view theBlanks = " \t\r\n";
         while (!labels.empty())
         {
             const std::size_t end = std::min(labels.find_first_of(theBlanks), labels.size());
-            if (end != 0) myNoteLabels.insert(labels.substr(0, end));
+            const Note* const note = myModel.findNote(labels.substr(0, end), user);
+            if (note && myNotesSeen.insert(note).second) myNotes.push_back(note);
             labels.remove_prefix(std::min(end + 1, labels.size()));
         }
     }
 
     const Model& myModel;
     JsonWriter& myJson;
-    std::set<std::string_view> myNoteLabels;
+    std::vector<const Note*> myNotes;
+    std::unordered_set<const Note*> myNotesSeen;
 };
 
 // The whole model

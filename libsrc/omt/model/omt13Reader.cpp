@@ -153,11 +153,14 @@ void forEachIn(const Clauses& clauses, std::uint32_t list, Visit&& visit)
 bool Omt13Reader::read()
 {
     std::optional<std::uint32_t> model;
+    bool isFed = false;
     for (std::uint32_t at = 0; at < myClauses.size(); at = myClauses[at].next)
+    {
         if (!model && isSameWord(keywordOf(at), "ObjectModel")) model = at;
+        isFed = isFed || isSameWord(keywordOf(at), "FED");
+    }
     if (!model)
     {
-        const bool isFed = myClauses.size() > 0 && isSameWord(keywordOf(0), "FED");
         report(Severity::error, "no-object-model",
                isFed ? "is a FED file, which has neither datatypes nor descriptions; the OMT file "
                        "of the model is read"
@@ -171,15 +174,16 @@ bool Omt13Reader::read()
     std::vector<std::uint32_t> comments;
     for (std::uint32_t at = 0; at < myClauses.size(); at = myClauses[at].next)
     {
-        if (at == *model)
+        if (myClauses[at].form == Clause::Form::comment)
         {
-            addComments(comments, Aside::theWhole, myIdentificationPending.asides);
-            readModel(at);
-        }
-        else if (myClauses[at].form == Clause::Form::comment)
             comments.push_back(at);
+            continue;
+        }
+        addComments(comments, Aside::theWhole, myIdentificationPending.asides);
+        // The version of the format, and what else stands beside the model, is kept as it is.
+        if (at == *model)
+            readModel(at);
         else
-            // The line with the version of the format, and what else stands beside the model.
             addUnknown(at, myIdentificationPending.asides);
     }
     addComments(comments, Aside::theEnd, myIdentificationPending.asides);

@@ -103,14 +103,15 @@ bool isIn(const std::string_view (&names)[Count], std::string_view name)
 
 std::string quoted(std::string_view name)
 {
-    return '`' + std::string(name) + '`';
+    return '`' + cutText(name) + '`';
 }
 
 /// A name of a module as it is compared: letters and digits in lower case.
 std::string plainName(std::string_view text)
 {
+    constexpr std::size_t theMost = 300;
     std::string plain;
-    for (const char c : text)
+    for (const char c : text.substr(0, theMost))
     {
         if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) plain += c;
         if (c >= 'A' && c <= 'Z') plain += static_cast<char>(c - 'A' + 'a');
@@ -414,7 +415,7 @@ private:
             {
                 if ((dependency.module == missing.module) != isOwn) continue;
                 if (++count > theMostHints) break;
-                text += "; " + std::string(dependency.name) + " is named as a dependency of " +
+                text += "; " + cutText(dependency.name) + " is named as a dependency of " +
                         myModel.modules()[dependency.module].file.str();
             }
             if (count != 0) break;

@@ -120,8 +120,17 @@ void XmlParser::stop(const char* name, std::string text)
 {
     auto* const expat = static_cast<XML_Parser>(myExpat);
     myFault = {Severity::error, name, std::move(text), {}};
-    myFault.place.line = static_cast<std::uint32_t>(XML_GetCurrentLineNumber(expat));
-    myFault.place.column = static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(expat)) + 1;
+    // Expat counts a lone carriage return as the end of a line; here as elsewhere only a line feed
+    // is.
+    const std::size_t at = std::min(offset(), myText.size());
+    myFault.place.line = lineAt(at);
+    const std::size_t lineEnd = myText.substr(0, at).rfind('\n');
+    const std::string_view before =
+        myText.substr(lineEnd == std::string_view::npos ? 0 : lineEnd + 1, at - lineEnd - 1);
+    myFault.place.column =
+        1 + static_cast<std::uint32_t>(std::count_if(
+                before.begin(), before.end(),
+                [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
     static_cast<Callbacks*>(XML_GetUserData(expat))->isStopped = true;
     XML_StopParser(expat, XML_FALSE);
 }

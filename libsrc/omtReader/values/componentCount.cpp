@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <typeinfo>
+#include <vector>
 
 namespace omtreader
 {
@@ -41,8 +43,32 @@ const DtStringTree* ComponentCount::earlierComponent(const DtString& name, const
                                                      const DtStringTree* parent)
 {
     const DtStringTree* child = parent ? parent->firstChild() : nullptr;
-    while (child && child->key() != name) child = child->nextSibling();
-    return child || !root ? child : root->findKey(name);
+    while (child && child->key() != name) child = mayLook(name) ? child->nextSibling() : nullptr;
+    if (child || !root) return child;
+    // A host's own nodes may find otherwise.
+    return typeid(*root) == typeid(DtStringTree) ? find(name, *root) : root->findKey(name);
+}
+
+// As DtStringTree::findKey() finds, with every look counted: a value of many components may look
+// through all of its nodes for each.
+const DtStringTree* ComponentCount::find(const DtString& name, const DtStringTree& root)
+{
+    std::vector<const DtStringTree*> open = {&root};
+    while (!open.empty() && mayLook(name))
+    {
+        const DtStringTree* const node = open.back();
+        open.pop_back();
+        if (node->key() == name) return node;
+        if (node->firstChild()) open.push_back(node->firstChild());
+        if (node->nextSibling()) open.push_back(node->nextSibling());
+    }
+    return nullptr;
+}
+
+bool ComponentCount::mayLook(const DtString& name)
+{
+    constexpr int theWorkOfALook = 4;
+    return myBounds.allowWork(theWorkOfALook, name);
 }
 
 bool ComponentCount::holdsValue(const DtStringTree& node, const DtString& value)

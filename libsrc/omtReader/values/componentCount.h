@@ -11,17 +11,23 @@ namespace omtreader
 class ComponentCount
 {
 public:
-    explicit ComponentCount(DatatypeResolver& resolver) : myResolver(resolver) {}
+    ComponentCount(DatatypeResolver& resolver, ConversionBounds& bounds)
+        : myResolver(resolver), myBounds(bounds)
+    {
+    }
 
     int of(const DtComplexComponentNode& node, const DtStringTree* root,
            const DtStringTree* parent);
 
 private:
-    static const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
-                                                const DtStringTree* parent);
+    const DtStringTree* earlierComponent(const DtString& name, const DtStringTree* root,
+                                         const DtStringTree* parent);
+    const DtStringTree* find(const DtString& name, const DtStringTree& root);
+    bool mayLook(const DtString& name);
     bool holdsValue(const DtStringTree& node, const DtString& value);
 
     DatatypeResolver& myResolver;
+    ConversionBounds& myBounds;
 };
 
 }  // namespace omtreader

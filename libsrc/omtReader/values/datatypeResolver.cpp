@@ -22,8 +22,8 @@ Node* findOnce(ResolvedDatatype::Found<Node>& found, DtOMTTree* tree, const DtSt
 {
     if (!found.isKnown)
     {
-        found.isKnown = true;
         found.node = tree ? (tree->*get)(name) : nullptr;
+        found.isKnown = true;  // not before, as looking may fail for want of memory
     }
     return found.node;
 }
@@ -40,22 +40,6 @@ std::vector<std::pair<int, const DtString*>> namesByNumber(const DtEnumeratedDat
 }
 
 }  // namespace
-
-const Label& ResolvedDatatype::label(const DtString& key)
-{
-    constexpr std::size_t theMostLabels = 512;
-    const std::size_t count = labels.size();
-    // Fields and elements come in the same order time and again: most ask for the next one.
-    for (std::size_t step = 0; step < count; ++step)
-    {
-        if (++latestLabel >= count) latestLabel = 0;
-        if (labels[latestLabel]->key == key) return labels[latestLabel];
-    }
-    if (count == theMostLabels) labels.clear();
-    latestLabel = labels.size();
-    return labels.emplace_back(
-        std::make_shared<const DtStringTree::Label>(DtStringTree::Label{key, name}));
-}
 
 ResolvedDatatype& DatatypeResolver::search(const DtString& name)
 {
@@ -179,7 +163,8 @@ const DtString* DatatypeResolver::enumerator(ResolvedDatatype& datatype, int num
 {
     const DtEnumeratedDatatypeNode* const node = enumerated(datatype);
     if (!node) return nullptr;
-    if (!std::exchange(datatype.hasNames, true)) datatype.names = namesByNumber(*node);
+    if (!datatype.hasNames) datatype.names = namesByNumber(*node);
+    datatype.hasNames = true;  // not before, as memory may be short
     const auto it = std::lower_bound(datatype.names.begin(), datatype.names.end(), number,
                                      [](const auto& entry, int n) { return entry.first < n; });
     return it != datatype.names.end() && it->first == number ? it->second : nullptr;

@@ -3,14 +3,12 @@
 #pragma once
 
 #include "omtReader/modelRevision.h"
-#include "omtReader/stringTree.h"
 #include "omtReader/values/conversionBounds.h"
 #include "omtReader/values/conversionSettings.h"
 #include "omtReader/values/scalarText.h"
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -25,7 +23,6 @@ namespace omtreader
 {
 
 struct ResolvedDatatype;
-using Label = std::shared_ptr<const DtStringTree::Label>;
 
 /// A field, alternative, component or element with what its datatype stands for.
 struct ResolvedComponent
@@ -39,9 +36,6 @@ struct ResolvedComponent
 struct ResolvedDatatype
 {
     explicit ResolvedDatatype(DtString itsName) : name(std::move(itsName)) {}
-
-    /// The label of a node with this key and this datatype. It stays until the next call.
-    const Label& label(const DtString& key);
 
     const DtString name;
     const DtDatatypeManager::DtDatatypeEnum* kind = nullptr;  // in the kind table, null if absent
@@ -70,10 +64,6 @@ struct ResolvedDatatype
     std::vector<ResolvedComponent> components;
     std::vector<std::pair<int, const DtString*>> names;  // of an enumeration, by number
     bool hasNames = false;
-
-private:
-    std::vector<Label> labels;  // in the order in which they were first asked for
-    std::size_t latestLabel = 0;
 };
 
 /// Finds datatypes by name. Nothing that it gives changes what a caller sees: it starts anew after

@@ -160,7 +160,7 @@ std::vector<TextPiece> TextCutter::cutComplex(const std::vector<ResolvedComponen
         const auto endBefore = [&](std::string_view behind)
         { return endOfGroups(endOf(datatype, range, *serving, behind, true), range.end); };
         std::size_t pieceEnd = endBefore(serving->view());
-        auto* const node = new DtStringTree(datatype.label(now.node->getName()), 0);
+        auto* const node = new DtStringTree(now.node->getName(), datatype.name, 0);
         node->setValue(textOf({range.begin, pieceEnd}));
         last ? last->setNextSibling(node) : earlier.setFirstChild(node);
         last = node;

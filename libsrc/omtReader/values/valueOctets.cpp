@@ -29,8 +29,9 @@ void ValueOctets::copy(const void* data, int length)
     const auto needed = static_cast<std::size_t>(3 * theAlignment + myLength + theTail);
     if (needed > myCapacity || myCapacity > theLargestToKeep)
     {
-        myCapacity = needed;
+        // The capacity is that of the memory at any time, whether or not there is more of it.
         myMemory.reset(new char[needed]);
+        myCapacity = needed;
     }
     const std::int64_t toAligned = theAlignment - misalignment(myMemory.get());
     char* const begin = myMemory.get() + theAlignment + toAligned + misalignment(data);

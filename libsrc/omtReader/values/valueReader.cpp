@@ -20,9 +20,12 @@ void ValueReader::represent(const DtDatatypeRep& rep, const DtString& name,
 {
     value.consumed = 0;
     text = rep.stringRep(value.data, &value.consumed);
-    if (value.consumed > 0 || !value.data) return;
+    if (!value.data) return;
     // It may have looked far ahead without getting on, and be asked again at the same place.
-    if (!myBounds.allowWork(octetsToZero(value.data, value.length), name)) value.consumed = -1;
+    const bool isAllowed = value.consumed > 0
+                               ? myBounds.allowOctets(value.consumed, name)
+                               : myBounds.allowWork(octetsToZero(value.data, value.length), name);
+    if (!isAllowed) value.consumed = -1;
 }
 
 // No more than `length`; behind the value there are zeros.
@@ -67,6 +70,11 @@ void ValueReader::hexadecimal(EncodedValue value, DtString& text)
     static const DtHexDatatypeRep theHex;
     const DtDatatypeRep* const registered = mySettings.registered("hex");
     const DtDatatypeRep& rep = registered ? *registered : theHex;
+    if (!myBounds.allowOctets(std::max(value.length, 0), rep.datatype()))
+    {
+        value.consumed = -1;
+        return;
+    }
     while (value.consumed < value.length)
     {
         int pieceConsumed = 0;
@@ -93,7 +101,8 @@ void ValueReader::enumerated(const DtString& datatype, EncodedValue value, DtStr
     const DtString* name = nullptr;
     if (*number >= theLowest && *number <= theHighest)
         name = myResolver.enumerator(resolved, static_cast<std::int32_t>(*number & theHighest));
-    text = name ? *name : DtString(static_cast<long long>(*number));
+    const bool isAllowed = !name || myBounds.allowNames(name->length(), resolved.name);
+    text = name && isAllowed ? *name : DtString(static_cast<long long>(*number));
 }
 
 // Whatever representation is mapped tells the number. Where it is none, its text stands.

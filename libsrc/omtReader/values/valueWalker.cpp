@@ -192,7 +192,8 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
                                  DtObjectHistory* history)
 {
     value.consumed = 0;
-    if (!myBounds.allowNode(datatype.name, offset, myDepth + 1))
+    const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
+    if (!myBounds.allowNode(datatype.name, offset, myDepth + 1, key.length()))
     {
         value.consumed = -1;
         return nullptr;
@@ -207,8 +208,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
             DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
                     << "\n";
     }
-    const DtString& key = keyNode ? keyNode->getName() : DtString::nullString();
-    auto node = std::make_unique<DtStringTree>(datatype.label(key), offset);
+    auto node = std::make_unique<DtStringTree>(key, datatype.name, offset);
     // The length stays as it was, on purpose: padding is not taken off it.
     fill(datatype, {data, value.length, value.consumed}, *node, root ? root : node.get(), history);
     if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
@@ -307,7 +307,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
 DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype& datatype,
                                          const Value& value, unsigned int offset)
 {
-    if (!myBounds.allowNode(datatype.name, offset, myDepth))
+    if (!myBounds.allowNode(datatype.name, offset, myDepth, name.length()))
     {
         value.consumed = -1;
         return nullptr;
@@ -316,7 +316,7 @@ DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype&
     myManager.getAttributeRep(name, value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
-    auto node = std::make_unique<DtStringTree>(datatype.label(name), offset);
+    auto node = std::make_unique<DtStringTree>(name, datatype.name, offset);
     node->setValue(std::move(text));
     return node.release();
 }
@@ -395,6 +395,11 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
 void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const Place& place)
 {
     if (!value.data) return;
+    if (!place.parent)
+    {
+        value.consumed = -1;
+        return;
+    }
     const ValueReader::Call call(myReader, value);
     (this->*ours)(myResolver.find(datatype), value, place);
 }
@@ -446,15 +451,15 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     DtString text =
         myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
                                value.data, value.length, value.consumed);
-    if (!myBounds.allowNode(resolved.name, place.offset, myDepth))
+    const DtString& key = node->getDiscriminant();
+    if (!myBounds.allowNode(resolved.name, place.offset, myDepth, key.length()))
     {
         value.consumed = -1;
         return;
     }
     // At the discriminant's size and not at its place, on purpose.
-    auto* const discriminant =
-        new DtStringTree(myResolver.component(resolved, 0, *node).label(node->getDiscriminant()),
-                         static_cast<unsigned int>(value.consumed));
+    auto* const discriminant = new DtStringTree(key, myResolver.component(resolved, 0, *node).name,
+                                                static_cast<unsigned int>(value.consumed));
     place.parent->setFirstChild(discriminant);
     const int padding = myManager.implicitPadding(place.offset, resolved.name);
     if (padding > 0) addTo(value.consumed, padding);
@@ -464,6 +469,12 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     auto it = node->getComponentNodeList();
     for (; it != end && (*it)->getEnumerator() != text; ++it) ++at;
     discriminant->setValue(std::move(text));
+    // A variant may have very many alternatives, and a value very many variants.
+    if (!myBounds.allowWork(static_cast<std::int64_t>(at), resolved.name, place.offset))
+    {
+        value.consumed = -1;
+        return;
+    }
     if (it == end) return;
     int alternativeConsumed = 0;
     discriminant->setNextSibling(
@@ -572,7 +583,9 @@ void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, co
     for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
     {
         componentValues(**it, myResolver.component(resolved, at, **it), value, place, last);
-        if (value.consumed > value.length) value.consumed = -1;
+        // Paddings, and components whose condition does not hold, make no node.
+        const bool isAllowed = myBounds.allowWork(1, resolved.name, place.offset);
+        if (!isAllowed || value.consumed > value.length) value.consumed = -1;
         if (value.consumed < 0) return;
     }
 }

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "engineInput.h"
+
+#include "messages.h"
+#include "modelInput.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+/// A device may never end; pipes and standard input do.
+void refuseDevice(const std::string& name)
+{
+    std::error_code ignored;
+    const fs::file_status status = fs::status(name, ignored);
+    const bool isDevice = fs::is_block_file(status) || fs::is_character_file(status);
+    if (isDevice && name != "/dev/stdin")
+        throw InputError(name + ": a device, which may have no end");
+}
+
+/// Where a file is: here, or else in the folder that RTI_CONFIG names.
+std::string placeOf(const std::string& name)
+{
+    if (name.empty()) throw InputError("the name of a file is empty");
+    if (name == "-") return name;
+    refuseDevice(name);
+    std::error_code ignored;
+    const char* const folder = std::getenv("RTI_CONFIG");
+    if (!folder || !*folder || fs::exists(name, ignored)) return name;
+    const std::string elsewhere = folder + ('/' + name);
+    return fs::is_regular_file(elsewhere, ignored) ? elsewhere : name;
+}
+
+void writeFindings(const omt::Findings& findings)
+{
+    const bool isQuiet = DtNotifyLevel() < DtMessageLevel::warn;
+    for (const omt::Finding& finding : findings)
+    {
+        if (isQuiet && finding.severity != omt::Severity::error) continue;
+        std::ostringstream line;
+        line << finding;
+        writeLine(line.str());
+    }
+}
+
+bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
+{
+    return std::any_of(modules.begin(), modules.end(),
+                       [&](const omt::Module& module) { return module.file == file; });
+}
+
+}  // namespace
+
+void addEngineArguments(CLI::App& command, EngineChoice& choice)
+{
+    command.add_flag("--mim", choice.withMim,
+                     "Merge the standard MIM of the newest edition in, before the files");
+    command.add_flag(
+        "--strict", choice.isStrict,
+        "Exit status 1 where a definition contradicts another or a finding is an error");
+    command
+        .add_option("MODEL", choice.files,
+                    "Files of the model, - for standard input; modules are merged in order")
+        ->required();
+}
+
+EngineInput readEngine(const EngineChoice& choice)
+{
+    std::vector<std::string> files;
+    for (const std::string& name : choice.files) files.push_back(placeOf(name));
+    const omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));
+    writeFindings(reading.findings);
+
+    EngineInput input;
+    input.model = reading.model;
+    input.isWhole = std::all_of(files.begin(), files.end(),
+                                [&](const std::string& file)
+                                { return isAmong(reading.model.modules(), file); });
+    input.isFailure = !input.isWhole || (choice.isStrict && !reading.isSound());
+    return input;
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+// From the files that the user names to one model of libomt, and to the findings on standard error.
+#pragma once
+
+#include "omt/model/read.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+/// Which files make up the model, and what ends the program.
+struct EngineChoice
+{
+    std::vector<std::string> files;
+    bool withMim = false;
+    /// Whether an error among the findings is a failure even where every file could be read.
+    bool isStrict = false;
+};
+
+/// Adds the arguments that fill the choice to a subcommand.
+void addEngineArguments(CLI::App& command, EngineChoice& choice);
+
+/// What came of reading, its findings written already.
+struct EngineInput
+{
+    omt::Model model;
+    /// Whether every file could be read; where not, the model is not what was asked for.
+    bool isWhole = false;
+    /// Whether the exit status is to be 1.
+    bool isFailure = false;
+};
+
+/// Reads and merges the files in this order, standard input for "-"; a file that is not there is
+/// looked for in the folder that RTI_CONFIG names. Findings go to standard error, a line each.
+EngineInput readEngine(const EngineChoice& choice);
