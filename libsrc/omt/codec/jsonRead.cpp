@@ -51,6 +51,15 @@ public:
         ++myAt;
         return true;
     }
+    /// Exactly this, without blanks before it.
+    bool takes(std::string_view text)
+    {
+        if (static_cast<std::size_t>(myEnd - myAt) < text.size() ||
+            std::memcmp(myAt, text.data(), text.size()) != 0)
+            return false;
+        myAt += text.size();
+        return true;
+    }
     bool isAtEnd() { return peek() == '\0' && myAt == myEnd; }
 
     /// A text without its quotes, escapes as they stand.
@@ -541,9 +550,29 @@ private:
         std::uint32_t next = 0;
     };
 
+    // Reads a record as it is written, letter for letter; else nothing happens.
+    bool script(const Node& node, std::uint32_t depth)
+    {
+        if (node.scriptCount == 0 || depth + node.height > theDeepest) return false;
+        const char* const place = myText.place();
+        const std::size_t start = myOctets.size();
+        const ScriptStep* step = myPlan.script.data() + node.script;
+        for (; myText.takes(myPlan.text(step->before)); ++step)
+        {
+            if (step->node == theNone) return true;
+            myOctets.resize(start + step->offset);
+            if (!number(myPlan.nodes[step->node], depth)) break;
+        }
+        myError.reset();
+        myText.goTo(place);
+        myOctets.resize(start);
+        return false;
+    }
+
     bool record(std::uint32_t id, std::uint32_t depth)
     {
         const Node& node = myPlan.nodes[id];
+        if (script(node, depth)) return true;
         Fields fields{node, myOctets.size(), mySlots.size()};
         mySlots.resize(fields.slots + node.parts);
         myLooked.resize(fields.slots);
