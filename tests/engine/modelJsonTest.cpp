@@ -117,14 +117,14 @@ omt::Model smallModel()
     tables.objectClasses[0].attributes = builder.list<omt::Attribute>({attribute});
     for (const auto& [name, other] : {std::pair("A", "B"), std::pair("B", "A")})
     {
-        omt::Field field;
+        omt::RecordField field;
         field.name = builder.text("F");
         field.dataType = builder.text(other);
-        omt::Field unknown = field;
+        omt::RecordField unknown = field;
         unknown.dataType = builder.text("Nowhere");
         omt::FixedRecord record;
         record.name = builder.text(name);
-        record.fields = builder.list<omt::Field>({field, unknown});
+        record.fields = builder.list<omt::RecordField>({field, unknown});
         tables.fixedRecords.push_back(record);
     }
     for (const char* label : {"n1", "n2", "n3"})

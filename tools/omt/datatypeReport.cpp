@@ -91,7 +91,7 @@ struct Page
         list.add("Encoding", node.encoding);
         begin(list, node, node.semantics);
         TextTable table({whole("Name"), whole("Datatype"), wrap("Notes"), wrap("Meaning")});
-        for (const omt::Field& one : node.fields)
+        for (const omt::RecordField& one : node.fields)
             table.add(
                 {one.name.str(), typed(one.dataType), notes.numbers(one), one.semantics.str()});
         text += heading("Fields") + table.text();

@@ -102,7 +102,7 @@ std::string recordTables(const omt::Tables& tables)
 {
     return records("Fixed record datatypes and their fields", tables.fixedRecords,
                    &omt::FixedRecord::fields,
-                   [](const omt::Field& one) {
+                   [](const omt::RecordField& one) {
                        return Row{one.name.str(), one.dataType.str()};
                    }) +
            records(

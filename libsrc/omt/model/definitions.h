@@ -427,7 +427,8 @@ struct ArrayData : Definition
     Text semantics;
 };
 
-struct Field : Definition
+/// A field of a fixed record.
+struct RecordField : Definition
 {
     static constexpr Kind theKind = Kind::field;
     Text dataType;
@@ -439,7 +440,7 @@ struct FixedRecord : Definition
     static constexpr Kind theKind = Kind::fixedRecord;
     Text encoding;
     Text semantics;
-    List<Field> fields;
+    List<RecordField> fields;
 };
 
 /// An alternative of a variant record. `name` is "NA" or not there where nothing follows.

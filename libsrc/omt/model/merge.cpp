@@ -89,7 +89,7 @@ void forEachClaim(const Part& part, const std::function<void(std::string)>& visi
 
 /// Parts whose order is their meaning.
 template <typename Part>
-constexpr bool isOrdered = std::is_same_v<Part, Field> || std::is_same_v<Part, Component> ||
+constexpr bool isOrdered = std::is_same_v<Part, RecordField> || std::is_same_v<Part, Component> ||
                            std::is_same_v<Part, RoutingDimension>;
 
 template <typename Part>

@@ -347,7 +347,7 @@ constexpr Row theFixedRecord[] = {
     parts("field", Kind::field, xml("field")),
 };
 
-constexpr Row theField[] = {theName, dataType<Field>(), semantics<Field>({})};
+constexpr Row theField[] = {theName, dataType<RecordField>(), semantics<RecordField>({})};
 
 constexpr Row theVariantRecord[] = {
     theName,

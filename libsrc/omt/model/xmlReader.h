@@ -136,7 +136,7 @@ private:
     std::vector<Attribute> myAttributes;
     std::vector<Parameter> myParameters;
     std::vector<Enumerator> myEnumerators;
-    std::vector<Field> myFields;
+    std::vector<RecordField> myFields;
     std::vector<Alternative> myAlternatives;
     std::vector<Text> mySome;
     std::uint32_t myObjectClass = ClassDefinition::theNone;

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+// Codec compiles the datatypes of a model once; its types turn octets into values and back.
+#pragma once
+
+#include "omt/base/finding.h"
+#include "omt/codec/type.h"
+#include "omt/codec/value.h"
+#include "omt/model/model.h"
+
+namespace omt
+{
+
+/// All datatypes of a model, ready to decode and encode. Immutable; any number of threads may share
+/// it, and copying it copies nothing.
+class OMT_EXPORT Codec
+{
+public:
+    /// Takes time by the size of the model.
+    explicit Codec(const Model& model);
+
+    /// What cannot be decoded, and why; such values are octets.
+    const Findings& findings() const { return *myFindings; }
+
+    /// A datatype or basic data representation by its name. Throws UnknownName.
+    Type type(std::string_view name) const;
+    /// An attribute, a parameter, either, by "CLASS.MEMBER", where CLASS is any part at the end of
+    /// the class's full name that means one class; members may be inherited. Throws UnknownName.
+    Type attribute(std::string_view path) const;
+    Type parameter(std::string_view path) const;
+    Type member(std::string_view path) const;
+    /// The same without throwing.
+    std::optional<Type> findType(std::string_view name) const;
+    std::optional<Type> findAttribute(std::string_view path) const;
+    std::optional<Type> findParameter(std::string_view path) const;
+    std::optional<Type> findMember(std::string_view path) const;
+
+    /// The plan as JSON, for others to interpret: version, types by number, names.
+    /// docs/values-json.md says what its members mean.
+    std::string json() const;
+
+private:
+    enum class Which
+    {
+        attribute,
+        parameter,
+        either
+    };
+    std::optional<Type> find(std::string_view path, Which which) const;
+    Type get(std::string_view path, Which which) const;
+    std::vector<std::string_view> namesNear(std::string_view path, Which which) const;
+
+    Model myModel;
+    std::shared_ptr<const Plan> myPlan;
+    std::shared_ptr<const Findings> myFindings;
+};
+
+}  // namespace omt

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compiler turns the datatypes of a model into a plan, in time linear in the model.
+//
+// First every datatype becomes a node that names its parts, whatever these are. Then the order in
+// which they hold each other, octet boundaries and sizes follow, without recursion.
+#pragma once
+
+#include "omt/base/finding.h"
+#include "omt/codec/plan.h"
+#include "omt/codec/typeText.h"
+#include "omt/model/model.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace omt
+{
+
+class Compiler
+{
+public:
+    Compiler(const Model& model, Findings& findings) : myModel(model), myFindings(findings) {}
+
+    Plan compile();
+
+    /// The name of the node of an HLA 1.3 attribute or parameter with this cardinality.
+    static std::string repeatedName(std::string_view datatype, std::string_view cardinality);
+
+private:
+    using Id = std::uint32_t;
+
+    // Datatypes to nodes: compile.cpp.
+    template <typename T>
+    void announce(const std::vector<T>& table);
+    void announceStandard();
+    Id addNode(std::string_view name);
+    Id addNumber(std::string_view name, const Representation& what);
+    void build(Id id, Datatype type);
+    void build(Id id, const BasicData& data);
+    void buildAlias(Id id, const Definition& data, const Text& representation);
+    void build(Id id, const EnumeratedData& data);
+    void build(Id id, const ArrayData& data);
+    void build(Id id, const FixedRecord& data);
+    void build(Id id, const VariantRecord& data);
+    void build(Id id, const ComplexRecord& data);
+    bool setExtent(Node& node, Encoding how, const Cardinality& dimension) const;
+    void addEnumerators(Enumeration& table, const EnumeratedData& data);
+    void sortEnumeration(Enumeration& table) const;
+    void buildMembers();
+
+    // Variant records and HLA 1.3: compileRecords.cpp.
+    const Enumeration* enumerationOf(Id id) const;
+    void addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts);
+    void addChoice(const VariantRecord& data, const Alternative& alternative,
+                   const EnumeratorRange& range, std::uint32_t index, Choices& choices);
+    void closeChoices(Choices& choices, const Enumeration* names) const;
+    void addCount(const FixedRecord& data, std::size_t field, std::vector<Part>& parts);
+    bool addSteps(std::string_view text, std::vector<Part>& parts, std::size_t field);
+    Id addRepeated(Id element, const ComponentCardinality& how, bool isPadding);
+    Part component(const ComplexRecord& data, std::size_t index, std::vector<Part>& parts);
+    void setDecider(const Component& data, const ComponentCardinality& how,
+                    std::vector<Part>& parts, Part& part);
+    void storeParts(Id id, const std::vector<Part>& parts);
+    void nameParts(const Definition& data, std::vector<Part>& parts,
+                   const std::vector<std::string_view>& names);
+
+    // Order, boundaries, sizes: compileLayout.cpp.
+    void findOrder();
+    void findBoundaries();
+    std::uint8_t boundaryOf(Id id) const;
+    void layOut(Id id);
+    void layOutRecord(Node& node);
+    void layOutVariant(Node& node);
+    void layOutArray(Id id);
+    void setRest(Node& node);
+    void findGaps(Node& node);
+    void finishArrays();
+    void writeScript(Id id);
+    bool addScript(const Node& node, std::uint32_t offset, std::string& before,
+                   std::vector<ScriptStep>& script);
+    /// Calls `visit` for the nodes that one holds without an array of any number between.
+    template <typename Visit>
+    void forEachHeld(Id id, const Visit& visit) const;
+
+    Id resolve(const Definition& data, const Text& name);
+    /// Follows simple datatypes to what they stand for.
+    Id target(Id id) const;
+    void makeOctets(Id id);
+    void find(Severity severity, std::string_view name, const Definition& data,
+              const Text* property, std::string text);
+
+    const Model& myModel;
+    Findings& myFindings;
+    Plan myPlan;
+    /// Where nodes come from; what their names stand for, where they are only another name.
+    std::vector<Datatype> mySources;
+    std::vector<Id> myAliases;
+    std::vector<Id> myOrder;
+    /// What arrays of a node look like.
+    std::vector<Look> myLooks;
+    std::size_t myRangeSteps = 0;
+};
+
+}  // namespace omt

@@ -1,0 +1,398 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compiler: the order in which nodes hold each other, octet boundaries, offsets and sizes.
+#include "omt/codec/compile.h"
+
+#include <algorithm>
+
+namespace omt
+{
+
+template <typename Visit>
+void Compiler::forEachHeld(Id id, const Visit& visit) const
+{
+    const Node& node = myPlan.nodes[id];
+    if (myAliases[id] != theNone) visit(myAliases[id]);
+    if (node.form == Form::record || node.form == Form::variant)
+        for (std::uint32_t i = 0; i < node.parts; ++i) visit(myPlan.parts[node.first + i].node);
+    const bool isHeld = (node.extent == Extent::fixed && node.count > 0) ||
+                        node.extent == Extent::terminated || node.extent == Extent::padding;
+    if (node.form == Form::array && isHeld) visit(node.element);
+}
+
+// Tarjan's algorithm with a stack of its own: what is held comes before what holds it, and nodes
+// that hold themselves come out together.
+void Compiler::findOrder()
+{
+    const std::size_t size = myPlan.nodes.size();
+    std::vector<std::uint32_t> starts(size + 1);
+    std::vector<Id> held;
+    for (Id id = 0; id < size; ++id)
+    {
+        forEachHeld(id, [&held](Id one) { held.push_back(one); });
+        starts[id + 1] = static_cast<std::uint32_t>(held.size());
+    }
+    struct Frame
+    {
+        Id id;
+        std::uint32_t next;
+    };
+    std::vector<std::uint32_t> numbers(size, 0);
+    std::vector<std::uint32_t> lows(size, 0);
+    std::vector<bool> isOpen(size, false);
+    std::vector<Id> open;
+    std::vector<Frame> frames;
+    std::uint32_t number = 0;
+    const auto close = [&](Id id)
+    {
+        bool isRing = std::find(held.begin() + starts[id], held.begin() + starts[id + 1], id) !=
+                      held.begin() + starts[id + 1];
+        isRing = isRing || open.back() != id;
+        for (Id one = theNone; one != id;)
+        {
+            one = open.back();
+            open.pop_back();
+            isOpen[one] = false;
+            myOrder.push_back(one);
+            if (!isRing) continue;
+            if (mySources[one])
+                find(Severity::error, "endless-datatype", mySources[one].definition(), nullptr,
+                     "\"" + mySources[one].definition().name.str() +
+                         "\" holds itself without an array between");
+            makeOctets(one);
+        }
+    };
+    const auto enter = [&](Id id)
+    {
+        numbers[id] = lows[id] = ++number;
+        open.push_back(id);
+        isOpen[id] = true;
+        frames.push_back({id, starts[id]});
+    };
+    for (Id root = 0; root < size; ++root)
+    {
+        if (numbers[root] == 0) enter(root);
+        while (!frames.empty())
+        {
+            Frame& frame = frames.back();
+            const Id id = frame.id;
+            if (frame.next < starts[id + 1])
+            {
+                const Id next = held[frame.next++];
+                if (numbers[next] == 0)
+                    enter(next);
+                else if (isOpen[next])
+                    lows[id] = std::min(lows[id], numbers[next]);
+                continue;
+            }
+            frames.pop_back();
+            if (!frames.empty())
+                lows[frames.back().id] = std::min(lows[frames.back().id], lows[id]);
+            if (lows[id] == numbers[id]) close(id);
+        }
+    }
+}
+
+std::uint8_t Compiler::boundaryOf(Id id) const
+{
+    const Node& node = myPlan.nodes[id];
+    if (myAliases[id] != theNone) return myPlan.nodes[myAliases[id]].boundary;
+    if (node.boundary == 0 || node.form == Form::number) return node.boundary;
+    std::uint8_t most = 1;
+    const auto take = [&](Id one) { most = std::max(most, myPlan.nodes[one].boundary); };
+    if (node.form == Form::array && node.extent != Extent::padding) take(node.element);
+    if (node.form == Form::record || node.form == Form::variant)
+        for (std::uint32_t i = 0; i < node.parts; ++i) take(myPlan.parts[node.first + i].node);
+    if (node.form == Form::array && node.extent == Extent::counted)
+        most = std::max<std::uint8_t>(most, 4);
+    if (node.form == Form::variant && node.length == Length::extended)
+        most = std::max<std::uint8_t>(most, 4);
+    if (node.form == Form::variant && node.length == Length::extendable) most = 8;
+    return most;
+}
+
+// Boundaries only grow, and only three times, so that going through all who use a node that grew
+// comes to an end in linear time.
+void Compiler::findBoundaries()
+{
+    const std::size_t size = myPlan.nodes.size();
+    std::vector<std::pair<Id, Id>> users;
+    for (Id id = 0; id < size; ++id)
+    {
+        const Node& node = myPlan.nodes[id];
+        forEachHeld(id, [&users, id](Id one) { users.emplace_back(one, id); });
+        if (node.form == Form::array) users.emplace_back(node.element, id);
+    }
+    std::sort(users.begin(), users.end());
+    std::vector<Id> changed(size);
+    for (Id id = 0; id < size; ++id) changed[size - 1 - id] = id;
+    const auto update = [this](Id id)
+    {
+        const std::uint8_t boundary = boundaryOf(id);
+        if (boundary == myPlan.nodes[id].boundary) return false;
+        myPlan.nodes[id].boundary = boundary;
+        return true;
+    };
+    for (const Id id : myOrder) update(id);
+    while (!changed.empty())
+    {
+        const Id id = changed.back();
+        changed.pop_back();
+        for (auto user = std::lower_bound(users.begin(), users.end(), std::pair<Id, Id>{id, 0});
+             user != users.end() && user->first == id; ++user)
+            if (update(user->second)) changed.push_back(user->second);
+    }
+}
+
+void Compiler::layOut(Id id)
+{
+    if (myAliases[id] != theNone)
+    {
+        Node node = myPlan.nodes[myAliases[id]];
+        node.name = myPlan.nodes[id].name;
+        if (myPlan.nodes[id].units.size > 0) node.units = myPlan.nodes[id].units;
+        myPlan.nodes[id] = node;
+        if (myLooks[id] == Look::elements) myLooks[id] = myLooks[myAliases[id]];
+        return;
+    }
+    Node& node = myPlan.nodes[id];
+    switch (node.form)
+    {
+        case Form::record:
+            layOutRecord(node);
+            break;
+        case Form::variant:
+            layOutVariant(node);
+            break;
+        case Form::array:
+            layOutArray(id);
+            break;
+        case Form::number:
+        case Form::octets:
+            break;
+    }
+    if (node.isFixed && node.hasPadding) findGaps(node);
+    if (node.isFixed && node.size > theLargestSize)
+    {
+        if (mySources[id])
+            find(Severity::error, "too-large", mySources[id].definition(), nullptr,
+                 "\"" + mySources[id].definition().name.str() + "\" has more than 2^31 octets");
+        makeOctets(id);
+    }
+}
+
+// Padding in a list, so that it is checked without a walk. Nodes with much of it have none.
+void Compiler::findGaps(Node& node)
+{
+    std::vector<Gap> gaps;
+    std::uint64_t end = 0;
+    bool isListed = true;
+    const auto add = [&](std::uint64_t at, const Node& child)
+    {
+        constexpr std::size_t theMostGaps = 16;
+        if (at > end)
+            gaps.push_back({static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(at - end)});
+        isListed = isListed && (!child.hasPadding || child.gaps != theNone) &&
+                   gaps.size() + child.gapCount <= theMostGaps;
+        for (std::uint32_t i = 0; isListed && i < child.gapCount; ++i)
+        {
+            const Gap gap = myPlan.gaps[child.gaps + i];
+            gaps.push_back({static_cast<std::uint32_t>(at) + gap.offset, gap.size});
+        }
+        end = at + child.size;
+    };
+    if (node.form == Form::record)
+        for (std::uint32_t i = 0; isListed && i < node.parts; ++i)
+            add(myPlan.parts[node.first + i].offset,
+                myPlan.nodes[myPlan.parts[node.first + i].node]);
+    else
+        for (std::uint64_t i = 0; isListed && i < node.count; ++i)
+            add(i * node.stride, myPlan.nodes[node.element]);
+    if (!isListed) return;
+    node.gaps = static_cast<std::uint32_t>(myPlan.gaps.size());
+    node.gapCount = static_cast<std::uint32_t>(gaps.size());
+    myPlan.gaps.insert(myPlan.gaps.end(), gaps.begin(), gaps.end());
+}
+
+namespace
+{
+
+std::uint32_t saturated(std::uint64_t size)
+{
+    return size > theLargestSize ? theLargestSize + 1 : static_cast<std::uint32_t>(size);
+}
+
+}  // namespace
+
+void Compiler::layOutRecord(Node& node)
+{
+    const bool isPacked = node.boundary == 0;
+    std::uint64_t at = 0;
+    std::uint64_t empties = 0;
+    std::uint8_t height = 0;
+    node.isFixed = true;
+    for (std::uint32_t i = 0; i < node.parts; ++i)
+    {
+        Part& part = myPlan.parts[node.first + i];
+        const Node& field = myPlan.nodes[part.node];
+        part.boundary = isPacked ? 1 : std::max<std::uint8_t>(field.boundary, 1);
+        const std::uint64_t start = aligned(at, part.boundary);
+        part.offset = node.isFixed ? saturated(start) : theNone;
+        node.hasPadding = node.hasPadding || start != at || field.hasPadding;
+        node.isFixed = node.isFixed && field.isFixed && part.decider == theNone;
+        empties += field.empties + (field.isFixed && field.size == 0 ? 1 : 0);
+        height = std::max(height, field.height);
+        if (part.decider == theNone) at = start + field.size;
+    }
+    node.size = saturated(at);
+    node.empties = static_cast<std::uint32_t>(std::min<std::uint64_t>(empties, theNone));
+    node.height = static_cast<std::uint8_t>(std::min<unsigned>(height + 1U, theDeepest + 1));
+    node.boundary = std::max<std::uint8_t>(node.boundary, 1);
+    if (!node.isFixed) setRest(node);
+}
+
+// What is kept back for the fields after one of open size.
+void Compiler::setRest(Node& node)
+{
+    // From the last field to the first: sizes as if the rest began at a multiple of 8. Offsets of
+    // the rest change with where it begins, so it is laid out for each of the 8 phases at once.
+    std::uint64_t lengths[8] = {};
+    bool isFixed = true;
+    for (std::uint32_t i = node.parts; i-- > 0;)
+    {
+        Part& part = myPlan.parts[node.first + i];
+        part.rest = saturated(lengths[0]);
+        part.isRestFixed = isFixed;
+        const Node& field = myPlan.nodes[part.node];
+        const bool isThere = field.isFixed && part.decider == theNone;
+        isFixed = isFixed && isThere;
+        std::uint64_t longer[8];
+        for (std::uint64_t phase = 0; phase < 8; ++phase)
+        {
+            const std::uint64_t end = isThere ? aligned(phase, part.boundary) + field.size : phase;
+            longer[phase] = end - phase + lengths[end % 8];
+        }
+        std::copy(std::begin(longer), std::end(longer), std::begin(lengths));
+    }
+}
+
+void Compiler::layOutVariant(Node& node)
+{
+    const std::uint64_t size = myPlan.nodes[node.element].size;
+    std::uint8_t most = 1;
+    for (std::uint32_t i = 1; i < node.parts; ++i)
+        most = std::max(most, myPlan.nodes[myPlan.parts[node.first + i].node].boundary);
+    node.isFixed = false;
+    std::uint64_t body = aligned(size, most);
+    node.size = saturated(size);
+    if (node.length != Length::none)
+    {
+        const bool isPadded = node.length == Length::extendable;
+        node.lengthOffset = saturated(isPadded ? aligned(size, 4) : size);
+        node.size = node.lengthOffset + 4;
+        body = isPadded ? aligned(node.size, 8) : node.size;
+    }
+    node.body = saturated(body);
+}
+
+void Compiler::layOutArray(Id id)
+{
+    Node& node = myPlan.nodes[id];
+    if (node.extent == Extent::counted) node.size = 4;
+    if (node.extent != Extent::fixed && node.extent != Extent::terminated) return;
+    const Node empty;
+    const Node& element =
+        node.count > 0 || node.extent == Extent::terminated ? myPlan.nodes[node.element] : empty;
+    const std::uint64_t stride = aligned(element.size, std::max<std::uint8_t>(element.boundary, 1));
+    node.stride = saturated(stride);
+    if (node.extent == Extent::terminated)
+    {
+        node.size = element.size;
+        return;
+    }
+    node.isFixed = node.count == 0 || element.isFixed;
+    const std::uint64_t last = node.count == 0 ? 0 : element.size;
+    node.size = saturated(node.count == 0 ? 0 : stride * (node.count - 1ULL) + last);
+    if (!node.isFixed) return;
+    node.hasPadding = node.count > 0 && (element.hasPadding || (stride != last && node.count > 1));
+    const std::uint64_t empties =
+        node.count * (element.empties + (node.count > 0 && element.size == 0 ? 1ULL : 0ULL));
+    node.empties = static_cast<std::uint32_t>(std::min<std::uint64_t>(empties, theNone));
+    node.height = static_cast<std::uint8_t>(
+        std::min<unsigned>((node.count == 0 ? 0U : element.height) + 1U, theDeepest + 1));
+}
+
+// What arrays need to know of elements that may hold the array again, so after all sizes are known.
+void Compiler::finishArrays()
+{
+    for (const Id id : myOrder)
+    {
+        Node& node = myPlan.nodes[id];
+        if (node.form != Form::array) continue;
+        const Node& element = myPlan.nodes[node.element];
+        const std::uint32_t boundary =
+            node.boundary == 0 ? 1 : std::max<std::uint8_t>(element.boundary, 1);
+        node.boundary = std::max<std::uint8_t>(node.boundary, 1);
+        node.stride = saturated(aligned(element.size, boundary));
+        node.look = element.isFixed && element.form == Form::number ? myLooks[node.element]
+                                                                    : Look::elements;
+        if ((node.look == Look::latin1 || node.look == Look::hexadecimal) && element.size != 1)
+            node.look = Look::elements;
+        if (node.look == Look::utf16 && element.size != 2) node.look = Look::elements;
+        if (node.extent == Extent::padding) node.look = Look::hexadecimal;
+        const bool isEmpty = element.isFixed && element.size == 0;
+        const bool isOctet = element.isFixed && element.size == 1;
+        const bool isWrong = (node.extent == Extent::lengthless && isEmpty) ||
+                             (node.extent == Extent::terminated && (isEmpty || !element.isFixed)) ||
+                             (node.extent == Extent::padding && !isOctet);
+        if (!isWrong) continue;
+        if (mySources[id] && myAliases[id] == theNone)
+            find(Severity::error, "array-element", mySources[id].definition(), nullptr,
+                 "the array \"" + mySources[id].definition().name.str() +
+                     "\" cannot be decoded: elements of \"" +
+                     std::string(myPlan.text(element.name)) + "\" do not fit its encoding");
+        makeOctets(id);
+    }
+}
+
+void Compiler::writeScript(Id id)
+{
+    const Node node = myPlan.nodes[id];
+    if (node.form != Form::record || !node.isFixed || node.height > theDeepest) return;
+    std::string before;
+    std::vector<ScriptStep> script;
+    if (!addScript(node, 0, before, script)) return;
+    script.push_back({myPlan.add(before), theNone, 0});
+    myPlan.nodes[id].script = static_cast<std::uint32_t>(myPlan.script.size());
+    myPlan.nodes[id].scriptCount = static_cast<std::uint32_t>(script.size());
+    myPlan.script.insert(myPlan.script.end(), script.begin(), script.end());
+}
+
+// Gathers the text before the next number in `before`. False where it gets too long, so that what
+// all records have together stays linear.
+bool Compiler::addScript(const Node& node, std::uint32_t offset, std::string& before,
+                         std::vector<ScriptStep>& script)
+{
+    constexpr std::size_t theMostNumbers = 64;
+    constexpr std::size_t theLongest = 1024;
+    if (script.size() > theMostNumbers || before.size() > theLongest) return false;
+    if (node.form == Form::number)
+    {
+        script.push_back(
+            {myPlan.add(before), static_cast<Id>(&node - myPlan.nodes.data()), offset});
+        before.clear();
+        return true;
+    }
+    if (node.form != Form::record) return false;
+    before += '{';
+    for (std::uint32_t i = 0; i < node.parts; ++i)
+    {
+        const Part& part = myPlan.parts[node.first + i];
+        if (i > 0) before += ',';
+        before += myPlan.text(part.key);
+        if (!addScript(myPlan.nodes[part.node], offset + part.offset, before, script)) return false;
+    }
+    before += '}';
+    return true;
+}
+
+}  // namespace omt

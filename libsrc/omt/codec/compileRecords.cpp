@@ -1,0 +1,332 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compiler: variant records, counts that notes state, and the records of HLA 1.3.
+#include "omt/codec/compile.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace omt
+{
+
+// Names of parts are made unique, so that every path means one thing.
+void Compiler::nameParts(const Definition& data, std::vector<Part>& parts,
+                         const std::vector<std::string_view>& names)
+{
+    std::unordered_set<std::string> taken;
+    std::unordered_set<std::string_view> given(names.begin(), names.end());
+    for (std::size_t i = 0; i < parts.size(); ++i)
+    {
+        std::string name(names[i]);
+        if (name.empty()) name = "part" + std::to_string(i + 1);
+        const std::string wanted = name;
+        for (std::size_t number = taken.count(name) != 0 ? i + 1 : 0;
+             taken.count(name) != 0 || (name != names[i] && given.count(name) != 0); ++number)
+            name = wanted + "_" + std::to_string(number);
+        if (name != names[i])
+            find(Severity::warning, "repeated-field", data, nullptr,
+                 "\"" + data.name.str() + "\" has a field " +
+                     (names[i].empty() ? std::string("without name")
+                                       : "\"" + std::string(names[i]) + "\" again") +
+                     "; it is called \"" + name + "\"");
+        parts[i].key = myPlan.addQuoted(name, ":", parts[i].name);
+        taken.insert(std::move(name));
+    }
+}
+
+void Compiler::storeParts(Id id, const std::vector<Part>& parts)
+{
+    Node& node = myPlan.nodes[id];
+    node.first = static_cast<std::uint32_t>(myPlan.parts.size());
+    node.parts = static_cast<std::uint32_t>(parts.size());
+    for (const Part& part : parts) node.isLooking = node.isLooking || part.isLookedAt;
+    myPlan.parts.insert(myPlan.parts.end(), parts.begin(), parts.end());
+}
+
+const Enumeration* Compiler::enumerationOf(Id id) const
+{
+    const Node& node = myPlan.nodes[target(id)];
+    return node.form == Form::number && node.table != theNone ? &myPlan.enumerations[node.table]
+                                                              : nullptr;
+}
+
+// Variant records ---------------------------------------------------------------------------
+
+void Compiler::build(Id id, const VariantRecord& data)
+{
+    const Encoding how = data.encoding.empty() ? Encoding::variantRecord : encoding(data.encoding);
+    if (how != Encoding::variantRecord && how != Encoding::extendedVariant &&
+        how != Encoding::extendableVariant)
+        return find(Severity::error, "record-encoding", data, &data.encoding,
+                    "the variant record \"" + data.name.str() +
+                        "\" cannot be decoded: its encoding is unknown");
+    std::vector<Part> parts(1);
+    parts[0].node = resolve(data, data.dataType);
+    const Node& discriminant = myPlan.nodes[target(parts[0].node)];
+    if (discriminant.form != Form::number || discriminant.scalar == Scalar::floating)
+        return find(Severity::error, "discriminant", data, &data.dataType,
+                    "the variant record \"" + data.name.str() +
+                        "\" cannot be decoded: its discriminant is no integer");
+    addChoices(id, data, parts);
+    Node& node = myPlan.nodes[id];
+    node.form = Form::variant;
+    node.length = how == Encoding::extendedVariant     ? Length::extended
+                  : how == Encoding::extendableVariant ? Length::extendable
+                                                       : Length::none;
+    node.element = parts[0].node;
+    storeParts(id, parts);
+}
+
+void Compiler::addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts)
+{
+    Choices choices;
+    std::vector<std::string_view> names = {data.discriminant};
+    const auto isNothing = [](const Text& text) { return text.empty() || text == "NA"; };
+    for (const Alternative& alternative : data.alternatives)
+    {
+        std::uint32_t index = theNothing;
+        if (!isNothing(alternative.name) && !isNothing(alternative.dataType))
+        {
+            index = static_cast<std::uint32_t>(parts.size());
+            parts.emplace_back().node = resolve(alternative, alternative.dataType);
+            names.push_back(alternative.name);
+        }
+        for (const EnumeratorRange& range : enumeratorRanges(alternative.enumerator))
+            addChoice(data, alternative, range, index, choices);
+    }
+    closeChoices(choices, enumerationOf(parts[0].node));
+    nameParts(data, parts, names);
+    myPlan.nodes[id].table = static_cast<std::uint32_t>(myPlan.choices.size());
+    myPlan.choices.push_back(std::move(choices));
+}
+
+// Adds the numbers of one name or range of names.
+void Compiler::addChoice(const VariantRecord& data, const Alternative& alternative,
+                         const EnumeratorRange& range, std::uint32_t index, Choices& choices)
+{
+    if (range.first == "HLAother")
+    {
+        if (choices.other == theNone) choices.other = index;
+        return;
+    }
+    const Enumeration* const names = enumerationOf(myPlan.names[data.dataType.str()]);
+    std::uint32_t first = names ? myPlan.findEntry(*names, range.first) : theNone;
+    std::uint32_t last = names ? myPlan.findEntry(*names, range.last) : theNone;
+    constexpr std::size_t theMostRangeSteps = 10000000;
+    if (first != theNone && last != theNone && first <= last && myRangeSteps < theMostRangeSteps)
+    {
+        // The last name may have several numbers, which follow each other.
+        while (last + 1 < names->entries.size() && !names->entries[last + 1].isFirst) ++last;
+        for (; first <= last; ++first, ++myRangeSteps)
+            choices.numbers.push_back({names->entries[first].number, index});
+        return;
+    }
+    const std::optional<std::int64_t> number = wholeNumber(range.first);
+    if (number && range.first == range.last)
+        choices.numbers.push_back({*number, index});
+    else
+        find(Severity::error, "unknown-enumerator", alternative, &alternative.enumerator,
+             "the alternative \"" + alternative.name.str() + "\" of \"" + data.name.str() +
+                 "\" names enumerators that \"" + data.dataType.str() + "\" does not have: \"" +
+                 alternative.enumerator.str() + "\"");
+}
+
+// Sorts the numbers; the first alternative of a number counts. A named number without alternative
+// means that nothing follows.
+void Compiler::closeChoices(Choices& choices, const Enumeration* names) const
+{
+    const auto byNumber = [](const Choices::Range& one, const Choices::Range& two)
+    { return one.number < two.number; };
+    if (names && choices.other == theNone)
+        for (const Enumeration::Entry& entry : names->entries)
+            choices.numbers.push_back({entry.number, theNothing});
+    std::stable_sort(choices.numbers.begin(), choices.numbers.end(), byNumber);
+    const auto isSame = [](const Choices::Range& one, const Choices::Range& two)
+    { return one.number == two.number; };
+    choices.numbers.erase(std::unique(choices.numbers.begin(), choices.numbers.end(), isSame),
+                          choices.numbers.end());
+    constexpr std::size_t theDenseSize = 64;
+    choices.dense.assign(theDenseSize, choices.other == theNone ? theUnknown : choices.other);
+    for (const Choices::Range& row : choices.numbers)
+        if (static_cast<std::uint64_t>(row.number) < theDenseSize)
+            choices.dense[static_cast<std::size_t>(row.number)] = row.alternative;
+}
+
+// Counts stated by a note --------------------------------------------------------------------
+
+void Compiler::addCount(const FixedRecord& data, std::size_t field, std::vector<Part>& parts)
+{
+    constexpr std::string_view theWord = "RPRlengthlessArrayLength=";
+    for (const Aside& aside : data.fields[field].asides)
+    {
+        if (aside.what != Aside::What::notes) continue;
+        for (std::string_view labels = trimmed(aside.text); !labels.empty();)
+        {
+            const std::size_t end = std::min(labels.find_first_of(" \t\r\n"), labels.size());
+            const Note* const note = myModel.findNote(labels.substr(0, end));
+            labels = trimmed(labels.substr(end));
+            const std::string_view text = note ? trimmed(note->semantics) : std::string_view();
+            if (text.substr(0, theWord.size()) != theWord) continue;
+            if (addSteps(text.substr(theWord.size()), parts, field)) return;
+            find(Severity::warning, "array-length", data.fields[field], nullptr,
+                 "the length of \"" + data.fields[field].name.str() +
+                     "\" is stated by something that is no sum of earlier fields: \"" +
+                     std::string(text) + "\"");
+        }
+    }
+}
+
+bool Compiler::addSteps(std::string_view text, std::vector<Part>& parts, std::size_t field)
+{
+    const Node& array = myPlan.nodes[target(parts[field].node)];
+    if (array.form != Form::array || array.extent != Extent::lengthless) return true;
+    const std::optional<std::vector<SumToken>> tokens = sum(text);
+    if (!tokens) return false;
+    std::vector<Step> steps;
+    for (const SumToken& token : *tokens)
+    {
+        Step step{token.what, token.number};
+        if (token.what == Step::What::field)
+        {
+            std::size_t i = 0;
+            while (i < field && myPlan.text(parts[i].name) != token.name) ++i;
+            const Node& number = myPlan.nodes[target(parts[i].node)];
+            if (i == field || number.form != Form::number || number.scalar == Scalar::floating)
+                return false;
+            parts[i].isLookedAt = true;
+            step.value = static_cast<std::int64_t>(i);
+        }
+        steps.push_back(step);
+    }
+    parts[field].steps = static_cast<std::uint32_t>(myPlan.steps.size());
+    parts[field].stepCount = static_cast<std::uint32_t>(steps.size());
+    myPlan.steps.insert(myPlan.steps.end(), steps.begin(), steps.end());
+    return true;
+}
+
+// HLA 1.3 ------------------------------------------------------------------------------------
+
+// An array without a count of its own, as HLA 1.3 has them.
+Compiler::Id Compiler::addRepeated(Id element, const ComponentCardinality& how, bool isPadding)
+{
+    const Id id = addNode(std::string(myPlan.text(myPlan.nodes[element].name)));
+    Node& node = myPlan.nodes[id];
+    node.form = Form::array;
+    node.element = element;
+    node.least = how.least;
+    node.most = how.most;
+    const bool isFixed = how.least == how.most && how.padding == 0;
+    node.extent = isPadding ? Extent::padding : isFixed ? Extent::fixed : Extent::lengthless;
+    node.count = isPadding ? how.padding : how.least;
+    return id;
+}
+
+namespace
+{
+
+// In the RPR FOM "PaddingTo32" and the like are octets up to a boundary.
+std::uint32_t paddingByName(std::string_view name)
+{
+    return name == "PaddingTo16" ? 2 : name == "PaddingTo32" ? 4 : name == "PaddingTo64" ? 8 : 0;
+}
+
+// In the RPR FOM a number of this name says how many elements the next component has.
+bool isCountByName(std::string_view name)
+{
+    constexpr std::string_view theStart = "NumberOf";
+    constexpr std::string_view theEnd = "SetCount";
+    return name.substr(0, theStart.size()) == theStart ||
+           (name.size() > theEnd.size() && name.substr(name.size() - theEnd.size()) == theEnd);
+}
+
+}  // namespace
+
+void Compiler::build(Id id, const ComplexRecord& data)
+{
+    std::vector<Part> parts;
+    std::vector<std::string_view> names;
+    parts.reserve(data.components.size());
+    for (const Component& one : data.components)
+    {
+        parts.emplace_back();
+        names.push_back(one.name);
+    }
+    nameParts(data, parts, names);
+    for (std::size_t i = 0; i < data.components.size(); ++i)
+    {
+        const Part part = component(data, i, parts);
+        const Part named = parts[i];
+        parts[i] = part;
+        parts[i].name = named.name;
+        parts[i].key = named.key;
+        // No implicit padding: a boundary of 0 until it is laid out.
+        parts[i].boundary = 0;
+        const Node& node = myPlan.nodes[target(part.node)];
+        const auto* before = i > 0 ? &data.components[i - 1] : nullptr;
+        if (before && part.decider == theNone && part.stepCount == 0 && node.form == Form::array &&
+            node.extent == Extent::lengthless && isCountByName(before->name))
+            addSteps(before->name, parts, i);
+    }
+    myPlan.nodes[id].form = Form::record;
+    // The same for the record as a whole.
+    myPlan.nodes[id].boundary = 0;
+    storeParts(id, parts);
+}
+
+Part Compiler::component(const ComplexRecord& data, std::size_t index, std::vector<Part>& parts)
+{
+    const Component& one = data.components[index];
+    Part part;
+    part.node = resolve(one, one.dataType);
+    std::optional<ComponentCardinality> how = componentCardinality(one.cardinality);
+    if (!how)
+    {
+        find(Severity::error, "component-cardinality", one, &one.cardinality,
+             "the component \"" + one.name.str() + "\" of \"" + data.name.str() +
+                 "\" has the cardinality \"" + one.cardinality.str() + "\"");
+        part.node = addNode(one.dataType);
+        return part;
+    }
+    const Node& node = myPlan.nodes[target(part.node)];
+    const bool isOctet = node.form == Form::number && node.size == 1;
+    if (how->padding == 0 && how->most == theNone && how->decider.empty() && isOctet)
+        how->padding = paddingByName(one.name);
+    const bool isOptional = how->least == 0 && how->decider.empty();
+    if (how->padding != 0 || how->most > 1 || how->most == 0 || isOptional)
+        part.node = addRepeated(part.node, *how, how->padding != 0);
+    if (!how->decider.empty()) setDecider(one, *how, parts, part);
+    return part;
+}
+
+void Compiler::setDecider(const Component& data, const ComponentCardinality& how,
+                          std::vector<Part>& parts, Part& part)
+{
+    std::uint32_t i = 0;
+    while (i < parts.size() && parts[i].node != theNone &&
+           myPlan.text(parts[i].name) != how.decider)
+        ++i;
+    const bool isEarlier = i < parts.size() && parts[i].node != theNone;
+    const Enumeration* const names = isEarlier ? enumerationOf(parts[i].node) : nullptr;
+    const Node* const node = isEarlier ? &myPlan.nodes[target(parts[i].node)] : nullptr;
+    const std::uint32_t entry = names ? myPlan.findEntry(*names, how.value) : theNone;
+    const std::optional<std::int64_t> number =
+        entry != theNone ? names->entries[entry].number : wholeNumber(how.value);
+    const bool isInteger = node && node->form == Form::number && node->scalar != Scalar::floating;
+    if (!isInteger || (!how.value.empty() && !number))
+        return find(Severity::error, "component-condition", data, &data.cardinality,
+                    "the condition of the component \"" + data.name.str() +
+                        "\" cannot be decided: \"" + data.cardinality.str() + "\"");
+    parts[i].isLookedAt = true;
+    if (!how.value.empty())
+    {
+        part.decider = i;
+        part.decidingNumber = *number;
+    }
+    else if (how.most != 1)
+    {
+        part.steps = static_cast<std::uint32_t>(myPlan.steps.size());
+        part.stepCount = 1;
+        myPlan.steps.push_back({Step::What::field, i});
+    }
+}
+
+}  // namespace omt

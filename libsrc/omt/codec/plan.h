@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: Apache-2.0
+// Plan is what all datatypes of a model come to: flat tables of nodes that say where octets stand.
+//
+// A node has a fixed size (all of it stands at offsets known beforehand) or an open one. Offsets
+// and padding count from the start of the node; only padding arrays look at the start of the value.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace omt
+{
+
+/// A place in a table, or a number of octets, that there is not.
+constexpr std::uint32_t theNone = 0xFFFFFFFF;
+/// The most octets of a node of fixed size.
+constexpr std::uint32_t theLargestSize = 0x7FFFFFFF;
+/// How deep values may be nested.
+constexpr std::uint32_t theDeepest = 200;
+/// How many elements and fields without octets one value may have.
+constexpr std::uint32_t theMostEmpties = 1000000;
+
+enum class Form : std::uint8_t
+{
+    number,
+    record,
+    array,
+    variant,
+    /// Of no known form: the octets up to the end of what there is.
+    octets
+};
+
+enum class Scalar : std::uint8_t
+{
+    signedInteger,
+    unsignedInteger,
+    floating
+};
+
+/// How an array says how many elements it has.
+enum class Extent : std::uint8_t
+{
+    fixed,
+    /// A signed 32-bit count before the elements.
+    counted,
+    /// To the end of the value, or as a note on the field states.
+    lengthless,
+    /// Up to an element of zero octets.
+    terminated,
+    /// Octets up to a multiple of `count` octets from the start of the value.
+    padding
+};
+
+/// How elements are shown.
+enum class Look : std::uint8_t
+{
+    elements,
+    latin1,
+    utf16,
+    hexadecimal
+};
+
+/// How a variant record says how long its alternative is.
+enum class Length : std::uint8_t
+{
+    none,
+    /// 32 bits at once after the discriminant, the alternative at once after them.
+    extended,
+    /// 32 bits at a multiple of 4, the alternative at a multiple of 8.
+    extendable
+};
+
+/// A text of the plan's pool.
+struct Name
+{
+    std::uint32_t at = 0;
+    std::uint32_t size = 0;
+};
+
+struct Node
+{
+    Form form = Form::octets;
+    Scalar scalar = Scalar::unsignedInteger;
+    Extent extent = Extent::fixed;
+    Look look = Look::elements;
+    Length length = Length::none;
+    /// V: 1, 2, 4 or 8.
+    std::uint8_t boundary = 1;
+    bool isFixed = false;
+    bool isLittleEndian = false;
+    /// Whether there is padding anywhere in it; only for nodes of fixed size.
+    bool hasPadding = false;
+    /// Of a record: whether a field decides whether another is there or how long it is.
+    bool isLooking = false;
+    /// Levels of nesting in it; at most theDeepest + 1. Counts nodes of fixed size only.
+    std::uint8_t height = 1;
+    /// Octets if isFixed, else the least number of octets.
+    std::uint32_t size = 0;
+    /// Fields and elements without octets in a node of fixed size.
+    std::uint32_t empties = 0;
+    /// Of an array: its element. Of a variant record: its discriminant.
+    std::uint32_t element = theNone;
+    /// Of an array: octets from one element to the next, if elements have a fixed size; else the
+    /// least.
+    std::uint32_t stride = 0;
+    /// Of a fixed array: its elements. Of a padding array: 2, 4 or 8.
+    std::uint32_t count = 0;
+    /// The cardinality of other arrays.
+    std::uint32_t least = 0;
+    std::uint32_t most = theNone;
+    /// Of a record: its fields. Of a variant record: its alternatives.
+    std::uint32_t first = 0;
+    std::uint32_t parts = 0;
+    /// Of a number: its Enumeration, if it has one. Of a variant record: its Choices.
+    std::uint32_t table = theNone;
+    /// Of a variant record: where the length stands, and the alternative.
+    std::uint32_t lengthOffset = 0;
+    std::uint32_t body = 0;
+    /// Padding in a node of fixed size: a range of Plan::gaps, if there is not too much of it.
+    std::uint32_t gaps = theNone;
+    std::uint32_t gapCount = 0;
+    /// How a record of fixed size is written in JSON: a range of Plan::script, if it holds nothing
+    /// but records and numbers, and not too many.
+    std::uint32_t script = theNone;
+    std::uint32_t scriptCount = 0;
+    Name name;
+    Name units;
+};
+
+/// A text of JSON, and the number after it.
+struct ScriptStep
+{
+    Name before;
+    /// theNone in the last step, after which nothing follows.
+    std::uint32_t node = theNone;
+    std::uint32_t offset = 0;
+};
+
+/// Octets of padding in a node, from its start.
+struct Gap
+{
+    std::uint32_t offset = 0;
+    std::uint32_t size = 0;
+};
+
+/// A field of a record, or an alternative of a variant record.
+struct Part
+{
+    Name name;
+    /// The name as a key of JSON, with quotes and colon.
+    Name key;
+    std::uint32_t node = theNone;
+    /// From the start of the record; theNone where it follows a field of open size.
+    std::uint32_t offset = 0;
+    /// Padding goes up to a multiple of this, from the start of the record.
+    std::uint8_t boundary = 1;
+    /// Whether the fields after it all have a fixed size.
+    bool isRestFixed = true;
+    /// Octets of the fields of fixed size after it, as if it ended at a multiple of 8.
+    std::uint32_t rest = 0;
+    /// A steps range of Plan::steps that gives the number of elements; none where length is 0.
+    std::uint32_t steps = 0;
+    std::uint32_t stepCount = 0;
+    /// HLA 1.3: the field that decides whether this one is there, and the number it then has.
+    std::uint32_t decider = theNone;
+    std::int64_t decidingNumber = 0;
+    /// Whether a later field looks at this one.
+    bool isLookedAt = false;
+};
+
+/// The most steps of one sum.
+constexpr std::size_t theMostSteps = 64;
+
+/// One step of a sum that says how many elements an array has, in reverse Polish notation.
+struct Step
+{
+    enum class What : std::uint8_t
+    {
+        number,
+        field,
+        add,
+        subtract,
+        multiply
+    };
+    What what = What::number;
+    /// The number, or the index of a field of the same record.
+    std::int64_t value = 0;
+};
+
+/// Names and numbers of an enumerated datatype. Numbers are kept as 64 bits in two's complement.
+struct Enumeration
+{
+    struct Entry
+    {
+        Name name;
+        /// The name as a text of JSON, with quotes.
+        Name quoted;
+        std::int64_t number = 0;
+        /// Whether it is the first number of its name.
+        bool isFirst = true;
+    };
+    /// In the order of the declaration, one for each number.
+    std::vector<Entry> entries;
+    /// Indices of the first entry of each number, by number; those of names, by name.
+    std::vector<std::uint32_t> byNumber;
+    std::vector<std::uint32_t> byName;
+    /// For numbers below its size: the first entry, or theNone.
+    std::vector<std::uint32_t> dense;
+};
+
+/// From a discriminant to an alternative.
+struct Choices
+{
+    struct Range
+    {
+        std::int64_t number = 0;
+        std::uint32_t alternative = theNone;
+    };
+    /// By number.
+    std::vector<Range> numbers;
+    std::vector<std::uint32_t> dense;
+    /// The alternative of HLAother.
+    std::uint32_t other = theNone;
+};
+
+/// No alternative follows; and: the number has no meaning at all.
+constexpr std::uint32_t theNothing = 0xFFFFFFFE;
+constexpr std::uint32_t theUnknown = 0xFFFFFFFD;
+
+struct Plan
+{
+    std::vector<Node> nodes;
+    std::vector<Part> parts;
+    std::vector<Step> steps;
+    std::vector<Gap> gaps;
+    std::vector<ScriptStep> script;
+    std::vector<Enumeration> enumerations;
+    std::vector<Choices> choices;
+    std::string pool;
+    /// Nodes by the names of datatypes.
+    std::unordered_map<std::string, std::uint32_t> names;
+
+    std::string_view text(Name name) const { return {pool.data() + name.at, name.size}; }
+    Name add(std::string_view text);
+    /// Adds a text as JSON has it, with quotes and `end`; gives this, and in `name` the text
+    /// itself.
+    Name addQuoted(std::string_view text, std::string_view end, Name& name);
+
+    /// The index of the first entry with this number, or theNone.
+    static std::uint32_t findEntry(const Enumeration& table, std::int64_t number);
+    /// The index of the first entry with this name, or theNone.
+    std::uint32_t findEntry(const Enumeration& table, std::string_view name) const;
+    /// The index of the alternative, theNothing or theUnknown.
+    std::uint32_t findAlternative(const Node& variant, std::int64_t number) const;
+    /// The index in a record or variant record of the part with this name, or theNone.
+    std::uint32_t findPart(const Node& node, std::string_view name) const;
+};
+
+/// The next multiple of a boundary of 1, 2, 4 or 8.
+constexpr std::uint64_t aligned(std::uint64_t at, std::uint64_t boundary)
+{
+    return (at + boundary - 1) & ~(boundary - 1);
+}
+
+}  // namespace omt

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+// Value::Parts is what a value holds: its type, its octets and its index.
+#pragma once
+
+#include "omt/codec/value.h"
+#include "omt/codec/walk.h"
+
+namespace omt
+{
+
+struct Value::Parts
+{
+    std::shared_ptr<const Plan> plan;
+    std::uint32_t node = theNone;
+    /// The octets where the value owns them, and all that were given.
+    std::vector<std::uint8_t> owned;
+    Octets octets;
+    Index index;
+    /// Used by set(), kept for its memory.
+    std::vector<std::uint8_t> scratch;
+
+    void run();
+    Steps steps() const { return {*plan, index}; }
+    Spot root() const { return plan ? steps().root(node) : Spot(); }
+    /// The octets of a piece.
+    Octets octetsOf(const Spot& spot) const;
+};
+
+ValueKind kindOf(const Plan& plan, const Node& node);
+/// Characters in UTF-8, appended.
+void appendLatin1(std::string& text, const std::uint8_t* octets, std::size_t count);
+/// A lone surrogate takes three octets, as any other unit.
+void appendUtf16(std::string& text, const Node& element, const std::uint8_t* octets,
+                 std::size_t count);
+std::optional<std::string> textOf(const Plan& plan, std::uint32_t node, const std::uint8_t* first,
+                                  std::size_t count);
+void appendJsonOf(const Plan& plan, const std::uint8_t* octets, const Index& index,
+                  const Spot& spot, std::string& text, const JsonOptions& options);
+/// Reads JSON as the octets of a node; appends nothing where it is none.
+std::optional<ValueError> readJson(const Plan& plan, std::uint32_t node, std::string_view json,
+                                   std::vector<std::uint8_t>& octets);
+
+/// A step of a path: a name, or an index.
+struct PathStep
+{
+    std::string_view name;
+    std::uint32_t index = theNone;
+};
+/// Takes the next step off a path; nothing at its end, or where `isWrong` tells that it is none.
+std::optional<PathStep> takeStep(std::string_view& path, bool& isWrong);
+
+}  // namespace omt

@@ -1,0 +1,6 @@
+// SPDX-License-Identifier: Apache-2.0
+// All that reads object models and the values that they describe.
+#pragma once
+
+#include "omt/codec/codec.h"
+#include "omt/model/read.h"
