@@ -311,6 +311,8 @@ TEST(MappingFileTest, MayHoldAnything)
     manager.writeFile(folder.path().string());
     EXPECT_TRUE(manager.isDirty());
     EXPECT_EQ(messages.list().size(), 0U);
+    manager.writeFile("/dev/full");
+    EXPECT_THAT(messages.list(), testing::ElementsAre(testing::HasSubstr("No space left")));
 }
 
 using StandardMappingTest = ModelsTest;

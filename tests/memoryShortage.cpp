@@ -13,6 +13,7 @@ namespace
 
 constexpr std::size_t theUnlimited = std::numeric_limits<std::size_t>::max();
 thread_local std::size_t theGranted = theUnlimited;
+thread_local bool theHasRefused = false;
 
 }  // namespace
 
@@ -20,7 +21,11 @@ thread_local std::size_t theGranted = theUnlimited;
 // sanitizer, which has its own, none is mixed with another's.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    if (theGranted == 0) return nullptr;
+    if (theGranted == 0)
+    {
+        theHasRefused = true;
+        return nullptr;
+    }
     if (theGranted != theUnlimited) --theGranted;
     return std::malloc(size > 0 ? size : 1);
 }
@@ -34,6 +39,11 @@ void* operator new(std::size_t size)
 void* operator new[](std::size_t size)
 {
     return operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return operator new(size, std::nothrow);
 }
 
 void operator delete(void* memory) noexcept
@@ -59,6 +69,7 @@ void operator delete[](void* memory, std::size_t) noexcept
 MemoryShortage::MemoryShortage(std::size_t granted)
 {
     theGranted = granted;
+    theHasRefused = false;
 }
 
 MemoryShortage::~MemoryShortage()
@@ -69,22 +80,23 @@ MemoryShortage::~MemoryShortage()
 void sweepShortages(const std::function<void()>& work, const std::function<void()>& check)
 {
     constexpr std::size_t theMost = 10000;
-    bool hasEnough = false;
-    for (std::size_t granted = 0; !hasEnough && granted < theMost; ++granted)
+    theHasRefused = true;
+    std::size_t granted = 0;
+    for (; theHasRefused && granted < theMost; ++granted)
     {
         SCOPED_TRACE(std::to_string(granted) + " requests granted");
         try
         {
             const MemoryShortage shortage(granted);
             work();
-            hasEnough = true;
         }
         catch (const std::bad_alloc&)
         {
-            EXPECT_LT(granted + 1, theMost);
+            EXPECT_TRUE(theHasRefused);
         }
-        EXPECT_TRUE(!hasEnough || granted > 0) << "nothing was asked for";
         check();
         if (testing::Test::HasFailure()) return;
     }
+    EXPECT_GT(granted, 1u) << "nothing was asked for";
+    EXPECT_LT(granted, theMost);
 }

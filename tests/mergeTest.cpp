@@ -301,7 +301,7 @@ TEST(MergeTest, CopiesEverythingAndPointsNowhereIntoTheSource)
 
 TEST(MergeTest, TheQuickLookUpAnswersAsTheSlowOne)
 {
-    for (unsigned seed = 0; seed < 40; ++seed)
+    for (unsigned seed = 0; seed < 15; ++seed)
     {
         const TreePtr quick(new DtOMTTree);
         const TreePtr slow(new SlowTree);

@@ -343,7 +343,7 @@ const std::vector<Case> theEvolvedCases = {
        <enumerator><name>f</name><value>7</value></enumerator>
        </enumeratedData></enumeratedDataTypes></dataTypes>)",
      "enumerated[0].enumerator[0].enum=a; enumerated[0].enumerator[0].number=7; "
-     "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=2147483647; "
+     "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=1215752191; "
      "enumerated[0].name=%s%n",
      {"Duplicated enum name a", "ted enum number "}},
     {"update rates are numbers",

@@ -105,8 +105,8 @@ TEST(SexpTest, ListsTakeNoStack)
     for (const auto& [before, after] : cases)
     {
         SCOPED_TRACE(before);
-        const std::string head = std::string(1, '(').append(times(1000000, before));
-        const std::string tail = times(1000000, after).append(1, ')');
+        const std::string head = std::string(1, '(').append(times(200000, before));
+        const std::string tail = times(200000, after).append(1, ')');
         const DtlObjPtr list = readOne(head + "x" + tail, environment);
         EXPECT_TRUE(DtcEqual(list, readOne(head + "x" + tail, environment)));
         for (const char* other : {"y", "\"x\"", "()"})

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Decoding and string trees when memory is short: what fails leaves everything usable.
+// Conversions and string trees when memory is short: what fails leaves everything usable.
 #include "memoryShortage.h"
 #include "modelText.h"
 #include "omtReader/datatypeManager.h"
@@ -75,6 +75,51 @@ TEST(ShortageTest, DecodingGoesOnAfterFailures)
                        });
     }
     DtSetMessageSink(sinkBefore);
+}
+
+TEST(ShortageTest, EncodingGoesOnAfterFailures)
+{
+    const Messages messages;
+    const TreePtr model = modelOf(
+        "simple B byte;simple C char;enumerated E HLAoctet Five=5 Six=6;"
+        "array Text C HLAnullTerminatedArray -;array V B HLAvariableArray Dynamic;"
+        "fixed Datum a:E b:B c:V;array Data Datum HLAvariableArray Dynamic;"
+        "fixed All a:Text b:Datum c:B d:Data;complex Old k:E:1 a:B:(k_=_5) o:Datum:0-2 z:B:0-1");
+    const std::pair<const char*, const char*> theValues[] = {
+        {"All",  "a[b[]] Five, 1, 2[3], 7 Six, 3, 4[Five, 5, 6]"},
+        {"Old",  "Five 7 Six, 1, 2[Five, 3, 4], 9"              },
+        {"Data", "Five 1 2[Six, 3, 4[5]]"                       },
+        {"E",    "Six"                                          },
+    };
+    for (const auto& [datatype, text] : theValues)
+    {
+        SCOPED_TRACE(datatype);
+        std::unique_ptr<DtDatatypeManager> manager;
+        const auto makeManager = [&]
+        {
+            manager = std::make_unique<DtDatatypeManager>();
+            manager->fillDefaultDatatypeRepList();
+            manager->initOMTData(model.get());
+            manager->addDelimiterMap("Datum", ", ");
+            manager->setNodeLimit(2);  // and one for each octet of the text: spent ones would show
+        };
+        const auto encoded = [&, name = datatype, line = text]
+        {
+            DtDatatypeManager::Octets out;
+            manager->getValueFromStringRep(name, line, out);
+            return out;
+        };
+        makeManager();
+        const DtDatatypeManager::Octets expected = encoded();
+        makeManager();
+        sweepShortages(encoded,
+                       [&]
+                       {
+                           for (int times = 0; times < 3; ++times) EXPECT_EQ(encoded(), expected);
+                           makeManager();
+                       });
+    }
+    EXPECT_EQ(messages.list(), std::vector<std::string>());
 }
 
 TEST(ShortageTest, TreesNeedNoMemoryToGo)

@@ -73,7 +73,7 @@ Tree chain(int length, Link link)
 
 TEST(StringTreeTest, ChainsMayBeLong)
 {
-    constexpr int theLength = 1000000;
+    constexpr int theLength = 200000;
     const struct
     {
         const char* what;

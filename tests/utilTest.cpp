@@ -66,6 +66,21 @@ TEST(StringTest, ReadsDoubles)
         });
 }
 
+TEST(StringTest, ReadsUnsignedAndShortNumbers)
+{
+    expectEach({"4294967295 => 4294967295 whole 4.29497e+09 whole",
+                "4294967296x => 4294967295 part 4.29497e+09 part", "-5 => 0 part -5 whole",
+                "0.1 => 0 part 0.1 whole", "1e39 => 1 part inf part", " => 0 part 0 part"},
+               [](const DtString& text)
+               {
+                   bool isWhole[2] = {};
+                   std::ostringstream value;
+                   value << text.toUInt(&isWhole[0]) << (isWhole[0] ? " whole " : " part ");
+                   value << text.toFloat(&isWhole[1]) << (isWhole[1] ? " whole" : " part");
+                   return value.str();
+               });
+}
+
 TEST(StringTest, WritesTheShortestNumberThatReadsBack)
 {
     for (const char* text : {"0.1", "-0", "1e+300", "5e-324", "123456.789", "nan"})

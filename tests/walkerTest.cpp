@@ -393,10 +393,10 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         {"Rest", "array Rest Rest HLAlengthlessVarArray -;", "\1", true},
         {"Nothings", "fixed R;array Nothings R HLAvariableArray Dynamic;", theCount + "\1\1", true},
         {"NoTexts", "simple T utf8;array NoTexts T HLAvariableArray Dynamic;",
-         theCount + std::string(1 << 20, 'a') + '\xE4', true},
+         theCount + std::string(1 << 18, 'a') + '\xE4', true},
         {"L0", theLevels, "\1", true},
         {"Kinds", "simple K byte;variant V kind:K;array Kinds V HLAvariableArray Dynamic;",
-         theCount + std::string(150'000, '\1'), true},  // two nodes for each octet
+         theCount + std::string(30'000, '\1'), true},  // two nodes for each octet
         {"Opens", theLost + "array Open Lost HLAlengthlessVarArray -;"
                             "array Opens Open HLAvariableArray Dynamic;",
          theCount + std::string(500, '\1'), true},
@@ -404,7 +404,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
          theCount + std::string(500, '\1'), true},
         {"Alternatives", theLost + "variant A kind:K" + repeated(1000, " other:K") +
                          ";array Alternatives A HLAvariableArray Dynamic;",
-         theCount + std::string(50'000, '\1'), true},
+         theCount + std::string(10'000, '\1'), true},
         {"Conditions", "simple B byte;complex Conditions" + repeated(1000, " here:B:1") +
                        repeated(1000, " there:B:0-1_(missing_=_1)") + ';',
          std::string(1000, '\1'), true},
@@ -417,7 +417,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
             SCOPED_TRACE(each.datatype);
             SCOPED_TRACE(pads);
             Converter manager(modelOf(each.declarations), pads);
-            manager.setNodeLimit(100000);
+            manager.setNodeLimit(20000);
             const auto decode = [&](bool asLine)
             {
                 const Messages messages;
@@ -425,7 +425,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
                 const Value value(each.octets);
                 if (asLine)
                     EXPECT_LT(value.line(manager, each.datatype, consumed).size(),
-                              1'000'000 + 100 * each.octets.size());
+                              200'000 + 100 * each.octets.size());
                 else
                     value.tree(manager, each.datatype, consumed);
                 EXPECT_EQ(consumed < 0, each.isStopped);

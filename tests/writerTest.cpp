@@ -252,7 +252,7 @@ TEST(WriterTest, TreesOfAnySizeAreWrittenWhole)
     const std::string file = (folder.path() / "m.xml").string();
     TreePtr large(new DtOMTTree);
     large->setPurpose(std::string(11'000'000, 'p'));
-    const TreePtr theTrees[] = {chain(200), chain(1000), chain(100000), std::move(large)};
+    const TreePtr theTrees[] = {chain(200), chain(1000), chain(20000), std::move(large)};
     for (const TreePtr& tree : theTrees)
     {
         DtXMLEvolvedFileWriter writer(tree.get());
@@ -264,6 +264,19 @@ TEST(WriterTest, TreesOfAnySizeAreWrittenWhole)
         EXPECT_TRUE(bodyOf(content.str()) == bodyOf(written(tree)));
     }
     EXPECT_TRUE(readAgain(written(chain(249)))) << "the deepest that is read from other formats";
+}
+
+TEST(WriterTest, PartsAskedForOutsideOfAWriteAreNotWritten)
+{
+    const TreePtr tree(new DtOMTTree);
+    DtXMLEvolvedFileWriter writer(tree.get());
+    const DtString before = writer.writeString();
+    testing::internal::CaptureStderr();
+    writer.writeType();
+    writer.writePOCs();
+    writer.writePOC(DtOMTTreePOC());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(writer.writeString(), before);
 }
 
 TEST(WriterTest, WhatCannotBeWrittenIsReportedAndNoMore)

@@ -10,12 +10,15 @@
 #include <cmath>
 
 using Octets = omtreader::VectorOctets<float>;
+using Location = omtreader::VectorOctets<double>;
 
 namespace
 {
 
-DtString headingText(const DtVector64& position, const DtVector64& velocity)
+/// `location` is the record of a position, see locationPtr().
+DtString headingText(const void* location, const DtVector64& velocity)
 {
+    const DtVector64 position = Location::read(location);
     return omtreader::recordText(
         DtRad2Deg(DtHeadingFromGeocAToGeocB(position, position + velocity)));
 }
@@ -71,10 +74,10 @@ DtString DtAltVelocityDatatypeRep::stringRep(const void* position, int* consumed
                                              DtObjectHistory* history) const
 {
     const void* const record = netValPtr(position, consumed);
-    const DtVector64* const location = record ? locationPtr(*myManager, history) : nullptr;
+    const void* const location = record ? locationPtr(*myManager, history) : nullptr;
     if (!location) return omtreader::theFailedRecord;
     const DtVector64 velocity = Octets::read(record);
-    return headingText(*location, velocity) + ", " + speedText(velocity) + ", ";
+    return headingText(location, velocity) + ", " + speedText(velocity) + ", ";
 }
 
 DtStringTree* DtAltVelocityDatatypeRep::createTreeRep(const void* position, int* consumed,
@@ -83,10 +86,10 @@ DtStringTree* DtAltVelocityDatatypeRep::createTreeRep(const void* position, int*
     const void* const record = netValPtr(position, consumed);
     if (!record) return new DtStringTree;
     const DtVector64 velocity = Octets::read(record);
-    const DtVector64* const location = locationPtr(*myManager, history);
+    const void* const location = locationPtr(*myManager, history);
     return omtreader::createChain({
         {"Heading", "Defined", 0,
-         location ? headingText(*location,           velocity) : DtString(omtreader::theFailedRecord)},
+         location ? headingText(location,            velocity) : DtString(omtreader::theFailedRecord)},
         {"Speed",         "Defined",            4, speedText(velocity)},
     });
 }

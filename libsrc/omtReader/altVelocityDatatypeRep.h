@@ -4,6 +4,8 @@
 
 #include "omtReader/definedDatatypeRep.h"
 
+class DtVector64;
+
 /// "alt-velocity": three 32-bit numbers in network order of a geocentric velocity in metres per
 /// second, shown as heading in degrees and speed.
 ///

@@ -32,6 +32,8 @@
 #include "omtReader/values/orphanCheck.h"
 #include "omtReader/values/standardMapping.h"
 #include "omtReader/variantDatatypeNode.h"
+#include "util/dtMessages.h"
+#include "util/dtWholeFile.h"
 
 #include <cstdio>
 #include <set>
@@ -151,8 +153,8 @@ void DtDatatypeManager::checkOrphanMappings()
 void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
 {
     if (!objectClass) return;
-    const bool isWhole = myRooms->open().mayWalkClasses;
     const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const bool isWhole = myRooms->open().mayWalkClasses || scope.isDeep();
     const bool isNew = myRooms->orphans->objectClasses(*objectClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -162,8 +164,8 @@ void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
 void DtDatatypeManager::checkIntOrphans(DtInteractionClassFedNode* interactionClass)
 {
     if (!interactionClass) return;
-    const bool isWhole = myRooms->open().mayWalkClasses;
     const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
+    const bool isWhole = myRooms->open().mayWalkClasses || scope.isDeep();
     const bool isNew = myRooms->orphans->interactionClasses(*interactionClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -436,11 +438,15 @@ bool DtDatatypeManager::processMappings(DtlObjPtr& mappings)
 
 void DtDatatypeManager::writeFile(DtString path)
 {
-    const DtString text = omtreader::mappingText(*mySettings);
-    std::FILE* const file = std::fopen(path.c_str(), "w");
-    if (!file) return;
-    std::fwrite(text.c_str(), 1, text.length(), file);
-    std::fclose(file);
+    const std::error_code error =
+        DtWriteWholeFile(path.str(), omtreader::mappingText(*mySettings).view());
+    // A file that cannot be opened is passed over: hosts offer names that may not be writable.
+    constexpr std::errc theToldReasons[] = {std::errc::no_space_on_device, std::errc::io_error,
+                                            std::errc::file_too_large,
+                                            std::errc::not_enough_memory};
+    for (const std::errc reason : theToldReasons)
+        if (error == reason)
+            DtWarn << path << ": the mappings are not written: " << error.message() << std::endl;
 }
 
 // Decoding.

@@ -182,7 +182,8 @@ public:
     /// a malformed one is told to DtWarn and changes nothing.
     virtual void readFile(DtString path);
     /// Writes the mapping file. Attribute mappings are not part of it, on purpose, nor are mappings
-    /// that initOMTData() makes anew. Without a file to write to, nothing happens.
+    /// that initOMTData() makes anew. The file is replaced whole or not at all. Without a file to
+    /// write to, nothing happens; a full disk is told to DtWarn.
     virtual void writeFile(DtString path);
 
     /// Shows a datatype by a representation, and with it every simple datatype that is based on it
@@ -249,7 +250,8 @@ public:
     /// Marks every name that is referred to and not defined as a simple datatype shown as "---",
     /// which stands for no representation.
     virtual void checkOrphanMappings();
-    /// The same for the attributes (parameters) of a class and of all classes below it.
+    /// The same for the attributes (parameters) of a class and of all classes below it. Where a
+    /// host replaces one of these two, it is called for the classes below as well, 100 levels deep.
     virtual void checkObjOrphans(DtObjectClassFedNode* objectClass);
     virtual void checkIntOrphans(DtInteractionClassFedNode* interactionClass);
 

@@ -8,7 +8,7 @@ DtDefinedDatatypeRep::DtDefinedDatatypeRep(bool isAligned) : DtDatatypeRep(isAli
 
 DtDefinedDatatypeRep::~DtDefinedDatatypeRep() = default;
 
-DtVector64* DtDefinedDatatypeRep::locationPtr(DtDatatypeManager&, DtObjectHistory*) const
+const void* DtDefinedDatatypeRep::locationPtr(DtDatatypeManager&, DtObjectHistory*) const
 {
     return nullptr;
 }

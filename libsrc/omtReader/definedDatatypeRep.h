@@ -7,7 +7,6 @@
 class DtDatatypeManager;
 class DtObjectHistory;  // a host's own; it is only handed on, and may be null
 class DtStringTree;
-class DtVector64;
 
 /// A representation that shows a record, such as a position, as a whole and as a small tree.
 ///
@@ -33,9 +32,10 @@ public:
     virtual DtString originalStringRep(const void* position, int* consumed,
                                        DtObjectHistory* history) const = 0;
 
-    /// Where the object was last known to be. Always null, on purpose, as no history says which of
-    /// its attributes is a position; callers cope with that.
-    DtVector64* locationPtr(DtDatatypeManager& manager, DtObjectHistory* history) const;
+    /// Where the object was last known to be: three 64-bit numbers in network order, X, Y and Z,
+    /// geocentric and in metres, which stay the history's. Always null for now, as no history says
+    /// which of its attributes is a position; callers cope with that.
+    const void* locationPtr(DtDatatypeManager& manager, DtObjectHistory* history) const;
 
 protected:
     explicit DtDefinedDatatypeRep(bool isAligned);

@@ -79,6 +79,7 @@ TEST(NearestNames, TheNearestAlwaysOthersWhereTheyAreNear)
                 ElementsAre("Car", "Crane"));
     EXPECT_THAT(omt::nearestNames("Location", {"Octet", "WorldLocationStruct"}),
                 ElementsAre("WorldLocationStruct"));
+    EXPECT_THAT(omt::nearestNames("Car", {"Car", "Cart"}), ElementsAre("Cart"));
     EXPECT_THAT(omt::nearestNames("x", {"LongName"}), ElementsAre("LongName"));
     EXPECT_EQ(omt::unknownName("class", "x", std::vector<std::string>()), "no class \"x\"");
     EXPECT_LT(

@@ -89,7 +89,8 @@ std::vector<std::string_view> nearestNames(std::string_view sought,
     sought = sought.substr(0, theLongestCompared);
     std::vector<Rank> ranked;
     ranked.reserve(names.size());
-    for (const std::string_view name : names) ranked.push_back(rank(sought, name));
+    for (const std::string_view name : names)
+        if (name != sought) ranked.push_back(rank(sought, name));
     std::sort(ranked.begin(), ranked.end());
 
     std::vector<std::string_view> nearest;

@@ -24,6 +24,8 @@ public:
     bool objectClasses(const DtObjectClassFedNode& top, bool isWhole);
     bool interactionClasses(const DtInteractionClassFedNode& top, bool isWhole);
 
+    int depth = 0;  ///< of the calls that share the check
+
 private:
     void check(const DtString& datatype);
     void checkComponents(const DtString& datatype, DtDatatypeManager::DtDatatypeEnum kind);
@@ -34,7 +36,7 @@ private:
     std::unordered_set<const void*> mySeen;
 };
 
-/// Keeps one check for all calls that begin while it lives.
+/// Keeps one check for all calls that begin while it lives, and counts how deep they are.
 class OrphanCheckScope
 {
 public:
@@ -42,15 +44,20 @@ public:
         : myCheck(check), myIsFirst(!check)
     {
         if (myIsFirst) myCheck.emplace(settings);
+        ++myCheck->depth;
     }
     OrphanCheckScope(const OrphanCheckScope&) = delete;
     OrphanCheckScope& operator=(const OrphanCheckScope&) = delete;
     ~OrphanCheckScope()
     {
+        --myCheck->depth;
         if (myIsFirst) myCheck.reset();
     }
+    /// Whether one more call for every level of classes could take too much stack.
+    bool isDeep() const { return myCheck->depth > theDeepest; }
 
 private:
+    static constexpr int theDeepest = 100;
     std::optional<OrphanCheck>& myCheck;
     bool myIsFirst;
 };
