@@ -78,6 +78,7 @@ private:
     void number(const std::string& type, Tree& tree, const Around& around);
     void record(const omt::FixedRecord& data, Tree& tree, const Around& around);
     void array(const omt::ArrayData& data, Tree& tree, const Around& around);
+    void terminated(const omt::ArrayData& data, Tree& tree, const Around& around, std::size_t some);
     void loop(const omt::ArrayData& data, Tree& tree, const Around& around, std::size_t start,
               std::optional<std::size_t> count);
     void variant(const omt::VariantRecord& data, Tree& tree, const Around& around);
