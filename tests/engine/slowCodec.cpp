@@ -402,7 +402,7 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     {
         need(4, around);
         if (myRandom)
-            for (int i = 0; i < 4; ++i)
+            for (std::size_t i = 0; i < 4; ++i)
                 myOctets[myAt + i] = static_cast<std::uint8_t>(some >> (24 - 8 * i));
         const std::int64_t count = static_cast<std::int32_t>(integer("HLAinteger32BE", myAt));
         if (count < 0) throw Fault{start, 4, around.limit - start - 4};
@@ -626,7 +626,7 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     std::size_t length = static_cast<std::uint32_t>(integer("HLAinteger32BE", place));
     if (myRandom) length = alternative ? 1 : 0;
     if (myRandom)
-        for (int i = 0; i < 4; ++i) myOctets[place + i] = 0;
+        for (std::size_t i = 0; i < 4; ++i) myOctets[place + i] = 0;
     myAt += 4;
     if (length == 0 && (!alternative || isExtendable || isUnknown)) return;
     const std::size_t body = isExtendable ? start + up(myAt - start, 8) : myAt;
@@ -652,7 +652,7 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     {
         piece(type, inside, around);
         length = myAt - body;
-        for (int i = 0; i < 4; ++i)
+        for (std::size_t i = 0; i < 4; ++i)
             myOctets[place + i] = static_cast<std::uint8_t>(length >> (24 - 8 * i));
         if (isExtendable && length == 0)
         {

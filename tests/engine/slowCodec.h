@@ -35,6 +35,7 @@ public:
     Octets make(const std::string& type, std::mt19937_64& random);
 
 private:
+    struct Part;
     struct Tree
     {
         enum class Kind
@@ -47,7 +48,13 @@ private:
         Kind kind = Kind::none;
         std::size_t start = 0;
         std::string leaf;
-        std::vector<std::pair<std::string, Tree>> parts;
+        std::vector<Part> parts;
+    };
+    struct Part
+    {
+        Part(std::string name, Tree tree) : first(std::move(name)), second(std::move(tree)) {}
+        std::string first;
+        Tree second;
     };
     struct Fault
     {
