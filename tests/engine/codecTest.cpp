@@ -299,6 +299,11 @@ void* operator new(std::size_t size)
     if (void* const memory = std::malloc(size)) return memory;
     throw std::bad_alloc();
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++theAllocations;
+    return std::malloc(size);
+}
 void operator delete(void* memory) noexcept
 {
     std::free(memory);

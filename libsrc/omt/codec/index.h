@@ -51,6 +51,10 @@ struct Index
 std::int64_t loadInteger(const Node& node, const std::uint8_t* octets);
 double loadNumber(const Node& node, const std::uint8_t* octets);
 
+/// Indexes the usual values at once: those of fixed size, and variant records with an alternative
+/// of fixed size, neither with octets missing, left or odd. False for any other, with nothing done.
+bool indexDirectly(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
+
 /// How many elements other fields state for an array, given what these hold.
 std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const Looked* looked);
 
