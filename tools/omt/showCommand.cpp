@@ -69,8 +69,8 @@ Command addShowCommand(CLI::App& app)
     choice->classOption =
         command
             ->add_option("--class", choice->className,
-                         "One class with all its members, or one member: its full name, or any end "
-                         "of it that no other has")
+                         "One class with all its members, or, not as JSON, one member: its full "
+                         "name, or any end of it that no other has")
             ->type_name("NAME");
     choice->datatypeOption =
         command
