@@ -76,9 +76,9 @@ std::string forTerminal(std::string_view text)
     return result;
 }
 
-ExitStatus writeResult(const std::string& result)
+ExitStatus writeResult(const std::string& result, bool isPainted = false)
 {
-    const std::string text = ::isatty(STDOUT_FILENO) ? forTerminal(result) : result;
+    const std::string text = !isPainted && ::isatty(STDOUT_FILENO) ? forTerminal(result) : result;
     const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
     if (isWritten && std::fflush(stdout) == 0) return theDone;
     if (errno != EPIPE)  // whoever closed the pipe has seen enough
@@ -135,7 +135,7 @@ ExitStatus run(const Command& command)
     try
     {
         const Result result = command.run();
-        const ExitStatus status = writeResult(result.text);
+        const ExitStatus status = writeResult(result.text, result.isPainted);
         for (const std::string& complaint : result.complaints) writeMessage(complaint);
         return result.complaints.empty() && !result.isFailure ? status : theBadInput;
     }

@@ -52,6 +52,7 @@ Result show(const ShowChoice& choice)
     result.isFailure = input.isFailure;
     // Part of a model is not the model that was asked for.
     if (!input.isWhole) return result;
+    result.isPainted = !choice.asJson;
     result.text = choice.asJson ? jsonText(choice, input.model) + '\n'
                                 : painted(pageText(choice, input.model));
     return result;
