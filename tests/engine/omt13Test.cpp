@@ -262,6 +262,7 @@ TEST(Hla13, saysWhatIsWrongAndKeepsTheRest)
         {"open string", "(ObjectModel\n(Name \"a)\n)", {"x.omd:2: error: ends within the string that begins here [malformed]"}, 0},
         {"open notes", "(ObjectModel (Name \"a\"\n[1)", {"x.omd:2: error: ends within the notes that begin here [malformed]"}, 0},
         {"stray parenthesis", "(ObjectModel)\n)", {"x.omd:2: error: has a closing parenthesis without an opening one [malformed]"}, 0},
+        {"a part outside", "(ObjectModel)\n(Class (ID 1) (Name \"a\"))", {"x.omd:2: warning: \"Class\" stands outside of the object model; it is kept as it is [outside]"}, 0},
         {"early end", "(ObjectModel\n(Class (ID 1)", {"x.omd:2: error: ends before the clause that begins here is closed [malformed]"}, 0},
         {"deep nesting", "(ObjectModel (Class " + deep + std::string(200002, ')'), {"x.omd:1: warning: \"\" is no clause of object class; it is kept as it is [unknown-clause]", "x.omd:1: error: there is an object class without a name [no-name]"}, 1},
         {"another form", "(OMDT v1)\n(Other)", {"x.omd: error: is no object model: there is no clause \"ObjectModel\" [no-object-model]"}, 0},

@@ -124,6 +124,8 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"unknown class of a path", "small.xml --class Car.Vna", "", "of Car \"Vna\"; did you mean Van"},
         {"unknown member", "small.xml --class Van.Sped", "", "\"Sped\"; did you mean Speed"},
         {"unknown class for JSON", "small.xml --json --class Cra", "", "did you mean Car"},
+        {"a member for JSON", "small.xml --json --class Van.Speed", "", "name the class Van"},
+        {"standard input twice", "- - <small.xml", "", "standard input can be read only once"},
         {"ambiguous class", "small.xml --class Road", "",
          "choose one of HLAobjectRoot.Road, HLAinteractionRoot.Road\n"},
         {"unknown datatype", "small.xml --datatype Paints", "", "did you mean Paint"},

@@ -32,10 +32,13 @@ std::vector<ClassRef> classesNamed(const omt::Model& model, std::string_view pat
 std::string ambiguousName(const omt::Model& model, const std::string& path,
                           const std::vector<ClassRef>& found)
 {
+    constexpr std::size_t theMostShown = 10;
     std::vector<std::string> names;
     for (const ClassRef& one : found)
-        names.push_back(
-            std::visit([&](const auto* node) { return fullNameText(model, *node); }, one));
+        if (names.size() < theMostShown)
+            names.push_back(
+                std::visit([&](const auto* node) { return fullNameText(model, *node); }, one));
+    if (names.size() < found.size()) names.emplace_back("...");
     return '"' + path + "\" is the name of " + std::to_string(found.size()) +
            " classes; choose one of " + joined(names, ", ");
 }
@@ -228,6 +231,9 @@ ClassRef findClass(const omt::Model& model, const std::string& path)
 {
     const std::vector<ClassRef> found = classesNamed(model, path);
     if (found.size() == 1) return found.front();
+    if (found.empty() && !model.findMembers(path).empty())
+        throw InputError('"' + path + "\" is a member; name the class " +
+                         path.substr(0, path.rfind('.')));
     throw InputError(found.empty() ? unknownClass(model, path) : ambiguousName(model, path, found));
 }
 

@@ -18,8 +18,8 @@ struct Result
     std::vector<std::string> complaints = {};
     /// Whether the input is wrong although there is no complaint left to write.
     bool isFailure = false;
-    /// Whether every text of a model in it is escaped already, and colours may follow as they are.
-    bool isForTerminals = false;
+    /// Whether the text has its control characters escaped already and may hold colours.
+    bool isPainted = false;
 };
 
 /// One subcommand: its place on the command line, and what it does once it was chosen there.

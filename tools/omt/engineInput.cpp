@@ -72,6 +72,8 @@ void addEngineArguments(CLI::App& command, EngineChoice& choice)
 
 EngineInput readEngine(const EngineChoice& choice)
 {
+    if (std::count(choice.files.begin(), choice.files.end(), "-") > 1)
+        throw InputError("standard input can be read only once");
     std::vector<std::string> files;
     for (const std::string& name : choice.files) files.push_back(placeOf(name));
     const omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));

@@ -76,10 +76,9 @@ std::string forTerminal(std::string_view text)
     return result;
 }
 
-ExitStatus writeResult(const Result& result)
+ExitStatus writeResult(const std::string& result, bool isPainted = false)
 {
-    const bool isEscaped = !result.isForTerminals && ::isatty(STDOUT_FILENO) == 1;
-    const std::string text = isEscaped ? forTerminal(result.text) : result.text;
+    const std::string text = !isPainted && ::isatty(STDOUT_FILENO) ? forTerminal(result) : result;
     const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
     if (isWritten && std::fflush(stdout) == 0) return theDone;
     if (errno != EPIPE)  // whoever closed the pipe has seen enough
@@ -126,7 +125,7 @@ ExitStatus endParsing(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream result;
     std::ostringstream ignored;
-    if (app.exit(error, result, ignored) == 0) return writeResult({result.str()});
+    if (app.exit(error, result, ignored) == 0) return writeResult(result.str());
     writeMessage(whyWrong(app, error));
     return theWrongUsage;
 }
@@ -136,7 +135,7 @@ ExitStatus run(const Command& command)
     try
     {
         const Result result = command.run();
-        const ExitStatus status = writeResult(result);
+        const ExitStatus status = writeResult(result.text, result.isPainted);
         for (const std::string& complaint : result.complaints) writeMessage(complaint);
         return result.complaints.empty() && !result.isFailure ? status : theBadInput;
     }

@@ -52,7 +52,7 @@ Result show(const ShowChoice& choice)
     result.isFailure = input.isFailure;
     // Part of a model is not the model that was asked for.
     if (!input.isWhole) return result;
-    result.isForTerminals = !choice.asJson;
+    result.isPainted = !choice.asJson;
     result.text = choice.asJson ? jsonText(choice, input.model) + '\n'
                                 : painted(pageText(choice, input.model));
     return result;
@@ -70,8 +70,8 @@ Command addShowCommand(CLI::App& app)
     choice->classOption =
         command
             ->add_option("--class", choice->className,
-                         "One class with all its members, or one member: its full name, or any end "
-                         "of it that no other has")
+                         "One class with all its members, or, not as JSON, one member: its full "
+                         "name, or any end of it that no other has")
             ->type_name("NAME");
     choice->datatypeOption =
         command

@@ -49,6 +49,17 @@ bool isSameTexts(const List<Text>& left, const List<Text>& right, Kind kind)
            sortedTexts(left) == sortedTexts(right);
 }
 
+/// A sentence without blanks and its full stop, which documents set as they like:
+/// `[-2^7, 2^7 - 1].` and `[-2^7,2^7-1]`.
+std::string withoutBlanks(std::string_view sentence)
+{
+    std::string rest;
+    for (const char c : sentence)
+        if (c != ' ' && c != '\t' && c != '\r' && c != '\n') rest += c;
+    if (!rest.empty() && rest.back() == '.') rest.pop_back();
+    return rest;
+}
+
 /// One meaning of the words that editions have for the two states of a switch.
 std::string_view switchState(std::string_view value)
 {
@@ -140,6 +151,7 @@ bool isSame(const Definition& left, const Definition& right, Kind kind, const Ro
     if (kind == Kind::switchSetting) return switchState(leftText) == switchState(rightText);
     if (!saysSomething(leftText) || !saysSomething(rightText))
         return saysSomething(leftText) == saysSomething(rightText);
+    if (kind == Kind::basicData) return withoutBlanks(leftText) == withoutBlanks(rightText);
     return isSameText(leftText, rightText);
 }
 

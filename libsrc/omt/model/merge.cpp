@@ -101,6 +101,27 @@ constexpr Kind kindOfPart()
         return Part::theKind;
 }
 
+/// Whether a part is an attribute or a parameter by its name alone, which mentions the one that
+/// another module defines.
+template <typename Part>
+bool isMention([[maybe_unused]] const Part& part)
+{
+    if constexpr (std::is_base_of_v<Member, Part>)
+        return !saysSomething(part, Part::theKind);
+    else
+        return false;
+}
+
+/// Whether a part is the NA of a class without dimensions.
+template <typename Part>
+bool isNone([[maybe_unused]] const Part& part)
+{
+    if constexpr (std::is_same_v<Part, Text>)
+        return !saysSomething(part.view());
+    else
+        return false;
+}
+
 /// The parts of a definition that several modules have, with what finds them.
 template <typename Part>
 struct Growth
@@ -487,7 +508,8 @@ void Merger::mergeParts(const T& first, std::uint32_t index, const T& later,
         Growth<Part>& growth = place->second;
         if (isNew)
         {
-            for (const Part& part : first.*list) growth.add(part);
+            for (const Part& part : first.*list)
+                if (!isNone(part)) growth.add(part);
             growth.own = growth.parts.size();
         }
         mergeByName(growth, later.*list, repetition);
@@ -499,24 +521,36 @@ void Merger::mergeByName(Growth<Part>& growth, const List<Part>& theirs,
                          const Repetition& repetition)
 {
     std::vector<std::uint32_t> matched;
+    bool isDefinition = false;
     for (const Part& part : theirs)
     {
+        const bool isOnlyName = isMention(part);
+        isDefinition = isDefinition || !isOnlyName;
+        if (isNone(part)) continue;
         const auto found = growth.byKey.find(keyOf(part));
         if (found == growth.byKey.end())
         {
+            isDefinition = true;
             addPart(growth, part, repetition);
             continue;
         }
         matched.push_back(found->second);
         if constexpr (!std::is_same_v<Part, Text>)
         {
-            const Part& ours = growth.parts[found->second];
-            if (!isEqual(ours, part, Part::theKind))
+            Part& ours = growth.parts[found->second];
+            if (isMention(ours) && !isOnlyName)
+            {
+                ours = part;
+                ours.module += myFirstModule;
+                growth.isChanged = true;
+            }
+            else if (!isOnlyName && !isEqual(ours, part, Part::theKind))
                 compareRows(ours, part, Part::theKind,
                             describePart(Part::theKind, keyOf(part), repetition), false);
         }
     }
-    if (!repetition.mayLeaveOut) reportMissing(growth, std::move(matched), repetition);
+    if (isDefinition && !repetition.mayLeaveOut)
+        reportMissing(growth, std::move(matched), repetition);
 }
 
 template <typename Part>

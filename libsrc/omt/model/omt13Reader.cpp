@@ -86,6 +86,7 @@ private:
         std::array<std::vector<Text>, 32> texts;
     };
 
+    void reportOutside(std::uint32_t clause);
     void readModel(std::uint32_t model);
     void readTable(std::uint32_t clause, std::vector<std::uint32_t>& comments);
     bool readIdentification(std::uint32_t clause, const std::vector<std::uint32_t>& comments);
@@ -150,6 +151,19 @@ void forEachIn(const Clauses& clauses, std::uint32_t list, Visit&& visit)
     }
 }
 
+/// Names a part of a model that stands outside of it, as after a parenthesis too many.
+void Omt13Reader::reportOutside(std::uint32_t clause)
+{
+    const std::string_view keyword = keywordOf(clause);
+    for (const std::string_view part :
+         {"Class", "Interaction", "ComplexDataType", "EnumeratedDataType", "RoutingSpace", "Note"})
+        if (isSameWord(keyword, part))
+            report(Severity::warning, "outside",
+                   "\"" + std::string(keyword) +
+                       "\" stands outside of the object model; it is kept as it is",
+                   myClauses[clause].line);
+}
+
 bool Omt13Reader::read()
 {
     std::optional<std::uint32_t> model;
@@ -184,7 +198,10 @@ bool Omt13Reader::read()
         if (at == *model)
             readModel(at);
         else
+        {
+            reportOutside(at);
             addUnknown(at, myIdentificationPending.asides);
+        }
     }
     addComments(comments, Aside::theEnd, myIdentificationPending.asides);
     const auto finish = [&](Definition& definition, Kind kind, Pending& pending)

@@ -2,6 +2,7 @@
 #include "omt/model/xmlReader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <iterator>
 #include <utility>
@@ -95,6 +96,32 @@ Edition editionByContent(std::string_view text)
           "<logicalTime", "noteReferences="})
         if (holds(text, word)) return Edition::ieee2025;
     return Edition::ieee2010;
+}
+
+/// The year in a namespace, the last one; 0 where there is none.
+unsigned yearIn(std::string_view namespaceName)
+{
+    unsigned year = 0;
+    for (std::size_t at = namespaceName.find("20"); at != std::string_view::npos;
+         at = namespaceName.find("20", at + 1))
+    {
+        const char* const digits = namespaceName.data() + at;
+        const char* const end = digits + std::min<std::size_t>(4, namespaceName.size() - at);
+        unsigned number = 0;
+        if (std::from_chars(digits, end, number).ptr == digits + 4) year = number;
+    }
+    return year;
+}
+
+/// The edition nearest to a namespace that is none of an edition. One of 1516-2000 has no namespace
+/// of its own and is known by its XML attributes.
+Edition nearestEdition(std::string_view namespaceName, std::string_view text)
+{
+    const Edition edition = editionByContent(text);
+    if (edition == Edition::ieee2000 && holds(text, " name=")) return edition;
+    const unsigned year = yearIn(namespaceName);
+    if (year == 0) return edition == Edition::ieee2000 ? Edition::ieee2010 : edition;
+    return year < 2025 ? Edition::ieee2010 : Edition::ieee2025;
 }
 
 }  // namespace
@@ -267,10 +294,8 @@ Edition XmlReader::editionOf(std::string_view namespaceName, std::uint32_t line)
 {
     if (namespaceName == theNamespace2010) return Edition::ieee2010;
     if (namespaceName == theNamespace2025) return Edition::ieee2025;
-    Edition edition = editionByContent(myParser.text());
-    if (namespaceName.empty()) return edition;
-    if (edition != Edition::ieee2000 && holds(namespaceName, "2010")) edition = Edition::ieee2010;
-    if (edition != Edition::ieee2000 && holds(namespaceName, "2025")) edition = Edition::ieee2025;
+    if (namespaceName.empty()) return editionByContent(myParser.text());
+    const Edition edition = nearestEdition(namespaceName, myParser.text());
     report(Severity::warning, "unknown-namespace",
            "the namespace `" + std::string(namespaceName) + "` is none of an edition; read as " +
                std::string(nameOf(edition)),
