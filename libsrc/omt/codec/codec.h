@@ -34,6 +34,10 @@ public:
     std::optional<Type> findParameter(std::string_view path) const;
     std::optional<Type> findMember(std::string_view path) const;
 
+    /// The plan as JSON, for others to interpret: version, types by number, names.
+    /// docs/values-json.md says what its members mean.
+    std::string json() const;
+
 private:
     enum class Which
     {

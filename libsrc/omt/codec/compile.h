@@ -74,6 +74,7 @@ private:
     void layOutVariant(Node& node);
     void layOutArray(Id id);
     void setRest(Node& node);
+    void findGaps(Node& node);
     void finishArrays();
     /// Calls `visit` for the nodes that one holds without an array of any number between.
     template <typename Visit>

@@ -170,6 +170,7 @@ void Compiler::layOut(Id id)
         case Form::octets:
             break;
     }
+    if (node.isFixed && node.hasPadding) findGaps(node);
     if (node.isFixed && node.size > theLargestSize)
     {
         if (mySources[id])
@@ -177,6 +178,39 @@ void Compiler::layOut(Id id)
                  "\"" + mySources[id].definition().name.str() + "\" has more than 2^31 octets");
         makeOctets(id);
     }
+}
+
+// Padding in a list, so that it is checked without a walk. Nodes with much of it have none.
+void Compiler::findGaps(Node& node)
+{
+    std::vector<Gap> gaps;
+    std::uint64_t end = 0;
+    bool isListed = true;
+    const auto add = [&](std::uint64_t at, const Node& child)
+    {
+        constexpr std::size_t theMostGaps = 16;
+        if (at > end)
+            gaps.push_back({static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(at - end)});
+        isListed = isListed && (!child.hasPadding || child.gaps != theNone) &&
+                   gaps.size() + child.gapCount <= theMostGaps;
+        for (std::uint32_t i = 0; isListed && i < child.gapCount; ++i)
+        {
+            const Gap gap = myPlan.gaps[child.gaps + i];
+            gaps.push_back({static_cast<std::uint32_t>(at) + gap.offset, gap.size});
+        }
+        end = at + child.size;
+    };
+    if (node.form == Form::record)
+        for (std::uint32_t i = 0; isListed && i < node.parts; ++i)
+            add(myPlan.parts[node.first + i].offset,
+                myPlan.nodes[myPlan.parts[node.first + i].node]);
+    else
+        for (std::uint64_t i = 0; isListed && i < node.count; ++i)
+            add(i * node.stride, myPlan.nodes[node.element]);
+    if (!isListed) return;
+    node.gaps = static_cast<std::uint32_t>(myPlan.gaps.size());
+    node.gapCount = static_cast<std::uint32_t>(gaps.size());
+    myPlan.gaps.insert(myPlan.gaps.end(), gaps.begin(), gaps.end());
 }
 
 namespace

@@ -213,6 +213,19 @@ bool Indexer::pad(std::size_t& at, std::size_t start, std::uint32_t boundary, st
 
 void Indexer::checkPadding(const Node& node, std::size_t at, std::uint32_t depth)
 {
+    std::uint8_t any = node.gaps == theNone ? 1 : 0;
+    for (std::uint32_t i = 0; i < node.gapCount; ++i)
+    {
+        const Gap gap = myPlan.gaps[node.gaps + i];
+        const std::uint8_t* const first = myOctets.data() + at + gap.offset;
+        for (std::uint32_t j = 0; j < gap.size; ++j) any = any | first[j];
+    }
+    if (any != 0) notePadding(node, at, depth);
+}
+
+// Walks through a node of fixed size and notes each place where padding is not zero.
+void Indexer::notePadding(const Node& node, std::size_t at, std::uint32_t depth)
+{
     if (node.form == Form::array)
     {
         const Node& element = myPlan.nodes[node.element];
@@ -221,7 +234,7 @@ void Indexer::checkPadding(const Node& node, std::size_t at, std::uint32_t depth
             myFrames[depth].index = i;
             myFrames[depth].node = static_cast<std::uint32_t>(&node - myPlan.nodes.data());
             if (i > 0) checkZero(at - node.stride + element.size, at, depth + 1);
-            if (element.hasPadding) checkPadding(element, at, depth + 1);
+            if (element.hasPadding) notePadding(element, at, depth + 1);
         }
     }
     if (node.form != Form::record) return;
@@ -238,7 +251,7 @@ void Indexer::checkPadding(const Node& node, std::size_t at, std::uint32_t depth
         myFrames[depth].index = i;
         myFrames[depth].node = static_cast<std::uint32_t>(&node - myPlan.nodes.data());
         checkZero(end, at + part.offset, depth + 1);
-        if (child.hasPadding) checkPadding(child, at + part.offset, depth + 1);
+        if (child.hasPadding) notePadding(child, at + part.offset, depth + 1);
         end = at + part.offset + child.size;
     }
 }

@@ -129,6 +129,7 @@ private:
     bool pad(std::size_t& at, std::size_t start, std::uint32_t boundary, std::uint32_t next,
              const Around& around);
     void checkPadding(const Node& node, std::size_t at, std::uint32_t depth);
+    void notePadding(const Node& node, std::size_t at, std::uint32_t depth);
     void checkZero(std::size_t at, std::size_t end, std::uint32_t depth);
     std::size_t firstLeaf(std::uint32_t id) const;
     bool missing(std::uint32_t id, std::size_t at, const Around& around);

@@ -229,7 +229,7 @@ public:
 
     std::optional<ValueError> run(std::uint32_t node)
     {
-        if (piece(node, 0) && !myText.isAtEnd()) fail("something follows the value", 0);
+        if (piece(node, 0) && !myText.isAtEnd()) failHere("something follows the value", 0);
         return std::move(myError);
     }
 
@@ -255,9 +255,17 @@ private:
                 path += myPlan.text(myPlan.parts[node.first + myFrames[i].index].name);
             }
         }
+        if (myToken) myText.goTo(myToken);
         const auto [line, column] = myText.lineAndColumn();
         myError = ValueError{what, path, line, column};
         return false;
+    }
+
+    // The same at the letter that is reached, and not where the value or key begins.
+    bool failHere(const std::string& what, std::uint32_t depth)
+    {
+        myToken = nullptr;
+        return fail(what, depth);
     }
 
     void pad(std::size_t start, std::uint32_t boundary)
@@ -289,6 +297,8 @@ private:
 
     bool piece(std::uint32_t id, std::uint32_t depth)
     {
+        myText.peek();
+        myToken = myText.place();
         if (depth >= theDeepest) return fail("values are nested deeper than 200", depth);
         const Node& node = myPlan.nodes[id];
         switch (node.form)
@@ -347,7 +357,7 @@ private:
             if (key != "value") return fail("\"name\" and \"value\" are expected", depth);
             value = myText.word();
         } while (myText.takes(','));
-        if (!myText.takes('}')) return fail("a \"}\" is missing", depth);
+        if (!myText.takes('}')) return failHere("a \"}\" is missing", depth);
         if (node.table == theNone) return fail("a number is expected", depth);
         const std::optional<std::int64_t> number = wholeNumber(value);
         const Enumeration& table = myPlan.enumerations[node.table];
@@ -452,7 +462,7 @@ private:
         if (count != node.size) return fail("these are not the octets of a number", depth);
         const double number = loadNumber(node, myOctets.data() + myOctets.size() - node.size);
         if (number == number) return fail("these are not the octets of a NaN", depth);
-        return myText.takes('}') || fail("a \"}\" is missing", depth);
+        return myText.takes('}') || failHere("a \"}\" is missing", depth);
     }
 
     // Texts --------------------------------------------------------------------------------------
@@ -515,9 +525,11 @@ private:
     bool key(std::string_view& name, std::uint32_t depth)
     {
         bool hasEscapes = false;
+        myText.peek();
+        myToken = myText.place();
         if (!myText.raw(name, hasEscapes)) return fail("the name of a field is expected", depth);
         name = unescaped(name, hasEscapes);
-        return myText.takes(':') || fail("a \":\" is missing", depth);
+        return myText.takes(':') || failHere("a \":\" is missing", depth);
     }
 
     /// The fields of one record while it is read.
@@ -556,9 +568,10 @@ private:
                 if (!field(fields, depth) || !passAbsent(fields, depth)) return false;
             }
             else if (!myText.skip())
-                return fail("no value", depth);
+                return failHere("no value", depth);
             isWhole = !myText.takes(',');
-            if (isWhole && !myText.takes('}')) return fail("a \",\" or \"}\" is missing", depth);
+            if (isWhole && !myText.takes('}'))
+                return failHere("a \",\" or \"}\" is missing", depth);
         }
         if (!finish(fields, depth)) return false;
         mySlots.resize(fields.slots);
@@ -629,7 +642,8 @@ private:
                 continue;
             }
             if (node.form != Form::array || node.extent != Extent::padding)
-                return fail("\"" + std::string(myPlan.text(part.name)) + "\" is missing", depth);
+                return failHere("\"" + std::string(myPlan.text(part.name)) + "\" is missing",
+                                depth);
             ++fields.next;
             pad(fields.start, part.boundary);
             pad(myBase, node.count);
@@ -673,9 +687,10 @@ private:
                 isWritten = true;
             }
             else if (!myText.skip())
-                return fail("no value", depth);
+                return failHere("no value", depth);
             isMore = myText.takes(',');
-            if (!isMore && !myText.takes('}')) return fail("a \",\" or \"}\" is missing", depth);
+            if (!isMore && !myText.takes('}'))
+                return failHere("a \",\" or \"}\" is missing", depth);
         }
         if (isWritten) return true;
         const char* const end = myText.place();
@@ -688,6 +703,7 @@ private:
             myText.goTo(discriminant);
             if (!piece(node.element, depth + 1)) return false;
             myText.goTo(contents);
+            myToken = contents;
         }
         if (!body(node, start, given, depth)) return false;
         myText.goTo(end);
@@ -788,7 +804,8 @@ private:
             if (node.extent == Extent::terminated && isZero(place, element.size))
                 return fail("a zero ends the array", depth + 1);
             isMore = myText.takes(',');
-            if (!isMore && !myText.takes(']')) return fail("a \",\" or \"]\" is missing", depth);
+            if (!isMore && !myText.takes(']'))
+                return failHere("a \",\" or \"]\" is missing", depth);
         }
         return true;
     }
@@ -814,6 +831,8 @@ private:
     Buffer& myOctets;
     std::size_t myBase;
     std::optional<ValueError> myError;
+    /// Where the value or key begins that is read.
+    const char* myToken = nullptr;
     /// For the fields of the records that are open: where they stand, and what others look at.
     std::vector<const char*> mySlots;
     std::vector<Looked> myLooked;

@@ -120,8 +120,18 @@ struct Node
     /// Of a variant record: where the length stands, and the alternative.
     std::uint32_t lengthOffset = 0;
     std::uint32_t body = 0;
+    /// Padding in a node of fixed size: a range of Plan::gaps, if there is not too much of it.
+    std::uint32_t gaps = theNone;
+    std::uint32_t gapCount = 0;
     Name name;
     Name units;
+};
+
+/// Octets of padding in a node, from its start.
+struct Gap
+{
+    std::uint32_t offset = 0;
+    std::uint32_t size = 0;
 };
 
 /// A field of a record, or an alternative of a variant record.
@@ -213,6 +223,7 @@ struct Plan
     std::vector<Node> nodes;
     std::vector<Part> parts;
     std::vector<Step> steps;
+    std::vector<Gap> gaps;
     std::vector<Enumeration> enumerations;
     std::vector<Choices> choices;
     std::string pool;

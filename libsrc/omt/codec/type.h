@@ -92,6 +92,7 @@ private:
     friend class Codec;
     friend class Field;
     friend class Item;
+    friend class Layout;
     friend class Value;
     Type(std::shared_ptr<const Plan> plan, std::uint32_t node)
         : myPlan(std::move(plan)), myNode(node)

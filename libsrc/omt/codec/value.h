@@ -96,6 +96,14 @@ public:
     void appendJson(std::string& text, const JsonOptions& options = {}) const;
     std::string json(const JsonOptions& options = {}) const;
 
+    /// Changes the piece at a path. A piece of fixed size is written in place, and nothing else
+    /// changes; for another one, and for a discriminant, the value is written anew, without what
+    /// was odd about it. Another alternative begins with zeros. A text that is no JSON is taken as
+    /// a name or text without its quotes. Where it cannot be done the value is as before. Only for
+    /// a value without a fault.
+    std::optional<ValueError> set(std::string_view path, std::string_view json);
+    std::optional<ValueError> set(std::string_view path, double number);
+
     /// Tells a visitor the value from its first to its last piece.
     void visit(Visitor& visitor) const;
 
