@@ -39,6 +39,7 @@ Plan Compiler::compile()
     findBoundaries();
     for (const Id id : myOrder) layOut(id);
     finishArrays();
+    for (const Id id : myOrder) writeScript(id);
     return std::move(myPlan);
 }
 

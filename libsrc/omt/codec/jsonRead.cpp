@@ -37,6 +37,13 @@ public:
 
     const char* place() const { return myAt; }
     void goTo(const char* place) { myAt = place; }
+    const char* end() const { return myEnd; }
+    /// Whether a number or word may end before this letter.
+    bool isEndOfWord(const char* at) const
+    {
+        return at == myEnd || *at == ',' || *at == '}' || *at == ']' || *at == ' ' || *at == '\n' ||
+               *at == '\r' || *at == '\t' || *at == ':';
+    }
 
     /// The next letter that is no blank; 0 at the end.
     char peek()
@@ -49,6 +56,15 @@ public:
     {
         if (peek() != letter || myAt == myEnd) return false;
         ++myAt;
+        return true;
+    }
+    /// Exactly this, without blanks before it.
+    bool takes(std::string_view text)
+    {
+        if (static_cast<std::size_t>(myEnd - myAt) < text.size() ||
+            std::memcmp(myAt, text.data(), text.size()) != 0)
+            return false;
+        myAt += text.size();
         return true;
     }
     bool isAtEnd() { return peek() == '\0' && myAt == myEnd; }
@@ -76,9 +92,7 @@ public:
     {
         peek();
         const char* const first = myAt;
-        while (myAt != myEnd && *myAt != ',' && *myAt != '}' && *myAt != ']' && *myAt != ' ' &&
-               *myAt != '\n' && *myAt != '\r' && *myAt != '\t' && *myAt != ':')
-            ++myAt;
+        while (!isEndOfWord(myAt)) ++myAt;
         return {first, static_cast<std::size_t>(myAt - first)};
     }
 
@@ -327,7 +341,7 @@ private:
         if (node.scalar == Scalar::floating) return floating(node, depth);
         const char first = myText.peek();
         if (first == '{') return namedNumber(node, depth);
-        if (first != '"') return integer(node, myText.word(), depth);
+        if (first != '"') return plainInteger(node, depth);
         std::string_view text;
         bool hasEscapes = false;
         if (!myText.raw(text, hasEscapes)) return fail("a text that does not end", depth);
@@ -367,6 +381,19 @@ private:
             if (number && table.entries[i].number == *number) return integer(node, value, depth);
         }
         return fail("\"" + std::string(name) + "\" does not have this number", depth);
+    }
+
+    // The usual short number; anything else the slow way, which says what is wrong.
+    bool plainInteger(const Node& node, std::uint32_t depth)
+    {
+        std::int64_t number = 0;
+        const char* const first = myText.place();
+        const auto [stop, error] = std::from_chars(first, myText.end(), number);
+        const bool isShort = error == std::errc() && myText.isEndOfWord(stop) && *first != '-' &&
+                             (*first != '0' || stop == first + 1);
+        if (!isShort) return integer(node, myText.word(), depth);
+        myText.goTo(stop);
+        return ranged(node, number, depth);
     }
 
     bool integer(const Node& node, std::string_view text, std::uint32_t depth)
@@ -412,16 +439,18 @@ private:
     }
 
     template <typename T, typename Bits>
-    bool finite(const Node& node, std::string_view text, std::uint32_t depth)
+    bool finite(const Node& node, std::uint32_t depth)
     {
         T value = 0;
-        const char* const end = text.data() + text.size();
-        const bool isNumber = !text.empty() && (text[0] == '-' || digitOf(text[0]) < 10) &&
-                              digitOf(text[text[0] == '-' && text.size() > 1 ? 1 : 0]) >= 0;
-        const auto [stop, error] = std::from_chars(text.data(), end, value);
-        if (!isNumber || stop != end || error == std::errc::invalid_argument)
-            return fail("\"" + std::string(text) + "\" is no number", depth);
-        if (error != std::errc()) return outside(node, text, depth);
+        const char* const first = myText.place();
+        const auto [stop, error] = std::from_chars(first, myText.end(), value);
+        // No "inf" or ".5", which from_chars() takes.
+        const char* const digit = first != myText.end() && *first == '-' ? first + 1 : first;
+        const bool isNumber = digit != myText.end() && *digit >= '0' && *digit <= '9';
+        if (!isNumber || error == std::errc::invalid_argument || !myText.isEndOfWord(stop))
+            return fail("\"" + std::string(myText.word()) + "\" is no number", depth);
+        if (error != std::errc()) return outside(node, myText.word(), depth);
+        myText.goTo(stop);
         store(node, std::bit_cast<Bits>(value));
         return true;
     }
@@ -431,8 +460,8 @@ private:
         const char first = myText.peek();
         if (first == '{') return nan(node, depth);
         if (first != '"')
-            return node.size == 4 ? finite<float, std::uint32_t>(node, myText.word(), depth)
-                                  : finite<double, std::uint64_t>(node, myText.word(), depth);
+            return node.size == 4 ? finite<float, std::uint32_t>(node, depth)
+                                  : finite<double, std::uint64_t>(node, depth);
         std::string_view text;
         bool hasEscapes = false;
         if (!myText.raw(text, hasEscapes)) return fail("a text that does not end", depth);
@@ -541,9 +570,29 @@ private:
         std::uint32_t next = 0;
     };
 
+    // Reads a record as it is written, letter for letter; else nothing happens.
+    bool script(const Node& node, std::uint32_t depth)
+    {
+        if (node.scriptCount == 0 || depth + node.height > theDeepest) return false;
+        const char* const place = myText.place();
+        const std::size_t start = myOctets.size();
+        const ScriptStep* step = myPlan.script.data() + node.script;
+        for (; myText.takes(myPlan.text(step->before)); ++step)
+        {
+            if (step->node == theNone) return true;
+            myOctets.resize(start + step->offset);
+            if (!number(myPlan.nodes[step->node], depth)) break;
+        }
+        myError.reset();
+        myText.goTo(place);
+        myOctets.resize(start);
+        return false;
+    }
+
     bool record(std::uint32_t id, std::uint32_t depth)
     {
         const Node& node = myPlan.nodes[id];
+        if (script(node, depth)) return true;
         Fields fields{node, myOctets.size(), mySlots.size()};
         mySlots.resize(fields.slots + node.parts);
         myLooked.resize(fields.slots);

@@ -2,7 +2,7 @@
 // Values to JSON, straight into the text.
 #include "omt/codec/valueParts.h"
 
-#include <bit>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -22,8 +22,8 @@ public:
     explicit Room(std::string& text) : myText(text), mySize(text.size())
     {
         constexpr std::size_t theFirst = 1024;
-        myText.resize(mySize + theFirst);
-        mySet();
+        myText.resize(std::max(mySize + theFirst, std::min(myText.capacity(), 2 * mySize)));
+        set();
     }
     ~Room() { myText.resize(static_cast<std::size_t>(myAt - myText.data())); }
     Room(const Room&) = delete;
@@ -34,7 +34,7 @@ public:
         if (static_cast<std::size_t>(myEnd - myAt) >= size) return;
         mySize = static_cast<std::size_t>(myAt - myText.data());
         myText.resize(mySize * 2 + size);
-        mySet();
+        set();
     }
     /// After need() only.
     char* at() const { return myAt; }
@@ -64,7 +64,7 @@ public:
     void dropLast() { --myAt; }
 
 private:
-    void mySet()
+    void set()
     {
         myAt = myText.data() + mySize;
         myEnd = myText.data() + myText.size();
@@ -82,6 +82,21 @@ public:
     JsonSink(const Plan& plan, const JsonOptions& options, Room& room)
         : myPlan(plan), myOptions(options), myRoom(room)
     {
+    }
+
+    bool record(const Node& node, const std::uint8_t* octets)
+    {
+        if (node.scriptCount == 0) return false;
+        const ScriptStep* step = myPlan.script.data() + node.script;
+        for (;; ++step)
+        {
+            myRoom.add(myPlan.text(step->before));
+            if (step->node == theNone) break;
+            number(myPlan.nodes[step->node], octets + step->offset);
+            myRoom.dropLast();
+        }
+        myRoom.put(',');
+        return true;
     }
 
     void beginRecord(const Node&) { open('{'); }

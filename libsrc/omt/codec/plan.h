@@ -127,8 +127,21 @@ struct Node
     /// much of it.
     std::uint32_t gaps = theNone;
     std::uint32_t gapCount = 0;
+    /// How a record of fixed size is written in JSON: a range of Plan::script, if it holds nothing
+    /// but records and numbers, and not too many.
+    std::uint32_t script = theNone;
+    std::uint32_t scriptCount = 0;
     Name name;
     Name units;
+};
+
+/// A text of JSON, and the number after it.
+struct ScriptStep
+{
+    Name before;
+    /// theNone in the last step, after which nothing follows.
+    std::uint32_t node = theNone;
+    std::uint32_t offset = 0;
 };
 
 /// Octets of padding in a node, from its start.
@@ -228,6 +241,7 @@ struct Plan
     std::vector<Part> parts;
     std::vector<Step> steps;
     std::vector<Gap> gaps;
+    std::vector<ScriptStep> script;
     std::vector<Enumeration> enumerations;
     std::vector<Choices> choices;
     std::string pool;

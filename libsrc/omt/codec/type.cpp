@@ -91,11 +91,9 @@ namespace
 {
 
 // What was written has to be read the same way; where elements end with the value it may not be.
-std::optional<ValueError> checkRead(const Plan& plan, std::uint32_t node, Octets octets)
+std::optional<ValueError> refusal(const Index& index, std::size_t size)
 {
-    Index index;
-    const bool isWhole = Indexer(plan, octets, index).run(node);
-    if (isWhole && index.octets == octets.size()) return std::nullopt;
+    if (!index.fault && index.octets == size) return std::nullopt;
     return ValueError{"the octets could not be read again" +
                           (index.fault ? ": " + index.fault->what : std::string()),
                       index.fault ? index.fault->path : std::string()};
@@ -108,8 +106,11 @@ std::optional<ValueError> Type::encode(std::string_view json,
 {
     const std::size_t start = octets.size();
     std::optional<ValueError> error = readJson(*myPlan, myNode, json, octets);
-    if (!error && !myPlan->nodes[myNode].isFixed)
-        error = checkRead(*myPlan, myNode, {octets.data() + start, octets.size() - start});
+    if (error || myPlan->nodes[myNode].isFixed) return error;
+    Index index;
+    const Octets written(octets.data() + start, octets.size() - start);
+    Indexer(*myPlan, written, index).run(myNode);
+    error = refusal(index, written.size());
     if (error) octets.resize(start);
     return error;
 }
@@ -119,10 +120,22 @@ std::optional<ValueError> Type::read(std::string_view json, Value& value) const
     if (!value.myParts) value.myParts = std::make_unique<Value::Parts>();
     Value::Parts& parts = *value.myParts;
     parts.scratch.clear();
-    if (std::optional<ValueError> error = encode(json, parts.scratch)) return error;
+    if (std::optional<ValueError> error = readJson(*myPlan, myNode, json, parts.scratch))
+        return error;
+    const Octets before = parts.octets;
+    const bool isOwned = before.data() == parts.owned.data();
+    const std::shared_ptr<const Plan> plan = parts.plan;
+    const std::uint32_t node = parts.node;
     parts.owned.swap(parts.scratch);
     decodeInPlace(parts.owned, value);
-    return std::nullopt;
+    std::optional<ValueError> error = refusal(parts.index, parts.owned.size());
+    if (!error) return std::nullopt;
+    parts.owned.swap(parts.scratch);
+    parts.plan = plan;
+    parts.node = node;
+    parts.octets = isOwned ? Octets(parts.owned) : before;
+    if (plan) parts.run();
+    return error;
 }
 
 Field Type::field(std::string_view path) const

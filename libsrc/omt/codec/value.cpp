@@ -391,6 +391,7 @@ class VisitorSink
 public:
     VisitorSink(const Plan& plan, Visitor& visitor) : myPlan(plan), myVisitor(visitor) {}
 
+    static bool record(const Node&, const std::uint8_t*) { return false; }
     void beginRecord(const Node& node) { myVisitor.beginRecord(myPlan.text(node.name)); }
     void field(const Part& part) { myVisitor.field(myPlan.text(part.name)); }
     void endRecord() { myVisitor.endRecord(); }

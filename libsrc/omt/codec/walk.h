@@ -161,9 +161,10 @@ public:
     const Index& index;
 };
 
-/// A sink has: beginRecord(node), field(part), endRecord(), beginArray(count), element(),
-/// endArray(), number(node, octets), latin1(octets, count), utf16(element, octets, count),
-/// hexadecimal(octets, count), kept(octets, count).
+/// A sink has: record(node, octets), which may take a record of fixed size as a whole;
+/// beginRecord(node), field(part), endRecord(), beginArray(count), element(), endArray(),
+/// number(node, octets), latin1(octets, count), utf16(element, octets, count), hexadecimal(octets,
+/// count), kept(octets, count).
 template <typename Sink>
 class Walk
 {
@@ -197,8 +198,10 @@ public:
 private:
     void record(const Spot& spot, const Node& node)
     {
+        const bool isWhole = spot.entry == theNone && !mySteps.index.fault;
+        if (isWhole && mySink.record(node, myOctets + spot.offset)) return;
         mySink.beginRecord(node);
-        if (spot.entry == theNone && !mySteps.index.fault)
+        if (isWhole)
             for (std::uint32_t i = 0; i < node.parts; ++i)
             {
                 const Part& part = myPlan.parts[node.first + i];
