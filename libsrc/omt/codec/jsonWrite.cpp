@@ -32,9 +32,20 @@ public:
     char* at() const { return myAt; }
     void moveTo(char* at) { myAt = at; }
     void put(char letter) { *myAt++ = letter; }
+    // In blocks that overlap: most are short, and a call or a string instruction takes longer.
     void put(const char* letters, std::size_t size)
     {
-        std::memcpy(myAt, letters, size);
+        if (size >= 16)
+        {
+            for (std::size_t i = 0; i + 16 < size; i += 16) std::memcpy(myAt + i, letters + i, 16);
+            std::memcpy(myAt + size - 16, letters + size - 16, 16);
+        }
+        else if (size >= 8)
+            putTwice<8>(letters, size);
+        else if (size >= 4)
+            putTwice<4>(letters, size);
+        else
+            for (std::size_t i = 0; i < size; ++i) myAt[i] = letters[i];
         myAt += size;
     }
     void add(std::string_view text)
@@ -62,6 +73,13 @@ public:
     void finish() { myText.append(myRoom, static_cast<std::size_t>(myAt - myRoom)); }
 
 private:
+    template <std::size_t size>
+    void putTwice(const char* letters, std::size_t whole)
+    {
+        std::memcpy(myAt, letters, size);
+        std::memcpy(myAt + whole - size, letters + whole - size, size);
+    }
+
     static constexpr std::size_t theMost = 1024;
     static constexpr std::size_t theSize = 4096;
 
