@@ -23,6 +23,8 @@ constexpr const char* theModel =
 <value>3</value></enumerator></enumeratedData></enumeratedDataTypes><arrayDataTypes>
 <arrayData><name>Doubles</name><dataType>HLAfloat64BE</dataType><cardinality>[0..3]</cardinality>
 <encoding>HLAvariableArray</encoding></arrayData>
+<arrayData><name>Kinds1</name><dataType>Kind</dataType><cardinality>[0..1]</cardinality>
+<encoding>HLAvariableArray</encoding></arrayData>
 <arrayData><name>Nothings</name><dataType>Nothing</dataType><cardinality>Dynamic</cardinality>
 <encoding>HLAvariableArray</encoding></arrayData>
 <arrayData><name>Rests</name><dataType>Nothing</dataType><cardinality>Dynamic</cardinality>
@@ -96,7 +98,8 @@ TEST(CodecRulesTest, DecodesAndSaysWhatIsOdd)
         {"padding after a count of 0", "Doubles",  "0 0 0 0 0 0 0 0",                       "[]",
          "octet 4: padding before nothing"                                                                                                                                                     },
         {"padding of another length",  "Doubles",  "0 0 0 0 0 0 0",                         "[]",                                            "left 3"                                          },
-        {"outside the cardinality",    "Trees",    "0 0 0 1 0 0 0 0",                       "[{\"Inside\":[]}]",                             ""                                                },
+        {"outside the cardinality",    "Kinds1",   "0 0 0 2 1 1",                           "[\"Short\",\"Short\"]",
+         "octet 0: 2 elements, which is outside the cardinality"                                                                                                                               },
         {"too many without octets",    "Nothings", "0 f 42 41",                             "[]",
          "octet 4: there are more than 1000000 elements and fields without octets"                                                                                                             },
         {"an end",                     "Kinds",    "1 7 9 0",                               "[\"Short\",{\"name\":\"Long\",\"value\":7},9]", ""                                                },

@@ -402,7 +402,7 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     {
         need(4, around);
         if (myRandom)
-            for (int i = 0; i < 4; ++i)
+            for (std::size_t i = 0; i < 4; ++i)
                 myOctets[myAt + i] = static_cast<std::uint8_t>(some >> (24 - 8 * i));
         const std::int64_t count = static_cast<std::int32_t>(integer("HLAinteger32BE", myAt));
         if (count < 0) throw Fault{start, 4, around.limit - start - 4};
@@ -420,42 +420,8 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     }
     if (how == Encoding::terminatedArray)
     {
-        std::size_t count = 0;
-        for (;; ++count)
-        {
-            myPath.push_back('[' + std::to_string(count) + ']');
-            pad(start, boundary(element), element, around);
-            const std::size_t place = myAt;
-            Tree one;
-            if (myRandom && count >= some)
-            {
-                myOctets.resize(myAt + least);
-                myAt += least;
-            }
-            else
-            {
-                const std::size_t keep = myOctets.size();
-                piece(element, one, {around.limit, 0});
-                if (myRandom) myOctets[keep] |= 1;
-                if (myRandom)
-                {
-                    myAt = place;
-                    std::mt19937_64* const random = std::exchange(myRandom, nullptr);
-                    one = {};
-                    piece(element, one, {myOctets.size(), 0});
-                    myRandom = random;
-                }
-            }
-            const bool isEnd = std::all_of(myOctets.begin() + static_cast<std::ptrdiff_t>(place),
-                                           myOctets.begin() + static_cast<std::ptrdiff_t>(myAt),
-                                           [](std::uint8_t octet) { return octet == 0; });
-            myPath.pop_back();
-            if (isEnd) break;
-            tree.parts.emplace_back("", std::move(one));
-            tree.parts.back().second.start = place;
-        }
-        note(count);
-        return;
+        terminated(data, tree, around, some);
+        return note(tree.parts.size());
     }
     if (look == "octets" && lookOf(element) == look && how != Encoding::lengthlessArray &&
         how != Encoding::unpaddedLengthlessArray)
@@ -479,6 +445,48 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     loop(data, tree, {std::max(myAt, around.limit - std::min(around.limit, around.reserve)), 0},
          start, std::nullopt);
     note(tree.parts.size());
+}
+
+void SlowCodec::terminated(const omt::ArrayData& data, Tree& tree, const Around& around,
+                           std::size_t some)
+{
+    const std::string element = data.dataType.str();
+    const std::size_t start = myAt;
+    const std::size_t least = leastSize(element);
+    std::size_t count = 0;
+    for (;; ++count)
+    {
+        myPath.push_back('[' + std::to_string(count) + ']');
+        pad(start, boundary(element), element, around);
+        const std::size_t place = myAt;
+        Tree one;
+        if (myRandom && count >= some)
+        {
+            myOctets.resize(myAt + least);
+            myAt += least;
+        }
+        else
+        {
+            const std::size_t keep = myOctets.size();
+            piece(element, one, {around.limit, 0});
+            if (myRandom) myOctets[keep] |= 1;
+            if (myRandom)
+            {
+                myAt = place;
+                std::mt19937_64* const random = std::exchange(myRandom, nullptr);
+                one = {};
+                piece(element, one, {myOctets.size(), 0});
+                myRandom = random;
+            }
+        }
+        const bool isEnd = std::all_of(myOctets.begin() + static_cast<std::ptrdiff_t>(place),
+                                       myOctets.begin() + static_cast<std::ptrdiff_t>(myAt),
+                                       [](std::uint8_t octet) { return octet == 0; });
+        myPath.pop_back();
+        if (isEnd) break;
+        tree.parts.emplace_back("", std::move(one));
+        tree.parts.back().second.start = place;
+    }
 }
 
 void SlowCodec::loop(const omt::ArrayData& data, Tree& tree, const Around& around,
@@ -618,7 +626,7 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     std::size_t length = static_cast<std::uint32_t>(integer("HLAinteger32BE", place));
     if (myRandom) length = alternative ? 1 : 0;
     if (myRandom)
-        for (int i = 0; i < 4; ++i) myOctets[place + i] = 0;
+        for (std::size_t i = 0; i < 4; ++i) myOctets[place + i] = 0;
     myAt += 4;
     if (length == 0 && (!alternative || isExtendable || isUnknown)) return;
     const std::size_t body = isExtendable ? start + up(myAt - start, 8) : myAt;
@@ -644,7 +652,7 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
     {
         piece(type, inside, around);
         length = myAt - body;
-        for (int i = 0; i < 4; ++i)
+        for (std::size_t i = 0; i < 4; ++i)
             myOctets[place + i] = static_cast<std::uint8_t>(length >> (24 - 8 * i));
         if (isExtendable && length == 0)
         {

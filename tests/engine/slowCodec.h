@@ -35,6 +35,7 @@ public:
     Octets make(const std::string& type, std::mt19937_64& random);
 
 private:
+    struct Part;
     struct Tree
     {
         enum class Kind
@@ -47,7 +48,13 @@ private:
         Kind kind = Kind::none;
         std::size_t start = 0;
         std::string leaf;
-        std::vector<std::pair<std::string, Tree>> parts;
+        std::vector<Part> parts;
+    };
+    struct Part
+    {
+        Part(std::string name, Tree tree) : first(std::move(name)), second(std::move(tree)) {}
+        std::string first;
+        Tree second;
     };
     struct Fault
     {
@@ -78,6 +85,7 @@ private:
     void number(const std::string& type, Tree& tree, const Around& around);
     void record(const omt::FixedRecord& data, Tree& tree, const Around& around);
     void array(const omt::ArrayData& data, Tree& tree, const Around& around);
+    void terminated(const omt::ArrayData& data, Tree& tree, const Around& around, std::size_t some);
     void loop(const omt::ArrayData& data, Tree& tree, const Around& around, std::size_t start,
               std::optional<std::size_t> count);
     void variant(const omt::VariantRecord& data, Tree& tree, const Around& around);

@@ -19,8 +19,97 @@ void Compiler::forEachHeld(Id id, const Visit& visit) const
     if (node.form == Form::array && isHeld) visit(node.element);
 }
 
-// Tarjan's algorithm with a stack of its own: what is held comes before what holds it, and nodes
-// that hold themselves come out together.
+namespace
+{
+
+/// Tarjan's algorithm with a stack of its own: what is held comes before what holds it, and nodes
+/// that hold themselves, or each other, come out together.
+class HoldingOrder
+{
+public:
+    /// `held` has what node i holds from starts[i] to starts[i + 1].
+    HoldingOrder(const std::vector<std::uint32_t>& starts, const std::vector<std::uint32_t>& held)
+        : myStarts(starts),
+          myHeld(held),
+          myNumbers(starts.size(), 0),
+          myLows(starts.size(), 0),
+          myIsOpen(starts.size(), false)
+    {
+    }
+
+    /// Calls `visit(node, isRing)` for all nodes.
+    template <typename Visit>
+    void forEach(const Visit& visit)
+    {
+        for (std::uint32_t root = 0; root + 1 < myStarts.size(); ++root)
+        {
+            if (myNumbers[root] == 0) enter(root);
+            while (!myFrames.empty()) step(visit);
+        }
+    }
+
+private:
+    struct Frame
+    {
+        std::uint32_t id;
+        std::uint32_t next;
+    };
+
+    void enter(std::uint32_t id)
+    {
+        myNumbers[id] = myLows[id] = ++myNumber;
+        myOpen.push_back(id);
+        myIsOpen[id] = true;
+        myFrames.push_back({id, myStarts[id]});
+    }
+
+    template <typename Visit>
+    void step(const Visit& visit)
+    {
+        Frame& frame = myFrames.back();
+        const std::uint32_t id = frame.id;
+        if (frame.next < myStarts[id + 1])
+        {
+            const std::uint32_t next = myHeld[frame.next++];
+            if (myNumbers[next] == 0)
+                enter(next);
+            else if (myIsOpen[next])
+                myLows[id] = std::min(myLows[id], myNumbers[next]);
+            return;
+        }
+        myFrames.pop_back();
+        if (!myFrames.empty())
+            myLows[myFrames.back().id] = std::min(myLows[myFrames.back().id], myLows[id]);
+        if (myLows[id] == myNumbers[id]) close(id, visit);
+    }
+
+    template <typename Visit>
+    void close(std::uint32_t id, const Visit& visit)
+    {
+        const auto first = myHeld.begin() + myStarts[id];
+        const auto end = myHeld.begin() + myStarts[id + 1];
+        const bool isRing = myOpen.back() != id || std::find(first, end, id) != end;
+        for (std::uint32_t one = theNone; one != id;)
+        {
+            one = myOpen.back();
+            myOpen.pop_back();
+            myIsOpen[one] = false;
+            visit(one, isRing);
+        }
+    }
+
+    const std::vector<std::uint32_t>& myStarts;
+    const std::vector<std::uint32_t>& myHeld;
+    std::vector<std::uint32_t> myNumbers;
+    std::vector<std::uint32_t> myLows;
+    std::vector<bool> myIsOpen;
+    std::vector<std::uint32_t> myOpen;
+    std::vector<Frame> myFrames;
+    std::uint32_t myNumber = 0;
+};
+
+}  // namespace
+
 void Compiler::findOrder()
 {
     const std::size_t size = myPlan.nodes.size();
@@ -31,65 +120,18 @@ void Compiler::findOrder()
         forEachHeld(id, [&held](Id one) { held.push_back(one); });
         starts[id + 1] = static_cast<std::uint32_t>(held.size());
     }
-    struct Frame
-    {
-        Id id;
-        std::uint32_t next;
-    };
-    std::vector<std::uint32_t> numbers(size, 0);
-    std::vector<std::uint32_t> lows(size, 0);
-    std::vector<bool> isOpen(size, false);
-    std::vector<Id> open;
-    std::vector<Frame> frames;
-    std::uint32_t number = 0;
-    const auto close = [&](Id id)
-    {
-        bool isRing = std::find(held.begin() + starts[id], held.begin() + starts[id + 1], id) !=
-                      held.begin() + starts[id + 1];
-        isRing = isRing || open.back() != id;
-        for (Id one = theNone; one != id;)
-        {
-            one = open.back();
-            open.pop_back();
-            isOpen[one] = false;
-            myOrder.push_back(one);
-            if (!isRing) continue;
-            if (mySources[one])
-                find(Severity::error, "endless-datatype", mySources[one].definition(), nullptr,
-                     "\"" + mySources[one].definition().name.str() +
-                         "\" holds itself without an array between");
-            makeOctets(one);
-        }
-    };
-    const auto enter = [&](Id id)
-    {
-        numbers[id] = lows[id] = ++number;
-        open.push_back(id);
-        isOpen[id] = true;
-        frames.push_back({id, starts[id]});
-    };
-    for (Id root = 0; root < size; ++root)
-    {
-        if (numbers[root] == 0) enter(root);
-        while (!frames.empty())
-        {
-            Frame& frame = frames.back();
-            const Id id = frame.id;
-            if (frame.next < starts[id + 1])
+    HoldingOrder(starts, held)
+        .forEach(
+            [this](Id id, bool isRing)
             {
-                const Id next = held[frame.next++];
-                if (numbers[next] == 0)
-                    enter(next);
-                else if (isOpen[next])
-                    lows[id] = std::min(lows[id], numbers[next]);
-                continue;
-            }
-            frames.pop_back();
-            if (!frames.empty())
-                lows[frames.back().id] = std::min(lows[frames.back().id], lows[id]);
-            if (lows[id] == numbers[id]) close(id);
-        }
-    }
+                myOrder.push_back(id);
+                if (!isRing) return;
+                if (mySources[id])
+                    find(Severity::error, "endless-datatype", mySources[id].definition(), nullptr,
+                         "\"" + mySources[id].definition().name.str() +
+                             "\" holds itself without an array between");
+                makeOctets(id);
+            });
 }
 
 std::uint8_t Compiler::boundaryOf(Id id) const

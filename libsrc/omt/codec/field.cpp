@@ -4,6 +4,9 @@
 #include "omt/codec/quickIndex.h"
 #include "omt/codec/valueParts.h"
 
+#include <bit>
+#include <cstring>
+
 namespace omt
 {
 
@@ -60,7 +63,33 @@ std::optional<Field> Type::findField(std::string_view path) const
     field.myIsDirect = field.myIsDirect && node.isFixed && offset < theLargestSize;
     field.myOffset = static_cast<std::uint32_t>(offset);
     field.mySize = node.size;
+    field.myIsDouble = node.form == Form::number && node.scalar == Scalar::floating &&
+                       node.size == 8 && !node.isLittleEndian;
+    if (field.myIsDirect) field.expect();
     return field;
+}
+
+// Most alternatives have one number, whose octets are then compared as they stand.
+void Field::expect()
+{
+    if (myVariant == theNone) return;
+    const Node& variant = myPlan->nodes[myVariant];
+    const Choices& choices = myPlan->choices[variant.table];
+    const Node& discriminant = myPlan->nodes[variant.element];
+    const Choices::Range* found = nullptr;
+    for (const Choices::Range& row : choices.numbers)
+    {
+        if (row.alternative != myAlternative) continue;
+        if (found) return;
+        found = &row;
+    }
+    if (!found || choices.other == myAlternative) return;
+    const auto bits = static_cast<std::uint64_t>(found->number);
+    for (std::uint32_t i = 0; i < discriminant.size; ++i)
+        myExpected[discriminant.isLittleEndian ? i : discriminant.size - 1 - i] =
+            static_cast<std::uint8_t>(bits >> 8 * i);
+    // A number that the discriminant cannot hold is never there.
+    if (loadInteger(discriminant, myExpected) == found->number) myExpectedSize = discriminant.size;
 }
 
 bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
@@ -70,6 +99,9 @@ bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
     end = at + mySize;
     if (end > value.size()) return false;
     if (myVariant == theNone) return true;
+    if (myExpectedSize == 1) return value[myVariantOffset] == myExpected[0];
+    if (myExpectedSize > 0)
+        return std::memcmp(value.data() + myVariantOffset, myExpected, myExpectedSize) == 0;
     const Node& variant = myPlan->nodes[myVariant];
     const std::int64_t number =
         loadInteger(myPlan->nodes[variant.element], value.data() + myVariantOffset);
@@ -150,6 +182,13 @@ std::optional<double> Field::number(Octets value) const
 {
     std::size_t at = 0;
     std::size_t end = 0;
+    if (myIsDouble)
+    {
+        if (!find(value, at, end)) return std::nullopt;
+        std::uint64_t bits;
+        std::memcpy(&bits, value.data() + at, sizeof bits);
+        return std::bit_cast<double>(__builtin_bswap64(bits));
+    }
     const Node& node = myPlan->nodes[myNode];
     if (node.form != Form::number || !find(value, at, end)) return std::nullopt;
     return loadNumber(node, value.data() + at);

@@ -58,6 +58,52 @@ void Index::clear()
     looked.clear();
 }
 
+namespace
+{
+
+// Whether a node of fixed size stands here with nothing to say of it.
+bool isPlain(const Plan& plan, const Node& node, const std::uint8_t* octets)
+{
+    if (!node.isFixed || node.size == 0 || node.empties > 0 || node.height >= theDeepest)
+        return false;
+    if (node.hasPadding && node.gaps == theNone) return false;
+    std::uint8_t any = 0;
+    for (std::uint32_t i = 0; i < node.gapCount; ++i)
+    {
+        const Gap gap = plan.gaps[node.gaps + i];
+        for (std::uint32_t j = 0; j < gap.size; ++j) any = any | octets[gap.offset + j];
+    }
+    return any == 0;
+}
+
+}  // namespace
+
+bool indexDirectly(const Plan& plan, std::uint32_t id, Octets octets, Index& index)
+{
+    const Node& node = plan.nodes[id];
+    if (node.isFixed && node.size == octets.size() && isPlain(plan, node, octets.data()))
+    {
+        index.clear();
+        index.octets = node.size;
+        return true;
+    }
+    if (node.form != Form::variant || node.length != Length::none || octets.size() < node.body)
+        return false;
+    const Node& discriminant = plan.nodes[node.element];
+    const std::uint32_t alternative =
+        plan.findAlternative(node, loadInteger(discriminant, octets.data()));
+    if (alternative >= theUnknown) return false;
+    const Node& inside = plan.nodes[plan.parts[node.first + alternative].node];
+    if (octets.size() - node.body != inside.size) return false;
+    std::uint8_t any = 0;
+    for (std::uint32_t i = discriminant.size; i < node.body; ++i) any = any | octets[i];
+    if (any != 0 || !isPlain(plan, inside, octets.data() + node.body)) return false;
+    index.clear();
+    index.octets = narrow(octets.size());
+    index.entries.push_back({id, 0, index.octets, alternative, 1});
+    return true;
+}
+
 // What the walk keeps ------------------------------------------------------------------------
 
 std::uint32_t Indexer::open(std::uint32_t id, std::size_t at)

@@ -103,6 +103,10 @@ inline double loadNumber(const Node& node, const std::uint8_t* octets)
     return static_cast<double>(static_cast<std::uint64_t>(number));
 }
 
+/// Indexes the usual values at once: those of fixed size, and variant records with an alternative
+/// of fixed size, neither with octets missing, left or odd. False for any other, with nothing done.
+bool indexDirectly(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
+
 /// How many elements other fields state for an array, given what these hold.
 std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const Looked* looked);
 

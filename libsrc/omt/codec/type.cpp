@@ -73,7 +73,9 @@ void Type::decode(Octets octets, Value& value) const
 {
     if (!value.myParts) value.myParts = std::make_unique<Value::Parts>();
     Value::Parts& parts = *value.myParts;
-    parts.owned.assign(octets.begin(), octets.end());
+    // The octets may be those of this value.
+    parts.scratch.assign(octets.begin(), octets.end());
+    parts.owned.swap(parts.scratch);
     decodeInPlace(parts.owned, value);
 }
 

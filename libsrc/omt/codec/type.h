@@ -142,6 +142,7 @@ private:
     /// Where the part begins, and whether it ends within the value.
     bool find(Octets value, std::size_t& at, std::size_t& end) const;
     bool findQuickly(Octets value, std::size_t& at, std::size_t& end) const;
+    void expect();
     bool findSlowly(Octets value, std::size_t& at, std::size_t& end) const;
 
     std::shared_ptr<const Plan> myPlan;
@@ -153,6 +154,10 @@ private:
     std::uint32_t myVariant = 0xFFFFFFFF;
     std::uint32_t myVariantOffset = 0;
     std::uint32_t myAlternative = 0;
+    /// The octets of the discriminant, where one number alone stands for the alternative.
+    std::uint32_t myExpectedSize = 0;
+    std::uint8_t myExpected[8] = {};
+    bool myIsDouble = false;
     std::uint32_t myOffset = 0;
     std::uint32_t mySize = 0;
 };

@@ -127,7 +127,7 @@ std::optional<PathStep> takeStep(std::string_view& path, bool& isWrong)
 
 void Value::Parts::run()
 {
-    Indexer(*plan, octets, index).run(node);
+    if (!indexDirectly(*plan, node, octets, index)) Indexer(*plan, octets, index).run(node);
 }
 
 Octets Value::Parts::octetsOf(const Spot& spot) const
