@@ -210,11 +210,13 @@ private:
 
     void digits(const std::uint8_t* octets, std::size_t count)
     {
+        char* at = myRoom.at();
         for (std::size_t i = 0; i < count; ++i)
         {
-            myRoom.put(theHexadecimal[octets[i] >> 4]);
-            myRoom.put(theHexadecimal[octets[i] & 15]);
+            *at++ = theHexadecimal[octets[i] >> 4];
+            *at++ = theHexadecimal[octets[i] & 15];
         }
+        myRoom.moveTo(at);
     }
 
     void integer(const Node& node, std::int64_t number)
