@@ -7,10 +7,12 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <regex>
+#include <string_view>
 
 namespace
 {
@@ -56,8 +58,9 @@ void registerWork(const std::string& name, ratios::Work work)
 std::vector<Ratio> registerRatios()
 {
     std::vector<Ratio> all = ratios::readAndMergeRatios();
-    for (const auto& list : {ratios::oldAndNewRatios(), ratios::convertValuesRatios(),
-                             ratios::entityTypesRatios(), ratios::modelEngineRatios()})
+    for (const auto& list :
+         {ratios::oldAndNewRatios(), ratios::convertValuesRatios(), ratios::entityTypesRatios(),
+          ratios::modelEngineRatios(), ratios::codecEngineRatios()})
         all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)
@@ -74,6 +77,42 @@ std::vector<Ratio> registerRatios()
     return registered;
 }
 
+/// One pair at a time: what another leaves behind in the heap does not weigh on this one.
+double measured(const Ratio& ratio)
+{
+    Times times;
+    std::string pair(1, '^');
+    pair.append(ratio.name).append(1, '/');
+    benchmark::RunSpecifiedBenchmarks(&times, pair);
+    return times.medianOf(ratio.name + theCandidate) / times.medianOf(ratio.name + theBaseline);
+}
+
+void print(const char* name, double ratio)
+{
+    std::printf("%s %.3f\n", name, ratio);
+    std::fflush(stdout);
+}
+
+/// Prints every ratio, and after the last of those that have a mean this mean.
+void measureAll(const std::vector<Ratio>& wanted)
+{
+    double logarithms = 0;
+    int count = 0;
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+    {
+        const char* const mean = wanted[i].mean;
+        const double ratio = measured(wanted[i]);
+        print(wanted[i].name, ratio);
+        logarithms += std::log(ratio);
+        ++count;
+        const char* const next = i + 1 < wanted.size() ? wanted[i + 1].mean : nullptr;
+        if (mean && next && std::string_view(mean) == next) continue;
+        if (mean) print(mean, std::exp(logarithms / count));
+        logarithms = 0;
+        count = 0;
+    }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[])
@@ -88,18 +127,11 @@ int main(int argc, char* argv[])
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
     const std::regex wanted(benchmark::GetBenchmarkFilter());
-    for (const Ratio& ratio : registerRatios())
-    {
-        if (!std::regex_search(ratio.name, wanted)) continue;
-        // One pair at a time: what another leaves behind in the heap does not weigh on this one.
-        Times times;
-        std::string pair(1, '^');
-        pair.append(ratio.name).append(1, '/');
-        benchmark::RunSpecifiedBenchmarks(&times, pair);
-        std::printf(
-            "%s %.3f\n", ratio.name,
-            times.medianOf(ratio.name + theCandidate) / times.medianOf(ratio.name + theBaseline));
-        std::fflush(stdout);
-    }
+    std::vector<Ratio> all = registerRatios();
+    all.erase(std::remove_if(all.begin(), all.end(),
+                             [&wanted](const Ratio& ratio)
+                             { return !std::regex_search(ratio.name, wanted); }),
+              all.end());
+    measureAll(all);
     return 0;
 }

@@ -22,6 +22,8 @@ struct Ratio
     Work baseline;
     Work candidate;                   ///< the ratio is the median of this over that of the baseline
     const char* modelFile = nullptr;  ///< a file below OMT_MODELS that it takes, or null
+    /// The name under which the geometric mean of all that have it is printed, after the last.
+    const char* mean = nullptr;
 };
 
 /// Work whose time is to grow in proportion to its size.
@@ -39,6 +41,7 @@ std::vector<Ratio> oldAndNewRatios();
 std::vector<Ratio> convertValuesRatios();
 std::vector<Ratio> entityTypesRatios();
 std::vector<Ratio> modelEngineRatios();
+std::vector<Ratio> codecEngineRatios();
 
 /// The same for omt_growth, in growth.cpp.
 std::vector<Growth> readAndMergeGrowth();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A field is a way of steps through the plan. Where all steps lead over fixed places, or over one
 // variant record at a fixed place, it is a check and a load.
+#include "omt/codec/quickIndex.h"
 #include "omt/codec/valueParts.h"
 
 #include <bit>
@@ -93,7 +94,7 @@ void Field::expect()
 
 bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
 {
-    if (!myIsDirect) return findSlowly(value, at, end);
+    if (!myIsDirect) return findQuickly(value, at, end) || findSlowly(value, at, end);
     at = myOffset;
     end = at + mySize;
     if (end > value.size()) return false;
@@ -105,6 +106,30 @@ bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
     const std::int64_t number =
         loadInteger(myPlan->nodes[variant.element], value.data() + myVariantOffset);
     return myPlan->findAlternative(variant, number) == myAlternative;
+}
+
+// Pieces before the part are passed over, where nothing about them is odd.
+bool Field::findQuickly(Octets value, std::size_t& at, std::size_t& end) const
+{
+    using Quick = QuickIndexer<false>;
+    Quick quick(*myPlan, value, nullptr);
+    Quick::Around around{value.size(), 0, 0};
+    at = 0;
+    for (const Step& step : mySteps)
+    {
+        const Node& node = myPlan->nodes[step.node];
+        if (step.what == Step::What::element)
+            at = quick.element(node, step.index, at, around);
+        else if (step.what == Step::What::alternative)
+            at = quick.alternative(node, step.index, at, around);
+        else if (node.form == Form::record)
+            at = quick.field(node, step.index, at, around);
+        else
+            around.depth += 1;
+        if (at == theOdd) return false;
+    }
+    end = quick.piece(myNode, at, around);
+    return end != theOdd;
 }
 
 // Over pieces of open size the value is indexed, which tells where they stand.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/codec/index.h"
 
+#include "omt/codec/quickIndex.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -21,59 +23,7 @@ std::uint32_t narrow(std::size_t offset)
     return static_cast<std::uint32_t>(offset);
 }
 
-std::uint64_t loadBits(const Node& node, const std::uint8_t* octets)
-{
-    std::uint64_t bits = 0;
-    switch (node.size)
-    {
-        case 1:
-            return *octets;
-        case 2:
-        {
-            std::uint16_t two;
-            std::memcpy(&two, octets, 2);
-            return node.isLittleEndian ? two : __builtin_bswap16(two);
-        }
-        case 4:
-        {
-            std::uint32_t four;
-            std::memcpy(&four, octets, 4);
-            return node.isLittleEndian ? four : __builtin_bswap32(four);
-        }
-        case 8:
-            std::memcpy(&bits, octets, 8);
-            return node.isLittleEndian ? bits : __builtin_bswap64(bits);
-        default:
-            for (std::uint32_t i = 0; i < node.size; ++i)
-                bits = bits << 8 | octets[node.isLittleEndian ? node.size - 1 - i : i];
-            return bits;
-    }
-}
-
 }  // namespace
-
-static_assert(std::endian::native == std::endian::little, "loads swap octets for big-endian");
-
-std::int64_t loadInteger(const Node& node, const std::uint8_t* octets)
-{
-    const std::uint64_t bits = loadBits(node, octets);
-    if (node.scalar != Scalar::signedInteger) return static_cast<std::int64_t>(bits);
-    const unsigned shift = 64 - 8 * node.size;
-    return static_cast<std::int64_t>(bits << shift) >> shift;
-}
-
-double loadNumber(const Node& node, const std::uint8_t* octets)
-{
-    if (node.scalar == Scalar::floating)
-    {
-        const std::uint64_t bits = loadBits(node, octets);
-        if (node.size == 8) return std::bit_cast<double>(bits);
-        return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
-    }
-    const std::int64_t number = loadInteger(node, octets);
-    if (node.scalar == Scalar::signedInteger) return static_cast<double>(number);
-    return static_cast<double>(static_cast<std::uint64_t>(number));
-}
 
 std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const Looked* looked)
 {
@@ -380,6 +330,8 @@ bool Indexer::run(std::uint32_t node)
     std::size_t at = 0;
     if (myOctets.size() > theMostOctets)
         return fail("a value of more than 4 GB", 0, 0, myOctets.size(), 0);
+    if (QuickIndexer<true>(myPlan, myOctets, &myIndex).run(node)) return true;
+    myIndex.entries.clear();
     const bool isWhole = piece(node, at, {myOctets.size(), 0, 0});
     if (isWhole)
         acceptTail(at);

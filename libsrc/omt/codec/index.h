@@ -6,6 +6,8 @@
 #include "omt/codec/octets.h"
 #include "omt/codec/plan.h"
 
+#include <bit>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -47,9 +49,59 @@ struct Index
     void clear();
 };
 
+static_assert(std::endian::native == std::endian::little, "loads swap octets for big-endian");
+
+/// The octets of a number, the last one lowest.
+inline std::uint64_t loadBits(const Node& node, const std::uint8_t* octets)
+{
+    std::uint64_t bits = 0;
+    switch (node.size)
+    {
+        case 1:
+            return *octets;
+        case 2:
+        {
+            std::uint16_t two;
+            std::memcpy(&two, octets, 2);
+            return node.isLittleEndian ? two : __builtin_bswap16(two);
+        }
+        case 4:
+        {
+            std::uint32_t four;
+            std::memcpy(&four, octets, 4);
+            return node.isLittleEndian ? four : __builtin_bswap32(four);
+        }
+        case 8:
+            std::memcpy(&bits, octets, 8);
+            return node.isLittleEndian ? bits : __builtin_bswap64(bits);
+        default:
+            for (std::uint32_t i = 0; i < node.size; ++i)
+                bits = bits << 8 | octets[node.isLittleEndian ? node.size - 1 - i : i];
+            return bits;
+    }
+}
+
 /// Reads the number of a node of the form number.
-std::int64_t loadInteger(const Node& node, const std::uint8_t* octets);
-double loadNumber(const Node& node, const std::uint8_t* octets);
+inline std::int64_t loadInteger(const Node& node, const std::uint8_t* octets)
+{
+    const std::uint64_t bits = loadBits(node, octets);
+    if (node.scalar != Scalar::signedInteger) return static_cast<std::int64_t>(bits);
+    const unsigned shift = 64 - 8 * node.size;
+    return static_cast<std::int64_t>(bits << shift) >> shift;
+}
+
+inline double loadNumber(const Node& node, const std::uint8_t* octets)
+{
+    if (node.scalar == Scalar::floating)
+    {
+        const std::uint64_t bits = loadBits(node, octets);
+        if (node.size == 8) return std::bit_cast<double>(bits);
+        return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
+    }
+    const std::int64_t number = loadInteger(node, octets);
+    if (node.scalar == Scalar::signedInteger) return static_cast<double>(number);
+    return static_cast<double>(static_cast<std::uint64_t>(number));
+}
 
 /// Indexes the usual values at once: those of fixed size, and variant records with an alternative
 /// of fixed size, neither with octets missing, left or odd. False for any other, with nothing done.

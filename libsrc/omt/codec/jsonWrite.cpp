@@ -15,38 +15,46 @@ namespace
 
 constexpr char theHexadecimal[] = "0123456789abcdef";
 
-/// Room at the end of a text, written through a pointer.
+/// Room before the end of a text, written through a pointer and added to the text when it is full.
 class Room
 {
 public:
-    explicit Room(std::string& text) : myText(text), mySize(text.size())
-    {
-        constexpr std::size_t theFirst = 1024;
-        myText.resize(std::max(mySize + theFirst, std::min(myText.capacity(), 2 * mySize)));
-        set();
-    }
-    ~Room() { myText.resize(static_cast<std::size_t>(myAt - myText.data())); }
+    explicit Room(std::string& text) : myText(text) {}
     Room(const Room&) = delete;
     Room& operator=(const Room&) = delete;
 
+    /// For at most theMost.
     void need(std::size_t size)
     {
-        if (static_cast<std::size_t>(myEnd - myAt) >= size) return;
-        mySize = static_cast<std::size_t>(myAt - myText.data());
-        myText.resize(mySize * 2 + size);
-        set();
+        if (static_cast<std::size_t>(myRoom + theSize - myAt) < size) flush();
     }
     /// After need() only.
     char* at() const { return myAt; }
     void moveTo(char* at) { myAt = at; }
     void put(char letter) { *myAt++ = letter; }
+    // In blocks that overlap: most are short, and a call or a string instruction takes longer.
     void put(const char* letters, std::size_t size)
     {
-        std::memcpy(myAt, letters, size);
+        if (size >= 16)
+        {
+            for (std::size_t i = 0; i + 16 < size; i += 16) std::memcpy(myAt + i, letters + i, 16);
+            std::memcpy(myAt + size - 16, letters + size - 16, 16);
+        }
+        else if (size >= 8)
+            putTwice<8>(letters, size);
+        else if (size >= 4)
+            putTwice<4>(letters, size);
+        else
+            for (std::size_t i = 0; i < size; ++i) myAt[i] = letters[i];
         myAt += size;
     }
     void add(std::string_view text)
     {
+        for (; text.size() > theMost; text.remove_prefix(theMost))
+        {
+            need(theMost);
+            put(text.data(), theMost);
+        }
         need(text.size() + 1);
         put(text.data(), text.size());
     }
@@ -62,17 +70,32 @@ public:
         put(',');
     }
     void dropLast() { --myAt; }
+    void finish() { myText.append(myRoom, static_cast<std::size_t>(myAt - myRoom)); }
 
 private:
-    void set()
+    template <std::size_t size>
+    void putTwice(const char* letters, std::size_t whole)
     {
-        myAt = myText.data() + mySize;
-        myEnd = myText.data() + myText.size();
+        std::memcpy(myAt, letters, size);
+        std::memcpy(myAt + whole - size, letters + whole - size, size);
     }
+
+    static constexpr std::size_t theMost = 1024;
+    static constexpr std::size_t theSize = 4096;
+
+    // The last letter stays, as it may be changed.
+    void flush()
+    {
+        if (myAt == myRoom) return;
+        myText.append(myRoom, static_cast<std::size_t>(myAt - myRoom) - 1);
+        myRoom[0] = myAt[-1];
+        myAt = myRoom + 1;
+    }
+
     std::string& myText;
-    std::size_t mySize;
-    char* myAt = nullptr;
-    char* myEnd = nullptr;
+    char* myAt = myRoom;
+    // Not set to zero.
+    char myRoom[theSize];
 };
 
 /// Every value is followed by a comma, which the end of its record or array takes away.
@@ -119,22 +142,23 @@ public:
 
     void latin1(const std::uint8_t* octets, std::size_t count)
     {
-        constexpr std::size_t theLongest = 6;
-        myRoom.need(count * theLongest + 3);
-        myRoom.put('"');
-        for (std::size_t i = 0; i < count; ++i) unit(octets[i]);
-        myRoom.put("\",", 2);
+        open('"');
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            if (i % theChunk == 0) myRoom.need(theChunk * theLongestUnit);
+            unit(octets[i]);
+        }
+        endText();
     }
 
     void utf16(const Node& element, const std::uint8_t* octets, std::size_t count)
     {
-        constexpr std::size_t theLongest = 6;
-        myRoom.need(count * theLongest + 3);
-        myRoom.put('"');
+        open('"');
         const auto load = [&](std::size_t i)
         { return static_cast<std::uint32_t>(loadInteger(element, octets + 2 * i) & 0xFFFF); };
         for (std::size_t i = 0; i < count; ++i)
         {
+            myRoom.need(theLongestUnit);
             const std::uint32_t first = load(i);
             const std::uint32_t second = i + 1 < count ? load(i + 1) : 0;
             if ((first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00)
@@ -145,15 +169,20 @@ public:
             else
                 unit(first);
         }
-        myRoom.put("\",", 2);
+        endText();
     }
 
     void hexadecimal(const std::uint8_t* octets, std::size_t count)
     {
-        myRoom.need(2 * count + 3);
-        myRoom.put('"');
+        open('"');
+        for (; count > theChunk; octets += theChunk, count -= theChunk)
+        {
+            myRoom.need(2 * theChunk);
+            digits(octets, theChunk);
+        }
+        myRoom.need(2 * count);
         digits(octets, count);
-        myRoom.put("\",", 2);
+        endText();
     }
 
     void kept(const std::uint8_t* octets, std::size_t count)
@@ -163,19 +192,31 @@ public:
     }
 
 private:
+    /// Characters or octets for which there is room at once, and the most octets of a character.
+    static constexpr std::size_t theChunk = 128;
+    static constexpr std::size_t theLongestUnit = 6;
+
     void open(char letter)
     {
         myRoom.need(1);
         myRoom.put(letter);
     }
 
+    void endText()
+    {
+        myRoom.need(2);
+        myRoom.put("\",", 2);
+    }
+
     void digits(const std::uint8_t* octets, std::size_t count)
     {
+        char* at = myRoom.at();
         for (std::size_t i = 0; i < count; ++i)
         {
-            myRoom.put(theHexadecimal[octets[i] >> 4]);
-            myRoom.put(theHexadecimal[octets[i] & 15]);
+            *at++ = theHexadecimal[octets[i] >> 4];
+            *at++ = theHexadecimal[octets[i] & 15];
         }
+        myRoom.moveTo(at);
     }
 
     void integer(const Node& node, std::int64_t number)
@@ -205,13 +246,14 @@ private:
         }
         const Enumeration::Entry& found = table.entries[entry];
         const std::string_view quoted = myPlan.text(found.quoted);
-        myRoom.need(quoted.size() + 64);
         if (found.isFirst)
-            myRoom.put(quoted.data(), quoted.size());
+            myRoom.add(quoted);
         else
         {
+            constexpr std::size_t theLongest = 64;
             myRoom.put("{\"name\":", 8);
-            myRoom.put(quoted.data(), quoted.size());
+            myRoom.add(quoted);
+            myRoom.need(theLongest);
             myRoom.put(",\"value\":", 9);
             integer(node, number);
             myRoom.put('}');
@@ -302,6 +344,7 @@ void appendJsonOf(const Plan& plan, const std::uint8_t* octets, const Index& ind
     JsonSink sink(plan, options, room);
     Walk<JsonSink>(plan, octets, index, sink).piece(spot);
     room.dropLast();
+    room.finish();
 }
 
 }  // namespace omt

@@ -63,11 +63,8 @@ std::uint32_t Plan::findEntry(const Enumeration& table, std::string_view name) c
     return *place;
 }
 
-std::uint32_t Plan::findAlternative(const Node& variant, std::int64_t number) const
+std::uint32_t Plan::findSparse(const Choices& table, std::int64_t number)
 {
-    const Choices& table = choices[variant.table];
-    if (static_cast<std::uint64_t>(number) < table.dense.size())
-        return table.dense[static_cast<std::size_t>(number)];
     const auto place = std::lower_bound(table.numbers.begin(), table.numbers.end(), number,
                                         [](const Choices::Range& row, std::int64_t wanted)
                                         { return row.number < wanted; });

@@ -120,7 +120,11 @@ struct Node
     /// Of a variant record: where the length stands, and the alternative.
     std::uint32_t lengthOffset = 0;
     std::uint32_t body = 0;
-    /// Padding in a node of fixed size: a range of Plan::gaps, if there is not too much of it.
+    /// Of a record of open size: how many fields of fixed size it begins with, none of them without
+    /// octets; 0 where it has too much padding before the next one.
+    std::uint32_t lead = 0;
+    /// Padding in a node of fixed size and in this lead: a range of Plan::gaps, if there is not too
+    /// much of it.
     std::uint32_t gaps = theNone;
     std::uint32_t gapCount = 0;
     /// How a record of fixed size is written in JSON: a range of Plan::script, if it holds nothing
@@ -256,9 +260,18 @@ struct Plan
     std::uint32_t findEntry(const Enumeration& table, std::string_view name) const;
     /// The index of the alternative, theNothing or theUnknown.
     std::uint32_t findAlternative(const Node& variant, std::int64_t number) const;
+    static std::uint32_t findSparse(const Choices& table, std::int64_t number);
     /// The index in a record or variant record of the part with this name, or theNone.
     std::uint32_t findPart(const Node& node, std::string_view name) const;
 };
+
+inline std::uint32_t Plan::findAlternative(const Node& variant, std::int64_t number) const
+{
+    const Choices& table = choices[variant.table];
+    if (static_cast<std::uint64_t>(number) < table.dense.size())
+        return table.dense[static_cast<std::size_t>(number)];
+    return findSparse(table, number);
+}
 
 /// The next multiple of a boundary of 1, 2, 4 or 8.
 constexpr std::uint64_t aligned(std::uint64_t at, std::uint64_t boundary)

@@ -141,6 +141,7 @@ private:
     }
     /// Where the part begins, and whether it ends within the value.
     bool find(Octets value, std::size_t& at, std::size_t& end) const;
+    bool findQuickly(Octets value, std::size_t& at, std::size_t& end) const;
     void expect();
     bool findSlowly(Octets value, std::size_t& at, std::size_t& end) const;
 

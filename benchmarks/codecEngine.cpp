@@ -1,0 +1,436 @@
+// SPDX-License-Identifier: Apache-2.0
+// Values of libomt beside code written by hand for their layouts: six layouts, and for each what
+// decoding, one field, encoding, and JSON both ways take; compiling; growth; allocations.
+#include "handWritten.h"
+#include "modelFiles.h"
+#include "omt/omt.h"
+#include "ratio.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <deque>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+namespace
+{
+
+using ratios::secondsOf;
+using ratios::theRPR;
+using Buffer = std::vector<std::uint8_t>;
+
+// One thread measures; nothing is added by two at a time.
+std::atomic<std::size_t> theRequests = 0;
+
+const omt::Model& rpr()
+{
+    static const omt::Model theModel =
+        omt::read({ratios::modelPath(theRPR).string()}, omt::ReadOptions().withMim()).model;
+    return theModel;
+}
+
+const omt::Codec& codec()
+{
+    static const omt::Codec theCodec(rpr());
+    return theCodec;
+}
+
+// Values -----------------------------------------------------------------------------------------
+
+/// Random values of all layouts, as they come in exercises.
+class Maker
+{
+public:
+    void make(byHand::Spatial& value)
+    {
+        value = {4, flag(), position(), vector(), vector(), vector(), vector()};
+    }
+    void make(byHand::EntityType& value)
+    {
+        value = {below(5),  below(5), static_cast<std::uint16_t>(below(226)), below(60), below(30),
+                 below(20), below(4)};
+    }
+    void make(byHand::Marking& value)
+    {
+        value = {static_cast<std::uint8_t>(1 + flag()), {}};
+        std::generate(std::begin(value.data), std::end(value.data),
+                      [this] { return static_cast<std::uint8_t>('A' + below(26)); });
+    }
+    void make(byHand::Parameters& value)
+    {
+        constexpr std::uint32_t theParts[] = {1024, 1056, 4096, 4128, 4416};
+        value.count = std::size(value.all);
+        for (byHand::Parameter& one : value.all)
+        {
+            one = {below(200),     below(9),   flag(),           theParts[below(5)],
+                   1U + below(15), vector().x, 512U + below(20), {}};
+            make(one.store);
+        }
+    }
+    void make(byHand::Environment& value)
+    {
+        constexpr std::uint32_t theTypes[] = {655360, 65536, 786432};
+        value.count = std::size(value.all);
+        for (std::uint32_t i = 0; i < value.count; ++i)
+            value.all[i] = {i, theTypes[i], position(), position(), vector().x, {}};
+    }
+    void make(byHand::Text& value)
+    {
+        value.count = std::size(value.units);
+        for (char16_t& unit : value.units)
+            unit = static_cast<char16_t>(below(12) == 0 ? 0xE0 + below(30) : 'a' + below(26));
+    }
+
+private:
+    std::uint8_t below(unsigned end) { return static_cast<std::uint8_t>(myRandom() % end); }
+    std::uint8_t flag() { return below(2); }
+    byHand::Position position()
+    {
+        std::uniform_real_distribution<double> metres(-6.4e6, 6.4e6);
+        return {metres(myRandom), metres(myRandom), metres(myRandom)};
+    }
+    byHand::Vector vector()
+    {
+        std::uniform_real_distribution<float> some(-300, 300);
+        return {some(myRandom), some(myRandom), some(myRandom)};
+    }
+    std::mt19937 myRandom{1516};
+};
+
+void fillNames()
+{
+    const auto fill = [](byHand::Names& names, const char* datatype)
+    {
+        for (const omt::EnumeratedData& data : rpr().tables().enumeratedData)
+            if (data.name == datatype)
+                for (const omt::Enumerator& one : data.enumerators)
+                    names.add(std::stoll(std::string(one.values[0])), one.name);
+    };
+    byHand::AllNames& names = byHand::names();
+    fill(names.algorithm, "DeadReckoningAlgorithmEnum8");
+    fill(names.boolean, "RPRboolean");
+    fill(names.marking, "MarkingEncodingEnum8");
+    fill(names.parameter, "ParameterTypeEnum32");
+    fill(names.part, "ArticulatedPartsTypeEnum32");
+    fill(names.metric, "ArticulatedTypeMetricEnum32");
+    fill(names.station, "StationEnum32");
+    fill(names.record, "EnvironmentRecordTypeEnum32");
+}
+
+constexpr std::size_t theRoom = 8192;
+
+/// Values of one layout in every form. That both sides agree about them is checked here, once.
+template <typename Layout>
+struct Values
+{
+    static constexpr std::size_t theCount = 64;
+
+    Values() : type(codec().type(Layout::theType)), field(type.field(Layout::theField))
+    {
+        Maker maker;
+        Buffer room(theRoom);
+        std::string text(theRoom, '\0');
+        for (std::size_t i = 0; i < theCount; ++i)
+        {
+            maker.make(structs[i]);
+            octets[i].assign(room.data(), structs[i].encode(room.data()));
+            json[i].assign(text.data(), structs[i].writeJson(text.data()));
+            type.decode(octets[i], values[i]);
+            check(i);
+        }
+    }
+
+    void check(std::size_t i)
+    {
+        Buffer again;
+        Layout decoded{};
+        Layout read{};
+        double number = 0;
+        Buffer byHand(theRoom);
+        const bool isRight =
+            values[i].isWhole() && values[i].json() == json[i] && !type.encode(json[i], again) &&
+            again == octets[i] && decoded.decode(octets[i].data(), octets[i].size()) &&
+            read.readJson(json[i]) && Layout::number(octets[i].data(), octets[i].size(), number) &&
+            field.number(octets[i]) == number;
+        byHand.resize(static_cast<std::size_t>(read.encode(byHand.data()) - byHand.data()));
+        if (isRight && byHand == octets[i]) return;
+        std::fprintf(stderr, "%s: the codec and the code by hand differ:\n%s\n%s\n",
+                     Layout::theType, values[i].json().c_str(), json[i].c_str());
+        std::exit(1);
+    }
+
+    omt::Type type;
+    omt::Field field;
+    Layout structs[theCount];
+    Buffer octets[theCount];
+    std::string json[theCount];
+    omt::Value values[theCount];
+};
+
+template <typename Layout>
+Values<Layout>& valuesOf()
+{
+    static const bool isFilled = (fillNames(), true);
+    static_cast<void>(isFilled);
+    static Values<Layout> theValues;
+    return theValues;
+}
+
+/// Where results go, so that none is left out.
+volatile double theSink = 0;
+
+/// The seconds of a number of rounds over all values.
+template <typename Layout, typename Call>
+double rounds(std::size_t count, Call call)
+{
+    Values<Layout>& all = valuesOf<Layout>();
+    double sum = 0;
+    const double seconds = secondsOf(
+        [&]
+        {
+            for (std::size_t round = 0; round < count; ++round)
+                for (std::size_t i = 0; i < all.theCount; ++i) sum += call(all, i);
+        });
+    theSink = sum;
+    return seconds;
+}
+
+constexpr std::size_t theQuick = 300;
+constexpr std::size_t theSlow = 30;
+
+template <typename Layout>
+struct Pieces
+{
+    using All = Values<Layout>;
+
+    static double decodeByHand()
+    {
+        static Layout theStruct;
+        return rounds<Layout>(theQuick,
+                              [](All& all, std::size_t i)
+                              {
+                                  const Buffer& one = all.octets[i];
+                                  return theStruct.decode(one.data(), one.size()) ? 1.0 : 0.0;
+                              });
+    }
+    static double decode()
+    {
+        static omt::Value theValue;
+        return rounds<Layout>(theQuick,
+                              [](All& all, std::size_t i)
+                              {
+                                  all.type.decode(all.octets[i], theValue);
+                                  return theValue.fault() ? 0.0 : 1.0;
+                              });
+    }
+
+    static double fieldByHand()
+    {
+        return rounds<Layout>(theQuick,
+                              [](All& all, std::size_t i)
+                              {
+                                  const Buffer& one = all.octets[i];
+                                  double number = 0;
+                                  Layout::number(one.data(), one.size(), number);
+                                  return number;
+                              });
+    }
+    static double field()
+    {
+        return rounds<Layout>(theQuick, [](All& all, std::size_t i)
+                              { return all.field.number(all.octets[i]).value_or(0); });
+    }
+
+    static double encodeByHand()
+    {
+        static Buffer theOctets(theRoom);
+        return rounds<Layout>(
+            theQuick, [](All& all, std::size_t i)
+            { return static_cast<double>(*(all.structs[i].encode(theOctets.data()) - 1)); });
+    }
+    static double encode()
+    {
+        static Buffer theOctets(theRoom);
+        return rounds<Layout>(theQuick,
+                              [](All& all, std::size_t i)
+                              {
+                                  const omt::Octets octets = all.values[i].octets();
+                                  std::copy(octets.begin(), octets.end(), theOctets.begin());
+                                  return static_cast<double>(theOctets[octets.size() - 1]);
+                              });
+    }
+
+    static double jsonByHand()
+    {
+        static std::string theText(theRoom, '\0');
+        return rounds<Layout>(
+            theSlow, [](All& all, std::size_t i)
+            { return static_cast<double>(*(all.structs[i].writeJson(theText.data()) - 1)); });
+    }
+    static double json()
+    {
+        static std::string theText;
+        return rounds<Layout>(theSlow,
+                              [](All& all, std::size_t i)
+                              {
+                                  theText.clear();
+                                  all.values[i].appendJson(theText);
+                                  return static_cast<double>(theText.back());
+                              });
+    }
+
+    static double fromJsonByHand()
+    {
+        static Buffer theOctets(theRoom);
+        return rounds<Layout>(
+            theSlow,
+            [](All& all, std::size_t i)
+            {
+                static Layout theStruct;
+                if (!theStruct.readJson(all.json[i])) return 0.0;
+                return static_cast<double>(*(theStruct.encode(theOctets.data()) - 1));
+            });
+    }
+    static double fromJson()
+    {
+        static Buffer theOctets;
+        return rounds<Layout>(theSlow,
+                              [](All& all, std::size_t i)
+                              {
+                                  theOctets.clear();
+                                  if (all.type.encode(all.json[i], theOctets)) return 0.0;
+                                  return static_cast<double>(theOctets.back());
+                              });
+    }
+
+    /// How often memory is asked for by everything above, once it has grown.
+    static double requests()
+    {
+        const auto once = []
+        {
+            decode();
+            field();
+            encode();
+            json();
+            fromJson();
+        };
+        once();
+        const std::size_t before = theRequests;
+        once();
+        return static_cast<double>(theRequests - before);
+    }
+};
+
+// The whole --------------------------------------------------------------------------------------
+
+double readModel()
+{
+    std::ifstream file(ratios::modelPath(theRPR), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return secondsOf(
+        [&]
+        {
+            omt::Findings findings;
+            omt::readModule({"model", text}, findings);
+        });
+}
+
+double compile()
+{
+    rpr();
+    return secondsOf([] { const omt::Codec compiled(rpr()); });
+}
+
+/// An array of records to a value and JSON, over and over until a million records were read.
+template <std::size_t size>
+double array()
+{
+    constexpr std::size_t theRecords = 1000000;
+    static const Buffer theOctets = []
+    {
+        const Values<byHand::Parameters>& all = valuesOf<byHand::Parameters>();
+        Buffer octets;
+        for (std::size_t i = 0; i < size / 4; ++i)
+            octets.insert(octets.end(), all.octets[i % all.theCount].begin(),
+                          all.octets[i % all.theCount].end());
+        return octets;
+    }();
+    static omt::Value theValue;
+    static std::string theText;
+    const omt::Type& type = valuesOf<byHand::Parameters>().type;
+    return secondsOf(
+        [&]
+        {
+            for (std::size_t done = 0; done < theRecords; done += size)
+            {
+                type.decode(theOctets, theValue);
+                theText.clear();
+                theValue.appendJson(theText);
+            }
+        });
+}
+
+double one()
+{
+    return 1;
+}
+
+double requests()
+{
+    return Pieces<byHand::Spatial>::requests() + Pieces<byHand::EntityType>::requests() +
+           Pieces<byHand::Marking>::requests() + Pieces<byHand::Parameters>::requests() +
+           Pieces<byHand::Environment>::requests() + Pieces<byHand::Text>::requests();
+}
+
+template <typename Layout>
+void add(const std::string& layout, std::vector<ratios::Ratio> (&rows)[5])
+{
+    using P = Pieces<Layout>;
+    static std::deque<std::string> theNames;
+    const auto name = [&layout](const char* what)
+    { return theNames.emplace_back(what + ('_' + layout)).c_str(); };
+    rows[0].push_back({name("codec_value"), P::decodeByHand, P::decode, theRPR, "codec_value"});
+    rows[1].push_back({name("codec_field"), P::fieldByHand, P::field, theRPR, "codec_field"});
+    rows[2].push_back({name("codec_encode"), P::encodeByHand, P::encode, theRPR, "codec_encode"});
+    rows[3].push_back({name("codec_json"), P::jsonByHand, P::json, theRPR, "codec_json"});
+    rows[4].push_back(
+        {name("codec_from_json"), P::fromJsonByHand, P::fromJson, theRPR, "codec_from_json"});
+}
+
+}  // namespace
+
+std::vector<ratios::Ratio> ratios::codecEngineRatios()
+{
+    std::vector<Ratio> rows[5];
+    add<byHand::Spatial>("spatial", rows);
+    add<byHand::EntityType>("entity_type", rows);
+    add<byHand::Marking>("marking", rows);
+    add<byHand::Parameters>("parameters", rows);
+    add<byHand::Environment>("environment", rows);
+    add<byHand::Text>("text", rows);
+    std::vector<Ratio> all{
+        {"codec_compile", readModel, compile, theRPR}
+    };
+    for (const std::vector<Ratio>& some : rows) all.insert(all.end(), some.begin(), some.end());
+    all.push_back({"codec_growth", array<1000>, array<1000000>, theRPR});
+    all.push_back({"codec_allocations", one, requests, theRPR});
+    return all;
+}
+
+// Counts what the program asks for.
+void* operator new(std::size_t size)
+{
+    theRequests.store(theRequests.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    if (void* const memory = std::malloc(size)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
