@@ -71,7 +71,8 @@ TEST(XmlReadingTest, ReadsOddTextsOrSaysWhatIsOdd)
          "x.xml:1: warning: the namespace `urn:x-2030` is none of an edition; read as 1516-2025 "
          "[unknown-namespace]\n"                                                                              },
         {"text where there is none",      in2010("<objects>\nwords</objects>"),
-         "x.xml:2: warning: text stands where table has none; it is kept as it is [stray-text]\n"             },
+         "x.xml:2: warning: text stands where `objects` has none; it is kept as it is "
+         "[stray-text]\n"                                                                                     },
         {"a document type",               "<!DOCTYPE objectModel SYSTEM 'x.dtd'>\n" + in2010("<objects/>"),
          "x.xml:1: note: the document type is not looked at [doctype]\n"                                      },
     };
@@ -88,6 +89,7 @@ TEST(XmlReadingTest, RefusesWhatIsNoModelAndSaysWhatItIs)
     using namespace std::string_literals;
     const std::pair<std::string, const char*> cases[] = {
         {"",                                                                       "x.xml: error: is empty [no-object-model]"                },
+        {"\xEF\xBB\xBF",                                                           "x.xml: error: is empty [no-object-model]"                },
         {" \n",                                                                    "x.xml: error: holds nothing but blanks [no-object-model]"},
         {"\x1F\x8B\x08"s,                                                          "is compressed with gzip"                                 },
         {"(FED (Federation x))",                                                   "is a FED file"                                           },

@@ -134,7 +134,7 @@ Model readModule(const Document& document, Findings& findings, const ReadOptions
     if (fault.empty())
     {
         decodeText(document.octets, decoded);
-        fault = decoded.fault;
+        fault = decoded.fault.empty() ? otherKind(decoded.text) : decoded.fault;
     }
     if (!fault.empty())
     {

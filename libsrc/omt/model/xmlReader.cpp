@@ -654,6 +654,17 @@ std::string XmlReader::declaredText(std::string_view xml) const
     return text;
 }
 
+/// What findings call the innermost element that a row or a table knows.
+std::string XmlReader::whatIsOpen()
+{
+    const Frame& frame = myFrames.back();
+    if (frame.mode == Mode::property || frame.mode == Mode::around)
+        return "`" + std::string(rowsOf(frame.kind)[frame.index].key) + "`";
+    if (frame.mode == Mode::table)
+        return "`" + std::string(XmlWords::tables()[frame.index].word) + "`";
+    return std::string(nameOf(frame.kind));
+}
+
 void XmlReader::endUnknown(const Frame& frame, std::size_t end)
 {
     myFrames.pop_back();
@@ -663,9 +674,7 @@ void XmlReader::endUnknown(const Frame& frame, std::size_t end)
     const bool isInProperty = around.mode == Mode::property || around.mode == Mode::around;
     if (name.find(':') == std::string_view::npos)
         report(Severity::warning, "unknown-element",
-               "`" + std::string(name) + "` is no element of " +
-                   (isInProperty ? "`" + std::string(rowsOf(around.kind)[around.index].key) + "`"
-                                 : std::string(nameOf(owner().kind))) +
+               "`" + std::string(name) + "` is no element of " + whatIsOpen() +
                    "; it is kept as it is",
                frame.line);
     addAside(Aside::What::element, isInProperty ? around.index : Aside::theWhole, name,
@@ -776,9 +785,7 @@ void XmlReader::attachStray()
     else
     {
         report(Severity::warning, "stray-text",
-               "text stands where " + std::string(nameOf(frame.kind)) +
-                   " has none; it is kept as it is",
-               myStrayLine);
+               "text stands where " + whatIsOpen() + " has none; it is kept as it is", myStrayLine);
         addAside(Aside::What::text, frame.mode == Mode::around ? frame.index : Aside::theWhole, {},
                  text, myStrayLine);
     }

@@ -93,6 +93,7 @@ private:
     void finishDefinition(const Frame& frame);
     void finishTexts(const Frame& frame, Definition& definition);
     void finishParts(const Frame& frame, Definition& definition);
+    std::string whatIsOpen();
     std::string declaredText(std::string_view xml) const;
 
     void setText(Kind kind, std::uint8_t row, Definition& definition, std::string_view value,
