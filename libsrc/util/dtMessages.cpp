@@ -7,7 +7,6 @@
 #include <iostream>
 #include <locale>
 #include <mutex>
-#include <new>
 #include <utility>
 
 namespace
@@ -164,57 +163,3 @@ DtMessageStream::~DtMessageStream()
 {
     myBuffer.handOver();
 }
-
-namespace
-{
-
-/// The streams of one thread. They are never destroyed, as other destructors of the thread and of
-/// the process may come later and have something to say.
-struct ThreadStreams
-{
-    template <std::size_t size>
-    struct Place
-    {
-        alignas(DtMessageStream) unsigned char octets[size];
-    };
-    static constexpr std::size_t theCount = 4;
-    static constexpr DtMessageLevel theLevels[theCount] = {
-        DtMessageLevel::warn, DtMessageLevel::info, DtMessageLevel::verbose, DtMessageLevel::debug};
-
-    Place<sizeof(DtMessageStream)> places[theCount];
-    bool isMade;
-
-    DtMessageStream& at(std::size_t index)
-    {
-        if (!isMade)
-            for (std::size_t i = 0; i < theCount; ++i)
-                new (places[i].octets) DtMessageStream(theLevels[i]);
-        isMade = true;
-        return *std::launder(reinterpret_cast<DtMessageStream*>(places[index].octets));
-    }
-};
-
-thread_local ThreadStreams theStreams;  // zeros at first, and nothing at the end
-
-/// At the end of a thread, hands over what was written since the last message ended.
-struct LastMessages
-{
-    ~LastMessages()
-    {
-        for (std::size_t i = 0; i < ThreadStreams::theCount; ++i) theStreams.at(i).stopCollecting();
-    }
-};
-
-DtMessageStream& streamOfThread(std::size_t index)
-{
-    thread_local const LastMessages theLastMessages;
-    static_cast<void>(&theLastMessages);
-    return theStreams.at(index);
-}
-
-}  // namespace
-
-thread_local DtMessageStream& DtWarn = streamOfThread(0);
-thread_local DtMessageStream& DtInfo = streamOfThread(1);
-thread_local DtMessageStream& DtVerbose = streamOfThread(2);
-thread_local DtMessageStream& DtDebug = streamOfThread(3);
