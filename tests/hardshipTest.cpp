@@ -127,9 +127,11 @@ TEST(HardshipTest, AMergeThatThrowsLeavesTheTreeAsItWas)
     {
         void addObjectClassNode(DtObjectClassFedNode* node) override
         {
-            if (node->getName() == "Last") throw std::bad_alloc();
-            DtOMTTree::addObjectClassNode(node);
+            if (node->getName() != "Last") return DtOMTTree::addObjectClassNode(node);
+            kept.reset(node);
+            throw std::bad_alloc();
         }
+        std::unique_ptr<DtObjectClassFedNode> kept;  // what a host keeps stays the host's
     };
     struct Throwing : DtObjectClassFedNode
     {

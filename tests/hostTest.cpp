@@ -368,9 +368,8 @@ TEST(HostTest, AllowsEditsInBetween)
 // Plugins of a host may bring copies of their own, and other libraries with thread-local data.
 TEST(HostTest, LoadsManyCopiesOfTheLibrary)
 {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "The sanitizer takes a second copy for a fault";
-#endif
+    // The address sanitizer takes a second copy for a fault.
+    if (dlsym(RTLD_DEFAULT, "__asan_init")) GTEST_SKIP() << "Under the address sanitizer";
     constexpr char theOperation[] = "_ZN17DtDatatypeManager15defaultInstanceEv";
     void* const own = dlsym(RTLD_DEFAULT, theOperation);
     Dl_info library;

@@ -338,7 +338,7 @@ void DtOMTFileReader::processNote(DtlObjPtr& clause, DtOMTTree* tree)
 void DtOMTFileReader::processObjectClass(DtlObjPtr& clause, DtOMTTree* tree)
 {
     const auto readPart = [this](DtObjectClassFedNode& node, DtlObjPtr& clauses)
-    { node.addAttribute(processAttribute(clauses)); };
+    { addRead(node, processAttribute(clauses)); };
     handOver(tree, &DtOMTTree::addObjectClassNode,
              ClauseWalk(myLastError)
                  .readWhole(clause, theObjectClass, theObjectClassWords, theAttributes, readPart));

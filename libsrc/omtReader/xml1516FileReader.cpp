@@ -253,7 +253,7 @@ DtObjectClassFedNode* DtXML1516FileReader::processObjectClass(xmlNode*& element,
             [&](xmlNode*& child)
             {
                 if (isNamed(child, "attribute"))
-                    node->addAttribute(processAttribute(child, node.get()));
+                    addRead(*node, processAttribute(child, node.get()));
                 else if (isNamed(child, "objectClass"))
                     node->addChildObject(processObjectClass(child, tree));
             });

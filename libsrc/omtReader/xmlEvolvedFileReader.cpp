@@ -326,7 +326,7 @@ DtObjectClassFedNode* DtXMLEvolvedFileReader::processObjectClass(xmlNode*& eleme
     const auto readNested = [&](xmlNode*& child)
     {
         if (isNamed(child, "attribute"))
-            node->addAttribute(processAttribute(child, node.get()));
+            addRead(*node, processAttribute(child, node.get()));
         else if (isNamed(child, "objectClass"))
             node->addChildObject(processObjectClass(child, tree));
     };

@@ -2,7 +2,9 @@
 // How a reader gives a node that it has filled to the owner.
 #pragma once
 
+#include "omtReader/attributeFedNode.h"
 #include "omtReader/enumeratedDatatypeNode.h"
+#include "omtReader/objectClassFedNode.h"
 
 #include <iterator>
 #include <memory>
@@ -17,6 +19,14 @@ Node* handOver(Owner* owner, void (Owner::*add)(Node*), std::unique_ptr<Node> no
     if (!node) return nullptr;
     (owner->*add)(node.get());
     return node.release();
+}
+
+/// Adds an attribute to its class, or deletes it where memory is too short for that.
+inline void addRead(DtObjectClassFedNode& owner, DtAttributeFedNode* attribute)
+{
+    std::unique_ptr<DtAttributeFedNode> kept(attribute);
+    owner.addAttribute(attribute);
+    kept.release();
 }
 
 /// Adds an enumerator to its datatype, which may refuse it.
