@@ -3,4 +3,5 @@
 #pragma once
 
 #include "omt/codec/codec.h"
+#include "omt/codec/overlay.h"
 #include "omt/model/read.h"

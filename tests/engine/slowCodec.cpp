@@ -372,10 +372,11 @@ void SlowCodec::array(const omt::ArrayData& data, Tree& tree, const Around& arou
     const std::size_t start = myAt;
     const std::size_t least = leastSize(element);
     const std::size_t stride = up(least, boundary(element));
-    const std::string look =
-        how == Encoding::paddingTo16 || how == Encoding::paddingTo32 || how == Encoding::paddingTo64
-            ? "octets"
-            : lookOf(element);
+    const bool isPadding = how == Encoding::paddingTo16 || how == Encoding::paddingTo32 ||
+                           how == Encoding::paddingTo64;
+    const bool isMarking = data.name == "MarkingArray11" || data.name == "MarkingArray31" ||
+                           (!myPath.empty() && myPath.back() == ".MarkingData");
+    const std::string look = isPadding ? "octets" : isMarking ? "marking" : lookOf(element);
     tree.kind = look.empty() ? Tree::Kind::array : Tree::Kind::leaf;
     tree.leaf = look;
     const auto note = [&](std::size_t count)
@@ -696,6 +697,26 @@ void SlowCodec::measured(const omt::VariantRecord& data, Tree& tree, const Aroun
 // From outside
 // ------------------------------------------------------------------------------------------
 
+// Characters up to the first zero; with what follows it, if that is more than zeros.
+std::string SlowCodec::marking(const Tree& tree, std::size_t fault) const
+{
+    std::string letters = "\"";
+    std::string rest;
+    bool isAfter = false;
+    for (const auto& [name, one] : tree.parts)
+    {
+        if (one.start >= fault) break;
+        const std::uint8_t octet = myOctets[one.start];
+        if (isAfter)
+            rest += hexadecimal(one.start, one.start + 1);
+        else if (octet != 0)
+            letters += utf8(octet);
+        isAfter = isAfter || octet == 0;
+    }
+    if (rest.find_first_not_of('0') == std::string::npos) return letters + '"';
+    return "{\"text\":" + letters + "\",\"rest\":\"" + rest + "\"}";
+}
+
 std::string SlowCodec::text(const Tree& tree, std::size_t fault) const
 {
     std::string out;
@@ -705,6 +726,7 @@ std::string SlowCodec::text(const Tree& tree, std::size_t fault) const
         case Tree::Kind::none:
             break;
         case Tree::Kind::leaf:
+            if (tree.leaf == "marking") return marking(tree, fault);
             if (tree.leaf != "text" && tree.leaf != "wide" && tree.leaf != "octets")
                 return tree.leaf;
             out = "\"";

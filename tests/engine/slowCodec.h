@@ -102,6 +102,7 @@ private:
     void zeros(std::size_t end, const Around& around);
     std::string hexadecimal(std::size_t from, std::size_t to) const;
     std::int64_t integer(const std::string& type, std::size_t at) const;
+    std::string marking(const Tree& tree, std::size_t fault) const;
     std::string text(const Tree& tree, std::size_t fault) const;
 
     const omt::Model& myModel;

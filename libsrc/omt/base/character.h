@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace omt
@@ -35,6 +36,29 @@ inline Character firstCharacter(std::string_view text)
     const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
     if (code < theSmallest[octets] || code > 0x10FFFF || isSurrogate) return {};
     return {code, octets};
+}
+
+/// Appends a character in UTF-8; a lone surrogate takes three octets.
+inline void appendUtf8(std::string& text, std::uint32_t code)
+{
+    const auto add = [&text](std::uint32_t octet) { text += static_cast<char>(octet); };
+    if (code < 0x80) return add(code);
+    if (code < 0x800)
+    {
+        add(0xC0 | (code >> 6));
+    }
+    else
+    {
+        if (code < 0x10000)
+            add(0xE0 | (code >> 12));
+        else
+        {
+            add(0xF0 | (code >> 18));
+            add(0x80 | ((code >> 12) & 0x3F));
+        }
+        add(0x80 | ((code >> 6) & 0x3F));
+    }
+    add(0x80 | (code & 0x3F));
 }
 
 /// Whether a character is a control, or turns the direction of writing or ends a line unseen.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/base/textEncoding.h"
 
+#include "omt/base/character.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -12,28 +14,6 @@ namespace omt
 namespace
 {
 
-void addUtf8(std::string& text, std::uint32_t code)
-{
-    const auto add = [&text](std::uint32_t octet) { text += static_cast<char>(octet); };
-    if (code < 0x80) return add(code);
-    if (code < 0x800)
-    {
-        add(0xC0 | (code >> 6));
-    }
-    else
-    {
-        if (code < 0x10000)
-            add(0xE0 | (code >> 12));
-        else
-        {
-            add(0xF0 | (code >> 18));
-            add(0x80 | ((code >> 12) & 0x3F));
-        }
-        add(0x80 | ((code >> 6) & 0x3F));
-    }
-    add(0x80 | (code & 0x3F));
-}
-
 /// What windows-1252 has at 80 to 9F, where ISO-8859-1 has control characters.
 constexpr std::array<std::uint16_t, 32> theWindowsCharacters = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
@@ -44,7 +24,7 @@ std::string fromLatin1(std::string_view octets)
 {
     std::string text;
     text.reserve(octets.size() + octets.size() / 8);
-    for (const char octet : octets) addUtf8(text, static_cast<unsigned char>(octet));
+    for (const char octet : octets) appendUtf8(text, static_cast<unsigned char>(octet));
     return text;
 }
 
@@ -69,7 +49,7 @@ std::string fromUtf16(std::string_view octets, bool isLittle)
         }
         else if (code >= 0xD800 && code < 0xE000)
             code = 0xFFFD;
-        addUtf8(text, code);
+        appendUtf8(text, code);
     }
     return text;
 }
@@ -118,7 +98,8 @@ std::string fromWindows1252(std::string_view octets)
     for (const char c : octets)
     {
         const auto octet = static_cast<unsigned char>(c);
-        addUtf8(text, octet >= 0x80 && octet < 0xA0 ? theWindowsCharacters[octet - 0x80] : octet);
+        appendUtf8(text,
+                   octet >= 0x80 && octet < 0xA0 ? theWindowsCharacters[octet - 0x80] : octet);
     }
     return text;
 }

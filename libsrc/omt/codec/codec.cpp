@@ -9,10 +9,12 @@
 namespace omt
 {
 
-Codec::Codec(const Model& model) : myModel(model)
+Codec::Codec(const Model& model) : Codec(model, CodecOptions()) {}
+
+Codec::Codec(const Model& model, const CodecOptions& options) : myModel(model)
 {
     Findings findings;
-    myPlan = std::make_shared<const Plan>(Compiler(model, findings).compile());
+    myPlan = std::make_shared<const Plan>(Compiler(model, options, findings).compile());
     myFindings = std::make_shared<const Findings>(std::move(findings));
 }
 

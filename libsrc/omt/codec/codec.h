@@ -3,12 +3,23 @@
 #pragma once
 
 #include "omt/base/finding.h"
+#include "omt/codec/hints.h"
 #include "omt/codec/type.h"
 #include "omt/codec/value.h"
 #include "omt/model/model.h"
 
 namespace omt
 {
+
+/// What a codec needs to know besides the model.
+struct CodecOptions
+{
+    /// Of the user; they count before the built-in ones. One that does not fit the model is a
+    /// finding.
+    Hints hints;
+    /// Whether the hints for the RPR FOM apply, where names and shapes fit.
+    bool hasBuiltInHints = true;
+};
 
 /// All datatypes of a model, ready to decode and encode. Immutable; any number of threads may share
 /// it, and copying it copies nothing.
@@ -17,6 +28,7 @@ class OMT_EXPORT Codec
 public:
     /// Takes time by the size of the model.
     explicit Codec(const Model& model);
+    Codec(const Model& model, const CodecOptions& options);
 
     /// What cannot be decoded, and why; such values are octets.
     const Findings& findings() const { return *myFindings; }

@@ -19,6 +19,7 @@ Plan Compiler::compile()
     announce(tables.complexRecords);
     announce(tables.basicData);
     announceStandard();
+    gatherHints();
     // Basic representations and names first, as enumerations need them; enumerations before the
     // records that name their enumerators.
     const auto isOf = [this](std::size_t id, auto... kinds)
@@ -39,6 +40,7 @@ Plan Compiler::compile()
     findBoundaries();
     for (const Id id : myOrder) layOut(id);
     finishArrays();
+    applyHints();
     for (const Id id : myOrder) writeScript(id);
     return std::move(myPlan);
 }
@@ -397,6 +399,7 @@ void Compiler::build(Id id, const FixedRecord& data)
     }
     nameParts(data, parts, names);
     for (std::size_t i = 0; i < data.fields.size(); ++i) addCount(data, i, parts);
+    splitHinted(data, parts);
     myPlan.nodes[id].form = Form::record;
     storeParts(id, parts);
 }

@@ -6,12 +6,14 @@
 #pragma once
 
 #include "omt/base/finding.h"
+#include "omt/codec/codec.h"
 #include "omt/codec/plan.h"
 #include "omt/codec/typeText.h"
 #include "omt/model/model.h"
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace omt
@@ -20,7 +22,10 @@ namespace omt
 class Compiler
 {
 public:
-    Compiler(const Model& model, Findings& findings) : myModel(model), myFindings(findings) {}
+    Compiler(const Model& model, const CodecOptions& options, Findings& findings)
+        : myModel(model), myOptions(options), myFindings(findings)
+    {
+    }
 
     Plan compile();
 
@@ -83,6 +88,19 @@ private:
     template <typename Visit>
     void forEachHeld(Id id, const Visit& visit) const;
 
+    // Hints: compileHints.cpp.
+    void gatherHints();
+    void addHints(const Hints& hints, bool isBuiltIn);
+    void splitHinted(const Definition& record, std::vector<Part>& parts);
+    void applyHints();
+    void applyText(Id id, std::size_t hint);
+    void setRole(Id id, std::size_t hint);
+    bool isEntityType(const Node& node) const;
+    bool isPosition(const Node& node) const;
+    std::uint32_t addTable(const Hints& hints, const std::string& name);
+    void spreadRoles();
+    void complain(std::size_t hint, const std::string& why);
+
     Id resolve(const Definition& data, const Text& name);
     /// Follows simple datatypes to what they stand for.
     Id target(Id id) const;
@@ -90,7 +108,17 @@ private:
     void find(Severity severity, std::string_view name, const Definition& data,
               const Text* property, std::string text);
 
+    /// A hint, the node it is about, and where it comes from.
+    struct Hinted
+    {
+        const Hint* hint;
+        const Hints* from;
+        bool isBuiltIn;
+        Id node = theNone;
+    };
+
     const Model& myModel;
+    const CodecOptions& myOptions;
     Findings& myFindings;
     Plan myPlan;
     /// Where nodes come from; what their names stand for, where they are only another name.
@@ -100,6 +128,11 @@ private:
     /// What arrays of a node look like.
     std::vector<Look> myLooks;
     std::size_t myRangeSteps = 0;
+    Hints myBuiltIn;
+    std::vector<Hinted> myHinted;
+    std::unordered_map<const NumberTable*, std::uint32_t> myTables;
+    /// Hints about fields, by the names of their records.
+    std::unordered_map<std::string_view, std::vector<std::size_t>> myFieldHints;
 };
 
 }  // namespace omt

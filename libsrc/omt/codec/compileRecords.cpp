@@ -266,6 +266,7 @@ void Compiler::build(Id id, const ComplexRecord& data)
             node.extent == Extent::lengthless && isCountByName(before->name))
             addSteps(before->name, parts, i);
     }
+    splitHinted(data, parts);
     myPlan.nodes[id].form = Form::record;
     // The same for the record as a whole.
     myPlan.nodes[id].boundary = 0;

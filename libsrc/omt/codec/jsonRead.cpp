@@ -534,7 +534,7 @@ private:
         for (Letters letters(text); !letters.isAtEnd(); ++count)
         {
             if (!letters.next(code)) return fail("a text that is no UTF-8", depth);
-            if (node.look == Look::latin1 && code > 0xFF)
+            if (node.look != Look::utf16 && code > 0xFF)
                 return fail("a character that no octet holds", depth);
             if (code < 0x10000)
             {
@@ -545,6 +545,63 @@ private:
             store(element, 0xDC00 + (code & 0x3FF));
             ++count;
         }
+        return true;
+    }
+
+    // Text up to the first zero, and what stands after it if that is given; an array of a fixed
+    // size is filled with zeros.
+    bool hintedText(const Node& node, std::size_t& count, std::uint32_t depth)
+    {
+        const std::size_t start = myOctets.size();
+        if (myText.peek() != '{')
+        {
+            if (!lettersOf(node, count, depth)) return false;
+        }
+        else if (!textAndRest(node, count, depth))
+            return false;
+        if (node.extent != Extent::fixed) return true;
+        if (count > node.count)
+            return fail(std::to_string(count) + " octets, and there is room for " +
+                            std::to_string(node.count),
+                        depth);
+        myOctets.resize(start + node.count);
+        count = node.count;
+        return true;
+    }
+
+    bool lettersOf(const Node& node, std::size_t& count, std::uint32_t depth)
+    {
+        const std::size_t start = myOctets.size();
+        if (!characters(node, count, depth)) return false;
+        return textSize(myOctets.data() + start, count) == count ||
+               fail("a zero ends a text", depth);
+    }
+
+    bool textAndRest(const Node& node, std::size_t& count, std::uint32_t depth)
+    {
+        std::size_t rest = 0;
+        bool hasText = false;
+        bool hasRest = false;
+        const std::size_t start = myOctets.size();
+        myText.takes('{');
+        do
+        {
+            std::string_view key;
+            bool hasEscapes = false;
+            myText.peek();
+            if (!myText.raw(key, hasEscapes) || !myText.takes(':')) return fail("no key", depth);
+            myText.peek();
+            const bool isText = key == "text";
+            bool& isGiven = isText ? hasText : hasRest;
+            if ((!isText && key != "rest") || isGiven || (!isText && !hasText))
+                return fail("\"text\" and then \"rest\" are expected", depth);
+            isGiven = true;
+            if (isText ? !lettersOf(node, count, depth) : (grow(1), !hexadecimal(rest, depth)))
+                return false;
+        } while (myText.takes(','));
+        if (!myText.takes('}')) return failHere("a \"}\" is missing", depth);
+        if (!hasText) return fail("\"text\" is missing", depth);
+        count = myOctets.size() - start;
         return true;
     }
 
@@ -811,6 +868,7 @@ private:
         myFrames[depth].node = id;
         std::size_t count = 0;
         const bool isWhole = node.look == Look::elements      ? elements(node, start, count, depth)
+                             : node.look == Look::text        ? hintedText(node, count, depth)
                              : node.look == Look::hexadecimal ? hexadecimal(count, depth)
                                                               : characters(node, count, depth);
         if (!isWhole) return false;

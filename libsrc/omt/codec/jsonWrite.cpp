@@ -185,6 +185,20 @@ public:
         endText();
     }
 
+    // What stands after the first zero is told, unless it is what encoding fills in.
+    void text(const std::uint8_t* octets, std::size_t count, bool isFilled)
+    {
+        const std::size_t size = textSize(octets, count);
+        const auto isZero = [](std::uint8_t octet) { return octet == 0; };
+        if (size == count || (isFilled && std::all_of(octets + size, octets + count, isZero)))
+            return latin1(octets, size);
+        myRoom.add("{\"text\":");
+        latin1(octets, size);
+        myRoom.add("\"rest\":");
+        hexadecimal(octets + size + 1, count - size - 1);
+        myRoom.close('}');
+    }
+
     void kept(const std::uint8_t* octets, std::size_t count)
     {
         myRoom.add("\"octets\":");

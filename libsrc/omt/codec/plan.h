@@ -61,7 +61,9 @@ enum class Look : std::uint8_t
     elements,
     latin1,
     utf16,
-    hexadecimal
+    hexadecimal,
+    /// Octets that are characters up to the first zero, as a hint says.
+    text
 };
 
 /// How a variant record says how long its alternative is.
@@ -235,6 +237,25 @@ struct Choices
 constexpr std::uint32_t theNothing = 0xFFFFFFFE;
 constexpr std::uint32_t theUnknown = 0xFFFFFFFD;
 
+/// What hints say of a node.
+enum class Role : std::uint8_t
+{
+    none,
+    entityType,
+    position,
+    /// A number with names in a table.
+    table
+};
+
+struct Meaning
+{
+    Role role = Role::none;
+    /// Whether the node, or anything in it, has a role.
+    bool isInside = false;
+    /// One of Plan::enumerations.
+    std::uint32_t table = theNone;
+};
+
 struct Plan
 {
     std::vector<Node> nodes;
@@ -244,6 +265,8 @@ struct Plan
     std::vector<ScriptStep> script;
     std::vector<Enumeration> enumerations;
     std::vector<Choices> choices;
+    /// By node; empty where no hint fits.
+    std::vector<Meaning> meanings;
     std::string pool;
     /// Nodes by the names of datatypes.
     std::unordered_map<std::string, std::uint32_t> names;

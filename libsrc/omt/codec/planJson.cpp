@@ -131,7 +131,7 @@ private:
     {
         constexpr const char* theExtents[] = {"fixed", "counted", "lengthless", "terminated",
                                               "padding"};
-        constexpr const char* theLooks[] = {"elements", "latin1", "utf16", "hexadecimal"};
+        constexpr const char* theLooks[] = {"elements", "latin1", "utf16", "hexadecimal", "text"};
         myOut.property("extent", theExtents[static_cast<std::size_t>(node.extent)]);
         myOut.property("look", theLooks[static_cast<std::size_t>(node.look)]);
         myOut.property("element", node.element);

@@ -92,7 +92,8 @@ std::optional<std::string> textOf(const Plan& plan, std::uint32_t id, const std:
     const Node& node = plan.nodes[id];
     if (kindOf(plan, node) != ValueKind::text) return std::nullopt;
     std::string text;
-    if (node.look == Look::latin1)
+    if (node.look == Look::text) count = textSize(first, count);
+    if (node.look != Look::utf16)
         appendLatin1(text, first, count);
     else
         appendUtf16(text, plan.nodes[node.element], first, count);
@@ -412,6 +413,10 @@ public:
         myText.clear();
         appendLatin1(myText, octets, count);
         myVisitor.text(myText);
+    }
+    void text(const std::uint8_t* octets, std::size_t count, bool)
+    {
+        latin1(octets, textSize(octets, count));
     }
     void utf16(const Node& element, const std::uint8_t* octets, std::size_t count)
     {

@@ -109,6 +109,7 @@ public:
 
 private:
     friend class Item;
+    friend class OverlayFinder;
     friend class Type;
     struct Parts;
     std::unique_ptr<Parts> myParts;

@@ -28,6 +28,12 @@ struct Value::Parts
 
 ValueKind kindOf(const Plan& plan, const Node& node);
 /// Characters in UTF-8, appended.
+/// How many octets stand before the first zero.
+inline std::size_t textSize(const std::uint8_t* octets, std::size_t count)
+{
+    const void* const zero = count > 0 ? std::memchr(octets, 0, count) : nullptr;
+    return zero ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - octets) : count;
+}
 void appendLatin1(std::string& text, const std::uint8_t* octets, std::size_t count);
 /// A lone surrogate takes three octets, as any other unit.
 void appendUtf16(std::string& text, const Node& element, const std::uint8_t* octets,

@@ -164,7 +164,8 @@ public:
 /// A sink has: record(node, octets), which may take a record of fixed size as a whole;
 /// beginRecord(node), field(part), endRecord(), beginArray(count), element(), endArray(),
 /// number(node, octets), latin1(octets, count), utf16(element, octets, count), hexadecimal(octets,
-/// count), kept(octets, count).
+/// count), text(octets, count, isFilled), which is characters up to the first zero, kept(octets,
+/// count).
 template <typename Sink>
 class Walk
 {
@@ -231,6 +232,8 @@ private:
                 return mySink.utf16(myPlan.nodes[node.element], first, count);
             case Look::hexadecimal:
                 return mySink.hexadecimal(first, count);
+            case Look::text:
+                return mySink.text(first, count, node.extent == Extent::fixed);
             case Look::elements:
                 break;
         }
