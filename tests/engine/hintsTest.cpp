@@ -18,7 +18,8 @@ constexpr const char* theModel =
 <arrayData><name>Six</name><dataType>HLAoctet</dataType><cardinality>6</cardinality></arrayData>
 <arrayData><name>Name</name><dataType>HLAoctet</dataType><cardinality>Dynamic</cardinality>
 </arrayData><arrayData><name>Places</name><dataType>WorldLocationStruct</dataType>
-<cardinality>Dynamic</cardinality></arrayData></arrayDataTypes><fixedRecordDataTypes>
+<cardinality>Dynamic</cardinality></arrayData><arrayData><name>Some</name>
+<dataType>HLAinteger16BE</dataType><cardinality>Dynamic</cardinality></arrayData></arrayDataTypes><fixedRecordDataTypes>
 <fixedRecordData><name>MarkingStruct</name><field><name>Set</name><dataType>HLAoctet</dataType>
 </field><field><name>MarkingData</name><dataType>Six</dataType></field></fixedRecordData>
 <fixedRecordData><name>EntityTypeStruct</name><field><name>K</name><dataType>HLAoctet</dataType>
@@ -31,7 +32,14 @@ constexpr const char* theModel =
 </field><field><name>Z</name><dataType>HLAfloat64BE</dataType></field></fixedRecordData>
 <fixedRecordData><name>All</name><field><name>Type</name><dataType>EntityTypeStruct</dataType>
 </field><field><name>Where</name><dataType>Places</dataType></field></fixedRecordData>
-</fixedRecordDataTypes></dataTypes></objectModel>)";
+<fixedRecordData><name>Late</name><field><name>N</name><dataType>HLAoctet</dataType></field><field>
+<name>D</name><dataType>Some</dataType></field><field><name>X</name><dataType>HLAfloat64BE</dataType>
+</field></fixedRecordData></fixedRecordDataTypes><variantRecordDataTypes><variantRecordData>
+<name>Sized</name><discriminant>D</discriminant><dataType>HLAoctet</dataType><alternative>
+<enumerator>1</enumerator><name>L</name><dataType>Late</dataType></alternative><alternative>
+<enumerator>2</enumerator><name>W</name><dataType>WorldLocationStruct</dataType></alternative>
+<encoding>RPRextendedVariantRecord</encoding></variantRecordData></variantRecordDataTypes>
+</dataTypes></objectModel>)";
 
 omt::Codec codec(std::string_view hints = R"({"version":1})")
 {
@@ -220,6 +228,42 @@ TEST(HintsTest, FindsTheBestRow)
     for (const auto& [text, finding] : none)
         EXPECT_THAT(printed(omt::EntityTable::read(text, "t.csv").findings.at(0)),
                     HasSubstr(finding));
+}
+
+TEST(HintsTest, PaddingMayCountFromTheStartOfTheValue)
+{
+    const std::string late = R"({"D":1,"L":{"N":7,"D":[9],"X":1}})";
+    const std::string place = R"({"D":2,"W":{"X":1,"Y":1,"Z":1}})";
+    const std::string one = " 3f f0 0 0 0 0 0 0";
+    const struct
+    {
+        bool isFromStart;
+        std::string json, octets;
+        const char* path;
+    } cases[] = {
+        {false, late,  "1 0 0 0 18 7 0 0 0 0 0 0 1 0 9 0 0 0 0 0 0" + one, "L.X"},
+        {true,  late,  "1 0 0 0 13 7 0 0 0 0 0 1 0 9 0 0" + one,           "L.X"},
+        {false, place, "2 0 0 0 18" + one + one + one,                     "W.Z"},
+        {true,  place, "2 0 0 0 1b 0 0 0" + one + one + one,               "W.Z"},
+    };
+    const std::vector<omt::Document> documents = {
+        {"x.xml", theModel}
+    };
+    for (const auto& [isFromStart, json, octets, path] : cases)
+    {
+        omt::CodecOptions options;
+        options.isPaddedFromStart = isFromStart;
+        const omt::Codec all(omt::readDocuments(documents).model, options);
+        const omt::Type type = all.type("Sized");
+        const omt::Value value = type.decode(bytes(octets));
+        EXPECT_EQ(value.json(), json);
+        EXPECT_TRUE(value.isWhole() && value.notes().empty()) << octets;
+        Bytes again;
+        EXPECT_FALSE(type.encode(json, again));
+        EXPECT_EQ(again, bytes(octets));
+        EXPECT_EQ(type.field(path).number(bytes(octets)), 1.0);
+        EXPECT_EQ(omt::overlays(value).size(), json == place ? 1u : 0u);
+    }
 }
 
 }  // namespace

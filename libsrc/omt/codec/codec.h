@@ -19,6 +19,10 @@ struct CodecOptions
     Hints hints;
     /// Whether the hints for the RPR FOM apply, where names and shapes fit.
     bool hasBuiltInHints = true;
+    /// Whether padding in fixed records counts from the start of the whole value, as some write it,
+    /// and not from that of the record. The two differ in the alternatives of extended variant
+    /// records only, which alone begin anywhere.
+    bool isPaddedFromStart = false;
 };
 
 /// All datatypes of a model, ready to decode and encode. Immutable; any number of threads may share

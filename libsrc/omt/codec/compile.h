@@ -11,6 +11,7 @@
 #include "omt/codec/typeText.h"
 #include "omt/model/model.h"
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -63,6 +64,7 @@ private:
     void addCount(const FixedRecord& data, std::size_t field, std::vector<Part>& parts);
     bool addSteps(std::string_view text, std::vector<Part>& parts, std::size_t field);
     Id addRepeated(Id element, const ComponentCardinality& how, bool isPadding);
+    Id addPhased(Id alternative, Id discriminant);
     Part component(const ComplexRecord& data, std::size_t index, std::vector<Part>& parts);
     void setDecider(const Component& data, const ComponentCardinality& how,
                     std::vector<Part>& parts, Part& part);
@@ -108,13 +110,13 @@ private:
     void find(Severity severity, std::string_view name, const Definition& data,
               const Text* property, std::string text);
 
-    /// A hint, the node it is about, and where it comes from.
+    /// A hint, where it comes from, and the nodes it is about.
     struct Hinted
     {
         const Hint* hint;
         const Hints* from;
         bool isBuiltIn;
-        Id node = theNone;
+        std::vector<Id> nodes;
     };
 
     const Model& myModel;
@@ -128,6 +130,8 @@ private:
     /// What arrays of a node look like.
     std::vector<Look> myLooks;
     std::size_t myRangeSteps = 0;
+    /// Records that begin after a length, by record and the octets before it.
+    std::map<std::pair<Id, std::uint32_t>, Id> myPhased;
     Hints myBuiltIn;
     std::vector<Hinted> myHinted;
     std::unordered_map<const NumberTable*, std::uint32_t> myTables;

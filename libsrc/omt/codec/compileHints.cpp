@@ -25,7 +25,8 @@ void Compiler::addHints(const Hints& hints, bool isBuiltIn)
         const std::string_view name = hint.name;
         const auto place = myPlan.names.find(hint.name);
         const bool isThere = place != myPlan.names.end();
-        myHinted.push_back({&hint, &hints, isBuiltIn, isThere ? place->second : theNone});
+        myHinted.push_back({&hint, &hints, isBuiltIn, {}});
+        if (isThere) myHinted.back().nodes.push_back(place->second);
         if (const std::size_t period = name.rfind('.'); !isThere && period != name.npos)
             myFieldHints[name.substr(0, period)].push_back(myHinted.size() - 1);
     }
@@ -51,7 +52,7 @@ void Compiler::splitHinted(const Definition& record, std::vector<Part>& parts)
                 myAliases[own] = part.node;
                 part.node = own;
             }
-            one.node = part.node;
+            one.nodes.push_back(part.node);
         }
     }
 }
@@ -61,12 +62,13 @@ void Compiler::applyHints()
     for (std::size_t i = 0; i < myHinted.size(); ++i)
     {
         const Hinted& one = myHinted[i];
-        if (one.node == theNone)
+        if (one.nodes.empty())
             complain(i, "the model has no such datatype and no such field of a record");
-        else if (one.hint->what == Hint::What::text)
-            applyText(one.node, i);
-        else
-            setRole(one.node, i);
+        for (const Id id : one.nodes)
+            if (one.hint->what == Hint::What::text)
+                applyText(id, i);
+            else
+                setRole(id, i);
     }
     if (!myPlan.meanings.empty()) spreadRoles();
 }

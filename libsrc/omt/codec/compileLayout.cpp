@@ -284,6 +284,7 @@ std::uint32_t saturated(std::uint64_t size)
 void Compiler::layOutRecord(Node& node)
 {
     const bool isPacked = node.boundary == 0;
+    const std::uint64_t phase = node.phase;
     std::uint64_t at = 0;
     std::uint64_t empties = 0;
     std::uint8_t height = 0;
@@ -293,7 +294,7 @@ void Compiler::layOutRecord(Node& node)
         Part& part = myPlan.parts[node.first + i];
         const Node& field = myPlan.nodes[part.node];
         part.boundary = isPacked ? 1 : std::max<std::uint8_t>(field.boundary, 1);
-        const std::uint64_t start = aligned(at, part.boundary);
+        const std::uint64_t start = aligned(phase + at, part.boundary) - phase;
         part.offset = node.isFixed ? saturated(start) : theNone;
         node.hasPadding = node.hasPadding || start != at || field.hasPadding;
         node.isFixed = node.isFixed && field.isFixed && part.decider == theNone;

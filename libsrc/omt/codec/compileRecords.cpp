@@ -67,6 +67,9 @@ void Compiler::build(Id id, const VariantRecord& data)
                     "the variant record \"" + data.name.str() +
                         "\" cannot be decoded: its discriminant is no integer");
     addChoices(id, data, parts);
+    if (myOptions.isPaddedFromStart && how == Encoding::extendedVariant)
+        for (std::size_t i = 1; i < parts.size(); ++i)
+            parts[i].node = addPhased(parts[i].node, parts[0].node);
     Node& node = myPlan.nodes[id];
     node.form = Form::variant;
     node.length = how == Encoding::extendedVariant     ? Length::extended
@@ -74,6 +77,28 @@ void Compiler::build(Id id, const VariantRecord& data)
                                                        : Length::none;
     node.element = parts[0].node;
     storeParts(id, parts);
+}
+
+// The record of an alternative that begins at once after discriminant and length, built once more
+// to be laid out from there.
+Compiler::Id Compiler::addPhased(Id alternative, Id discriminant)
+{
+    const auto* const record = mySources[alternative].as<FixedRecord>();
+    const std::uint32_t phase = (myPlan.nodes[target(discriminant)].size + 4) % 8;
+    if (!record || phase == 0) return alternative;
+    const auto [place, isNew] = myPhased.try_emplace({alternative, phase}, theNone);
+    if (!isNew) return place->second;
+    const Id id = addNode(std::string(record->name));
+    place->second = id;
+    const std::size_t known = myFindings.size();
+    build(id, *record);
+    // What is to say of the record is said where it stands alone.
+    myFindings.erase(myFindings.begin() + static_cast<std::ptrdiff_t>(known), myFindings.end());
+    for (Hinted& one : myHinted)
+        if (std::count(one.nodes.begin(), one.nodes.end(), alternative) > 0)
+            one.nodes.push_back(id);
+    myPlan.nodes[id].phase = static_cast<std::uint8_t>(phase);
+    return id;
 }
 
 void Compiler::addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts)

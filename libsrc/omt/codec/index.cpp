@@ -435,7 +435,7 @@ bool Indexer::field(const Node& node, std::uint32_t i, std::size_t start, std::s
     }
     myFrames[around.depth].index = i;
     Around inner = around.inner(&part);
-    if (!pad(at, start, part.boundary, part.node, inner)) return false;
+    if (!pad(at, start - node.phase, part.boundary, part.node, inner)) return false;
     inner.reserve += part.rest;
     myLookedBase = looked;
     if (!piece(part.node, at, inner)) return false;

@@ -715,7 +715,7 @@ private:
             return fail("\"" + std::string(myPlan.text(part.name)) +
                             "\" does not go with the fields before it",
                         depth);
-        pad(fields.start, part.boundary);
+        pad(fields.start - fields.node.phase, part.boundary);
         myFrames[depth].index = i;
         const std::size_t start = myOctets.size();
         if (!piece(part.node, depth + 1)) return false;
@@ -751,7 +751,7 @@ private:
                 return failHere("\"" + std::string(myPlan.text(part.name)) + "\" is missing",
                                 depth);
             ++fields.next;
-            pad(fields.start, part.boundary);
+            pad(fields.start - fields.node.phase, part.boundary);
             pad(myBase, node.count);
         }
         return !myError;

@@ -186,8 +186,9 @@ private:
             const Part& part = myPlan.parts[node.first + i];
             const std::optional<std::size_t> size = greatest(part.node);
             if (!size) return std::nullopt;
-            end = node.form == Form::variant ? node.body + *size
-                                             : aligned(most, part.boundary) + *size;
+            end = node.form == Form::variant
+                      ? node.body + *size
+                      : aligned(node.phase + most, part.boundary) - node.phase + *size;
             most = std::max(most, end);
         }
         return most;

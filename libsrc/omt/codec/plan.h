@@ -100,6 +100,9 @@ struct Node
     bool isLooking = false;
     /// Levels of nesting in it; at most theDeepest + 1. Counts nodes of fixed size only.
     std::uint8_t height = 1;
+    /// Of a record: how many octets before it padding counts from, where it does not begin at a
+    /// multiple of its boundary.
+    std::uint8_t phase = 0;
     /// Octets if isFixed, else the least number of octets.
     std::uint32_t size = 0;
     /// Fields and elements without octets in a node of fixed size.
@@ -162,7 +165,7 @@ struct Part
     std::uint32_t node = theNone;
     /// From the start of the record; theNone where it follows a field of open size.
     std::uint32_t offset = 0;
-    /// Padding goes up to a multiple of this, from the start of the record.
+    /// Padding goes up to a multiple of this, from Node::phase before the start of the record.
     std::uint8_t boundary = 1;
     /// Whether the fields after it all have a fixed size.
     bool isRestFixed = true;

@@ -81,6 +81,7 @@ private:
 
     void fields(const Node& node)
     {
+        if (node.phase != 0) myOut.property("phase", unsigned{node.phase});
         myOut.key("fields");
         myOut.beginArray();
         for (std::uint32_t i = 0; i < node.parts; ++i)

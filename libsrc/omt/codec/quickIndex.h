@@ -77,7 +77,7 @@ public:
         {
             const Part& part = myPlan.parts[node.first + i];
             around = {outer.limit, outer.reserve + part.rest, outer.depth};
-            at = padded(start, at, part.boundary, outer.limit);
+            at = padded(start - node.phase, at, part.boundary, outer.limit);
             if (at == theOdd || i == wanted) return at;
             at = piece(part.node, at, around);
         }
@@ -226,7 +226,7 @@ private:
         for (; i < node.parts; ++i)
         {
             const Part& part = myPlan.parts[node.first + i];
-            at = padded(start, at, part.boundary, around.limit);
+            at = padded(start - node.phase, at, part.boundary, around.limit);
             if (at == theOdd) return theOdd;
             at = piece(part.node, at, {around.limit, around.reserve + part.rest, around.depth + 1});
             if (at == theOdd) return theOdd;

@@ -65,7 +65,8 @@ public:
                 if (decided.count == 0) continue;
                 after = decided.next;
             }
-            at = record.offset + aligned(at - record.offset, part.boundary);
+            const std::uint64_t origin = std::uint64_t{record.offset} - node.phase;
+            at = origin + aligned(at - origin, part.boundary);
             Spot spot{part.node, static_cast<std::uint32_t>(at)};
             if (plan.nodes[part.node].isFixed)
                 at += plan.nodes[part.node].size;
