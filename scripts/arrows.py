@@ -20,12 +20,13 @@ ROWS = {
                         "libsrc/sexp libsrc/util",
     "libsrc/omtReader/formats": "libsrc/omtReader libsrc/sexp libsrc/util",
     "libsrc/omtReader/values": "libsrc/omtReader libsrc/geometry libsrc/sexp libsrc/util",
-    "libsrc/omt": "libsrc/omt/columns libsrc/omt/check libsrc/omt/codec libsrc/omt/model "
-                  "libsrc/omt/base",
+    "libsrc/omt": "libsrc/omt/recording libsrc/omt/columns libsrc/omt/check libsrc/omt/codec "
+                  "libsrc/omt/model libsrc/omt/base",
     "libsrc/omt/base": "",
     "libsrc/omt/model": "libsrc/omt/base",
     "libsrc/omt/codec": "libsrc/omt/model libsrc/omt/base",
     "libsrc/omt/check": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
+    "libsrc/omt/recording": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
     "libsrc/omt/columns": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
     "tools": "public",
     "examples": "public",

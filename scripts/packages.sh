@@ -6,7 +6,7 @@
 packagesFor()
 {
     case $1 in
-        build) echo g++ cmake ninja-build pkg-config ccache libxml2-dev libexpat1-dev \
+        build) echo g++ cmake ninja-build pkg-config ccache libxml2-dev libexpat1-dev libsimdjson-dev \
                     libgeographiclib-dev libcli11-dev nlohmann-json3-dev ;;
         test)  echo libgtest-dev libgmock-dev python3 ;;
         ci)    echo clang libclang-rt-14-dev clang-format clang-tidy shellcheck doxygen libxml2-utils abigail-tools \

@@ -5,3 +5,5 @@
 #include "omt/codec/codec.h"
 #include "omt/codec/overlay.h"
 #include "omt/model/read.h"
+#include "omt/recording/updateDecoder.h"
+#include "omt/recording/updateWriter.h"

@@ -34,6 +34,9 @@ public:
     explicit Codec(const Model& model);
     Codec(const Model& model, const CodecOptions& options);
 
+    /// What it was made of.
+    const Model& model() const { return myModel; }
+
     /// What cannot be decoded, and why; such values are octets.
     const Findings& findings() const { return *myFindings; }
 
