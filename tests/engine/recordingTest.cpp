@@ -138,8 +138,8 @@ TEST(RecordingTest, LaysOneMemberOutInColumns)
               "1,Taxi,At,000100000100000007,1,Up,7,,\n"
               "3,Car,At,00020000020000000000000322 2C 41,2,Down,,\"\"\",A\",\n"
               "\"4,0\",Car,At,0002,,,,,\"V: 3 octets needed, 0 left\"\n");
-    EXPECT_THROW(decoded("", {"Car.No", true, {}}), omt::UnknownName);
-    EXPECT_THROW(decoded("", {"", true, {}}), std::invalid_argument);
+    EXPECT_THROW(decoded("", {"Car.No", true, {}, false, {}}), omt::UnknownName);
+    EXPECT_THROW(decoded("", {"", true, {}, false, {}}), std::invalid_argument);
 }
 
 TEST(RecordingTest, SaysWhyAFileIsNoRecording)

@@ -2,6 +2,7 @@
 #include "omt/recording/updateDecoder.h"
 
 #include "omt/base/jsonWriter.h"
+#include "omt/codec/overlay.h"
 #include "omt/recording/flatColumns.h"
 #include "omt/recording/octetText.h"
 #include "omt/recording/rowReader.h"
@@ -92,6 +93,7 @@ struct UpdateDecoder::Parts
     bool isWanted(const std::string& path) const;
     void decode(std::string_view line, std::string& result);
     std::optional<Fault> decodeOctets(const Row& row, const Target& target);
+    std::vector<Overlay> findOverlays() const;
     void writeJson(const std::optional<Fault>& fault, bool hasValue, std::string& result);
     void writeCsv(const std::optional<Fault>& fault, bool hasValue, std::string& result);
 
@@ -263,6 +265,21 @@ void UpdateDecoder::Parts::decode(std::string_view line, std::string& result)
         writeJson(fault, hasValue, result);
 }
 
+/// Those of the last value that are wanted.
+std::vector<Overlay> UpdateDecoder::Parts::findOverlays() const
+{
+    if (!options.entities && !options.withGeodetics) return {};
+    std::vector<Overlay> all = overlays(value, options.entities ? &*options.entities : nullptr);
+    std::erase_if(all,
+                  [this](const Overlay& one)
+                  {
+                      return one.kind == Overlay::Kind::entityType ? !options.entities
+                             : one.kind == Overlay::Kind::geodetic ? !options.withGeodetics
+                                                                   : false;
+                  });
+    return all;
+}
+
 void UpdateDecoder::Parts::writeJson(const std::optional<Fault>& fault, bool hasValue,
                                      std::string& result)
 {
@@ -282,6 +299,12 @@ void UpdateDecoder::Parts::writeJson(const std::optional<Fault>& fault, bool has
             ++counts.noted;
             key("\"notes\":");
             writeNotes(value.notes(), result);
+        }
+        const std::vector<Overlay> shown = findOverlays();
+        if (!shown.empty())
+        {
+            key("\"overlays\":");
+            appendJson(result, shown);
         }
     }
     if (fault)

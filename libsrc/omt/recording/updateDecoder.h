@@ -3,6 +3,7 @@
 #pragma once
 
 #include "omt/codec/codec.h"
+#include "omt/codec/entityTable.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,6 +22,10 @@ struct UpdateOptions
     /// CSV with a column for each number, name and text of the member, instead of JSON lines. Takes
     /// a member.
     bool asCsv = false;
+    /// Names the entity types of values by this table.
+    std::optional<EntityTable> entities;
+    /// Gives latitude, longitude and altitude of geocentric positions.
+    bool withGeodetics = false;
     JsonOptions json;
 };
 
