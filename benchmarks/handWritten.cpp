@@ -115,6 +115,17 @@ struct Writer
             *at++ = theDigits[octets[i] & 15];
         }
     }
+    // Of ASCII, up to the first zero.
+    void text(const std::uint8_t* octets, std::size_t count)
+    {
+        *at++ = '"';
+        for (std::size_t i = 0; i < count && octets[i] != 0; ++i)
+        {
+            if (octets[i] == '"' || octets[i] == '\\') *at++ = '\\';
+            *at++ = static_cast<char>(octets[i]);
+        }
+        *at++ = '"';
+    }
     void position(const Position& position)
     {
         put("{\"X\":");
@@ -206,6 +217,18 @@ struct Reader
             octets[i] = static_cast<std::uint8_t>(high << 4 | low);
         }
         return true;
+    }
+    bool text(std::uint8_t* octets, std::size_t count)
+    {
+        std::memset(octets, 0, count);
+        if (!is("\"")) return false;
+        for (std::size_t i = 0; at != end && *at != '"'; ++i)
+        {
+            if (*at == '\\') ++at;
+            if (i == count || at == end) return false;
+            octets[i] = static_cast<std::uint8_t>(*at++);
+        }
+        return is("\"");
     }
     bool position(Position& position)
     {
@@ -452,9 +475,9 @@ char* Marking::writeJson(char* text) const
     Writer to{text};
     to.put("{\"MarkingEncodingType\":");
     to.name(names().marking, encoding);
-    to.put(",\"MarkingData\":\"");
-    to.hexadecimal(data, sizeof data);
-    to.put("\"}");
+    to.put(",\"MarkingData\":");
+    to.text(data, sizeof data);
+    to.put("}");
     return to.at;
 }
 
@@ -462,8 +485,8 @@ bool Marking::readJson(std::string_view text)
 {
     Reader from = readerOf(text);
     return from.is("{\"MarkingEncodingType\":") && from.name(names().marking, encoding) &&
-           from.is(",\"MarkingData\":\"") && from.hexadecimal(data, sizeof data) &&
-           from.is("\"}") && from.isAtEnd();
+           from.is(",\"MarkingData\":") && from.text(data, sizeof data) && from.is("}") &&
+           from.isAtEnd();
 }
 
 // Articulated parameters -------------------------------------------------------------------------

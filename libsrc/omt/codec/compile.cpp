@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/codec/compile.h"
 
+#include "omt/codec/compileScripts.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -41,7 +43,7 @@ Plan Compiler::compile()
     for (const Id id : myOrder) layOut(id);
     finishArrays();
     applyHints();
-    for (const Id id : myOrder) writeScript(id);
+    ScriptCompiler(myPlan).run(myOrder);
     return std::move(myPlan);
 }
 

@@ -83,9 +83,6 @@ private:
     void setRest(Node& node);
     void findGaps(Node& node);
     void finishArrays();
-    void writeScript(Id id);
-    bool addScript(const Node& node, std::uint32_t offset, std::string& before,
-                   std::vector<ScriptStep>& script);
     /// Calls `visit` for the nodes that one holds without an array of any number between.
     template <typename Visit>
     void forEachHeld(Id id, const Visit& visit) const;

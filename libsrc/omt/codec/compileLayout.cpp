@@ -413,45 +413,4 @@ void Compiler::finishArrays()
     }
 }
 
-void Compiler::writeScript(Id id)
-{
-    const Node node = myPlan.nodes[id];
-    if (node.form != Form::record || !node.isFixed || node.height > theDeepest) return;
-    std::string before;
-    std::vector<ScriptStep> script;
-    if (!addScript(node, 0, before, script)) return;
-    script.push_back({myPlan.add(before), theNone, 0});
-    myPlan.nodes[id].script = static_cast<std::uint32_t>(myPlan.script.size());
-    myPlan.nodes[id].scriptCount = static_cast<std::uint32_t>(script.size());
-    myPlan.script.insert(myPlan.script.end(), script.begin(), script.end());
-}
-
-// Gathers the text before the next number in `before`. False where it gets too long, so that what
-// all records have together stays linear.
-bool Compiler::addScript(const Node& node, std::uint32_t offset, std::string& before,
-                         std::vector<ScriptStep>& script)
-{
-    constexpr std::size_t theMostNumbers = 64;
-    constexpr std::size_t theLongest = 1024;
-    if (script.size() > theMostNumbers || before.size() > theLongest) return false;
-    if (node.form == Form::number)
-    {
-        script.push_back(
-            {myPlan.add(before), static_cast<Id>(&node - myPlan.nodes.data()), offset});
-        before.clear();
-        return true;
-    }
-    if (node.form != Form::record) return false;
-    before += '{';
-    for (std::uint32_t i = 0; i < node.parts; ++i)
-    {
-        const Part& part = myPlan.parts[node.first + i];
-        if (i > 0) before += ',';
-        before += myPlan.text(part.key);
-        if (!addScript(myPlan.nodes[part.node], offset + part.offset, before, script)) return false;
-    }
-    before += '}';
-    return true;
-}
-
 }  // namespace omt

@@ -630,15 +630,16 @@ private:
     // Reads a record as it is written, letter for letter; else nothing happens.
     bool script(const Node& node, std::uint32_t depth)
     {
-        if (node.scriptCount == 0 || depth + node.height > theDeepest) return false;
+        if (node.scriptCount == 0 || !node.isFixed || depth + node.height > theDeepest)
+            return false;
         const char* const place = myText.place();
         const std::size_t start = myOctets.size();
         const ScriptStep* step = myPlan.script.data() + node.script;
         for (; myText.takes(myPlan.text(step->before)); ++step)
         {
-            if (step->node == theNone) return true;
+            if (step->leaf == Leaf::end) return true;
             myOctets.resize(start + step->offset);
-            if (!number(myPlan.nodes[step->node], depth)) break;
+            if (step->leaf == Leaf::text || !number(myPlan.nodes[step->node], depth)) break;
         }
         myError.reset();
         myText.goTo(place);

@@ -17,6 +17,7 @@ Name Plan::add(std::string_view text)
 Name Plan::addQuoted(std::string_view text, std::string_view end, Name& name)
 {
     constexpr std::string_view theDigits = "0123456789abcdef";
+    pool += ',';
     Name quoted = add("\"");
     const std::size_t start = pool.size();
     for (const char letter : text)

@@ -66,6 +66,24 @@ enum class Look : std::uint8_t
     text
 };
 
+/// What a script has after a text.
+enum class Leaf : std::uint8_t
+{
+    /// Nothing: it ends here.
+    end,
+    /// Unsigned integers of one octet and, big-endian, of two.
+    octet,
+    pair,
+    /// An integer that may have a name.
+    label,
+    float32,
+    float64,
+    /// Any other number.
+    number,
+    /// An array of fixed size that is shown as one text.
+    text
+};
+
 /// How a variant record says how long its alternative is.
 enum class Length : std::uint8_t
 {
@@ -132,21 +150,27 @@ struct Node
     /// much of it.
     std::uint32_t gaps = theNone;
     std::uint32_t gapCount = 0;
-    /// How a record of fixed size is written in JSON: a range of Plan::script, if it holds nothing
-    /// but records and numbers, and not too many.
+    /// Of a number: octets of the longest of its names in JSON.
+    std::uint32_t longestLabel = 0;
+    /// How the first fields of a record stand in JSON, if they have a fixed size and there are not
+    /// too many of them: a range of Plan::script for so many fields, all of them if the record has
+    /// a fixed size, and the most octets that are written.
     std::uint32_t script = theNone;
     std::uint32_t scriptCount = 0;
+    std::uint32_t scriptParts = 0;
+    std::uint32_t scriptRoom = 0;
     Name name;
     Name units;
 };
 
-/// A text of JSON, and the number after it.
+/// A text of JSON, and the number or text of a value after it.
 struct ScriptStep
 {
     Name before;
-    /// theNone in the last step, after which nothing follows.
-    std::uint32_t node = theNone;
+    std::uint32_t node = 0;
+    /// From the start of the record.
     std::uint32_t offset = 0;
+    Leaf leaf = Leaf::end;
 };
 
 /// Octets of padding in a node, from its start.
@@ -160,7 +184,7 @@ struct Gap
 struct Part
 {
     Name name;
-    /// The name as a key of JSON, with quotes and colon.
+    /// The name as a key of JSON, with quotes and colon; a comma stands before it.
     Name key;
     std::uint32_t node = theNone;
     /// From the start of the record; theNone where it follows a field of open size.
@@ -270,14 +294,19 @@ struct Plan
     std::vector<Choices> choices;
     /// By node; empty where no hint fits.
     std::vector<Meaning> meanings;
+    /// Texts, and octets after them so that any text may be copied in blocks of 16.
     std::string pool;
     /// Nodes by the names of datatypes.
     std::unordered_map<std::string, std::uint32_t> names;
 
     std::string_view text(Name name) const { return {pool.data() + name.at, name.size}; }
+    std::string_view keyAfterComma(const Part& part) const
+    {
+        return {pool.data() + part.key.at - 1, part.key.size + std::size_t{1}};
+    }
     Name add(std::string_view text);
-    /// Adds a text as JSON has it, with quotes and `end`; gives this, and in `name` the text
-    /// itself.
+    /// Adds a text as JSON has it, with quotes and `end`, after a comma; gives this without the
+    /// comma, and in `name` the text itself.
     Name addQuoted(std::string_view text, std::string_view end, Name& name);
 
     /// The index of the first entry with this number, or theNone.

@@ -36,14 +36,15 @@ public:
         return isIndexed && isThere(spot) ? spot : Spot();
     }
 
-    /// Calls `visit(part, spot)` for the fields that are there, until it gives false.
+    /// Calls `visit(part, spot)` for the fields that are there, until it gives false. May begin
+    /// with any field, if those before it have fixed sizes and are always there.
     template <typename Visit>
-    void forEachField(const Spot& record, const Visit& visit) const
+    void forEachField(const Spot& record, const Visit& visit, std::uint32_t first = 0) const
     {
         const Node& node = plan.nodes[record.node];
         if (record.entry == theNone)
         {
-            for (std::uint32_t i = 0; i < node.parts; ++i)
+            for (std::uint32_t i = first; i < node.parts; ++i)
             {
                 const Part& part = plan.parts[node.first + i];
                 const Spot spot{part.node, record.offset + part.offset};
@@ -54,7 +55,12 @@ public:
         const Entry& entry = index.entries[record.entry];
         std::uint32_t next = record.entry + 1;
         std::uint64_t at = record.offset;
-        for (std::uint32_t i = 0; i < node.parts; ++i)
+        if (first > 0)
+        {
+            const Part& last = plan.parts[node.first + first - 1];
+            at += last.offset + plan.nodes[last.node].size;
+        }
+        for (std::uint32_t i = first; i < node.parts; ++i)
         {
             const Part& part = plan.parts[node.first + i];
             std::uint32_t after = theNone;

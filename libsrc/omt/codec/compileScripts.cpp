@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/codec/compileScripts.h"
+
+#include "omt/codec/jsonLeaves.h"
+
+#include <algorithm>
+
+namespace omt
+{
+
+namespace
+{
+
+constexpr std::size_t theMostLeaves = 64;
+constexpr std::size_t theLongestText = 1024;
+
+Leaf leafOf(const Node& number)
+{
+    if (number.scalar == Scalar::floating) return number.size == 4 ? Leaf::float32 : Leaf::float64;
+    if (number.table != theNone) return Leaf::label;
+    if (number.scalar != Scalar::unsignedInteger) return Leaf::number;
+    if (number.size == 1) return Leaf::octet;
+    return number.size == 2 && !number.isLittleEndian ? Leaf::pair : Leaf::number;
+}
+
+}  // namespace
+
+void ScriptCompiler::run(const std::vector<std::uint32_t>& order)
+{
+    for (Node& node : myPlan.nodes) measureLabels(node);
+    for (const std::uint32_t id : order)
+        if (myPlan.nodes[id].form == Form::record) writeRecord(myPlan.nodes[id]);
+    myPlan.pool.append(JsonRoom::theSlack, '\0');
+}
+
+void ScriptCompiler::measureLabels(Node& node) const
+{
+    if (node.form != Form::number || node.table == theNone) return;
+    for (const Enumeration::Entry& entry : myPlan.enumerations[node.table].entries)
+        node.longestLabel = std::max(node.longestLabel, entry.quoted.size);
+}
+
+void ScriptCompiler::writeRecord(Node& record)
+{
+    mySteps.clear();
+    myBefore.clear();
+    myRoom = 0;
+    const std::size_t pool = myPlan.pool.size();
+    if (record.height > theDeepest || !addFields(record))
+    {
+        myPlan.pool.resize(pool);
+        return;
+    }
+    record.script = static_cast<std::uint32_t>(myPlan.script.size());
+    record.scriptCount = static_cast<std::uint32_t>(mySteps.size());
+    record.scriptRoom = static_cast<std::uint32_t>(myRoom);
+    myPlan.script.insert(myPlan.script.end(), mySteps.begin(), mySteps.end());
+}
+
+// The operations below give false where the script gets too long.
+
+bool ScriptCompiler::addFields(Node& record)
+{
+    std::uint32_t& i = record.scriptParts;
+    for (i = 0; i < record.parts; ++i)
+    {
+        const Part& part = myPlan.parts[record.first + i];
+        const bool isPlaced = myPlan.nodes[part.node].isFixed && part.offset != theNone;
+        if (!isPlaced || part.decider != theNone) break;
+        if (!addField(record, i, 0)) return false;
+    }
+    if (record.isFixed) myBefore += '}';
+    return i > 0 && addLeaf(0, 0, Leaf::end, 0);
+}
+
+bool ScriptCompiler::addField(const Node& record, std::uint32_t i, std::uint32_t offset)
+{
+    const Part& part = myPlan.parts[record.first + i];
+    myBefore += i == 0 ? '{' : ',';
+    myBefore += myPlan.text(part.key);
+    return addNode(part.node, offset + part.offset);
+}
+
+bool ScriptCompiler::addNode(std::uint32_t id, std::uint32_t offset)
+{
+    const Node& node = myPlan.nodes[id];
+    switch (node.form)
+    {
+        case Form::number:
+            return addLeaf(id, offset, leafOf(node),
+                           node.table == theNone
+                               ? JsonLeaves::theLongestNumber
+                               : JsonLeaves::theLongestLabel + std::uint64_t{node.longestLabel});
+        case Form::record:
+            return addRecord(node, offset);
+        case Form::array:
+            return addArray(id, offset);
+        default:
+            return false;
+    }
+}
+
+bool ScriptCompiler::addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf,
+                             std::uint64_t longest)
+{
+    if (leaf != Leaf::end && (mySteps.size() >= theMostLeaves || myBefore.size() > theLongestText))
+        return false;
+    myRoom += myBefore.size() + longest;
+    mySteps.push_back({myPlan.add(myBefore), id, offset, leaf});
+    myBefore.clear();
+    return myRoom <= JsonRoom::theMost;
+}
+
+bool ScriptCompiler::addRecord(const Node& record, std::uint32_t offset)
+{
+    if (record.parts == 0) myBefore += '{';
+    for (std::uint32_t i = 0; i < record.parts; ++i)
+        if (!addField(record, i, offset)) return false;
+    myBefore += '}';
+    return myBefore.size() <= theLongestText;
+}
+
+bool ScriptCompiler::addArray(std::uint32_t id, std::uint32_t offset)
+{
+    const Node& array = myPlan.nodes[id];
+    if (array.look != Look::elements)
+        return addLeaf(
+            id, offset, Leaf::text,
+            JsonLeaves::theLongestFrame + std::uint64_t{array.count} * JsonLeaves::theLongestUnit);
+    if (array.count == 0) myBefore += '[';
+    for (std::uint32_t i = 0; i < array.count; ++i)
+    {
+        myBefore += i == 0 ? '[' : ',';
+        if (!addNode(array.element, offset + i * array.stride)) return false;
+    }
+    myBefore += ']';
+    return myBefore.size() <= theLongestText;
+}
+
+}  // namespace omt

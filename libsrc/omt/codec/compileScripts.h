@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+// ScriptCompiler writes down how records of fixed size stand in JSON, so that nobody has to walk
+// through their fields.
+#pragma once
+
+#include "omt/codec/plan.h"
+
+namespace omt
+{
+
+/// Takes time linear in the plan: what one record comes to is bounded.
+class ScriptCompiler
+{
+public:
+    explicit ScriptCompiler(Plan& plan) : myPlan(plan) {}
+
+    /// For the nodes with these indices, after all of them are laid out. The pool of texts is
+    /// complete afterwards.
+    void run(const std::vector<std::uint32_t>& order);
+
+private:
+    void measureLabels(Node& node) const;
+    void writeRecord(Node& record);
+    bool addFields(Node& record);
+    bool addNode(std::uint32_t id, std::uint32_t offset);
+    bool addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf, std::uint64_t longest);
+    bool addRecord(const Node& record, std::uint32_t offset);
+    bool addArray(std::uint32_t id, std::uint32_t offset);
+    bool addField(const Node& record, std::uint32_t i, std::uint32_t offset);
+
+    Plan& myPlan;
+    std::vector<ScriptStep> mySteps;
+    /// The text before the next step.
+    std::string myBefore;
+    std::uint64_t myRoom = 0;
+};
+
+}  // namespace omt

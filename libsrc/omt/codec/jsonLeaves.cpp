@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/codec/jsonLeaves.h"
+
+#include "omt/codec/jsonLetters.h"
+#include "omt/codec/valueParts.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace omt
+{
+
+namespace
+{
+
+template <std::size_t size>
+char* put(char* at, const char (&literal)[size])
+{
+    std::memcpy(at, literal, size - 1);
+    return at + size - 1;
+}
+
+char* digitsOf(char* at, std::uint8_t octet)
+{
+    std::memcpy(at, theHexadecimal.data() + 2 * octet, 2);
+    return at + 2;
+}
+
+char* small(char* at, std::uint32_t number)
+{
+    if (number >= theSmallNumbers.size() / 4)
+        return std::to_chars(at, at + JsonLeaves::theLongestNumber, number).ptr;
+    const char* const digits = theSmallNumbers.data() + 4 * number;
+    std::memcpy(at, digits, 4);
+    return at + digits[3];
+}
+
+char* escaped(char* at, std::uint32_t code)
+{
+    at = put(at, "\\u");
+    at = digitsOf(at, static_cast<std::uint8_t>(code >> 8));
+    return digitsOf(at, static_cast<std::uint8_t>(code));
+}
+
+char* unit(char* at, std::uint32_t code)
+{
+    const auto six = [](std::uint32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+    if (code == '"' || code == '\\') *at++ = '\\';
+    if (code < 0x20 || (code & 0xFFFFF800) == 0xD800) return escaped(at, code);
+    if (code < 0x80)
+        *at++ = static_cast<char>(code);
+    else if (code < 0x800)
+    {
+        *at++ = static_cast<char>(0xC0 | code >> 6);
+        *at++ = six(code);
+    }
+    else if (code < 0x10000)
+    {
+        *at++ = static_cast<char>(0xE0 | code >> 12);
+        *at++ = six(code >> 6);
+        *at++ = six(code);
+    }
+    else
+    {
+        *at++ = static_cast<char>(0xF0 | code >> 18);
+        *at++ = six(code >> 12);
+        *at++ = six(code >> 6);
+        *at++ = six(code);
+    }
+    return at;
+}
+
+char* special(char* at, const Node& node, const std::uint8_t* octets, double number)
+{
+    if (std::isinf(number)) return number < 0 ? put(at, "\"-Infinity\"") : put(at, "\"Infinity\"");
+    const std::uint64_t plain = node.size == 4 ? 0x7FC00000 : 0x7FF8000000000000;
+    if (loadBits(node, octets) == plain) return put(at, "\"NaN\"");
+    at = JsonLeaves::hexadecimal(put(at, "{\"nan\":\""), octets, node.size);
+    return put(at, "\"}");
+}
+
+// Shortest, so that it reads back exactly.
+template <typename Number, typename Bits>
+char* floating(char* at, const Node& node, const std::uint8_t* octets)
+{
+    const auto number = std::bit_cast<Number>(static_cast<Bits>(loadBits(node, octets)));
+    if (!std::isfinite(number)) return special(at, node, octets, number);
+    return std::to_chars(at, at + JsonLeaves::theLongestNumber, number).ptr;
+}
+
+}  // namespace
+
+char* JsonLeaves::integer(char* at, const Node& node, std::int64_t number) const
+{
+    constexpr std::uint64_t theExact = std::uint64_t{1} << 53;
+    const bool isUnsigned = node.scalar == Scalar::unsignedInteger;
+    const auto bits = static_cast<std::uint64_t>(number);
+    const std::uint64_t size = isUnsigned || number >= 0 ? bits : ~bits + 1;
+    const bool isText = myOptions.largeIntegersAsText && size > theExact;
+    if (isText) *at++ = '"';
+    at = isUnsigned ? std::to_chars(at, at + theLongestNumber, bits).ptr
+                    : std::to_chars(at, at + theLongestNumber, number).ptr;
+    if (isText) *at++ = '"';
+    return at;
+}
+
+char* JsonLeaves::label(char* at, const Node& node, const std::uint8_t* octets) const
+{
+    const std::int64_t number = loadInteger(node, octets);
+    const Enumeration& table = myPlan.enumerations[node.table];
+    const std::uint32_t entry = Plan::findEntry(table, number);
+    if (entry == theNone || !table.entries[entry].isFirst)
+        return unusualLabel(at, node, number, entry);
+    const Name quoted = table.entries[entry].quoted;
+    return JsonRoom::copy(at, myPlan.pool.data() + quoted.at, quoted.size);
+}
+
+// Of a number without a name, or with one that stands for another first.
+char* JsonLeaves::unusualLabel(char* at, const Node& node, std::int64_t number,
+                               std::uint32_t entry) const
+{
+    if (entry == theNone) return integer(at, node, number);
+    const Name quoted = myPlan.enumerations[node.table].entries[entry].quoted;
+    at = JsonRoom::copy(put(at, "{\"name\":"), myPlan.pool.data() + quoted.at, quoted.size);
+    at = integer(put(at, ",\"value\":"), node, number);
+    *at++ = '}';
+    return at;
+}
+
+char* JsonLeaves::number(char* at, const Node& node, const std::uint8_t* octets) const
+{
+    if (node.scalar == Scalar::floating)
+        return node.size == 4 ? floating<float, std::uint32_t>(at, node, octets)
+                              : floating<double, std::uint64_t>(at, node, octets);
+    if (node.table != theNone) return label(at, node, octets);
+    return integer(at, node, loadInteger(node, octets));
+}
+
+char* JsonLeaves::script(char* at, const Node& record, const std::uint8_t* octets) const
+{
+    const char* const pool = myPlan.pool.data();
+    for (const ScriptStep* step = myPlan.script.data() + record.script;; ++step)
+    {
+        at = JsonRoom::copy(at, pool + step->before.at, step->before.size);
+        const std::uint8_t* const place = octets + step->offset;
+        switch (step->leaf)
+        {
+            case Leaf::end:
+                return at;
+            case Leaf::octet:
+                at = small(at, *place);
+                break;
+            case Leaf::pair:
+                at = small(at, __builtin_bswap16(loadWord<std::uint16_t>(place)));
+                break;
+            case Leaf::label:
+                at = label(at, myPlan.nodes[step->node], place);
+                break;
+            case Leaf::float32:
+                at = floating<float, std::uint32_t>(at, myPlan.nodes[step->node], place);
+                break;
+            case Leaf::float64:
+                at = floating<double, std::uint64_t>(at, myPlan.nodes[step->node], place);
+                break;
+            case Leaf::number:
+                at = number(at, myPlan.nodes[step->node], place);
+                break;
+            case Leaf::text:
+                at = text(at, myPlan.nodes[step->node], place, myPlan.nodes[step->node].count);
+                break;
+        }
+    }
+}
+
+bool JsonLeaves::isRestShown(const Node& array, const std::uint8_t* octets, std::size_t count,
+                             std::size_t shown)
+{
+    if (shown == count) return false;
+    const auto isZero = [](std::uint8_t octet) { return octet == 0; };
+    return array.extent != Extent::fixed || !std::all_of(octets + shown, octets + count, isZero);
+}
+
+char* JsonLeaves::text(char* at, const Node& array, const std::uint8_t* octets,
+                       std::size_t count) const
+{
+    const std::size_t shown = array.look == Look::text ? textSize(octets, count) : count;
+    const bool hasRest = isRestShown(array, octets, count, shown);
+    if (hasRest) at = put(at, "{\"text\":");
+    *at++ = '"';
+    switch (array.look)
+    {
+        case Look::utf16:
+            at = utf16(at, myPlan.nodes[array.element], octets, count);
+            break;
+        case Look::hexadecimal:
+            at = hexadecimal(at, octets, count);
+            break;
+        default:
+            at = latin1(at, octets, shown);
+    }
+    *at++ = '"';
+    if (!hasRest) return at;
+    at = hexadecimal(put(at, ",\"rest\":\""), octets + shown + 1, count - shown - 1);
+    return put(at, "\"}");
+}
+
+char* JsonLeaves::latin1(char* at, const std::uint8_t* octets, std::size_t count)
+{
+    const std::uint8_t* const end = octets + count;
+    while (octets != end)
+    {
+        if (end - octets >= 8)
+        {
+            const auto eight = loadWord<std::uint64_t>(octets);
+            const std::uint64_t special = specialOctets(eight);
+            std::memcpy(at, &eight, 8);
+            const int plain = std::countr_zero(special) / 8;
+            at += plain;
+            octets += plain;
+            if (special == 0) continue;
+        }
+        at = unit(at, *octets++);
+    }
+    return at;
+}
+
+char* JsonLeaves::utf16(char* at, const Node& element, const std::uint8_t* octets,
+                        std::size_t count)
+{
+    const std::uint8_t* const end = octets + 2 * count;
+    const auto load = [&element](const std::uint8_t* place)
+    { return static_cast<std::uint32_t>(loadBits(element, place)); };
+    while (octets != end)
+    {
+        if (end - octets >= 8)
+        {
+            auto four = loadWord<std::uint64_t>(octets);
+            if (!element.isLittleEndian) four = swappedUnits(four);
+            const std::uint64_t special = specialUnits(four);
+            const std::uint32_t letters = lowOctets(four);
+            std::memcpy(at, &letters, 4);
+            const int plain = std::countr_zero(special) / 16;
+            at += plain;
+            octets += 2 * plain;
+            if (special == 0) continue;
+        }
+        const std::uint32_t first = load(octets);
+        octets += 2;
+        const std::uint32_t second = octets != end ? load(octets) : 0;
+        const bool isPair = (first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00;
+        if (isPair) octets += 2;
+        at = unit(at, isPair ? 0x10000 + ((first & 0x3FF) << 10) + (second & 0x3FF) : first);
+    }
+    return at;
+}
+
+char* JsonLeaves::hexadecimal(char* at, const std::uint8_t* octets, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i) digitsOf(at + 2 * i, octets[i]);
+    return at + 2 * count;
+}
+
+}  // namespace omt
