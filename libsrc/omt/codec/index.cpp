@@ -151,7 +151,7 @@ std::string Indexer::path(std::uint32_t depth) const
 
 void Indexer::note(std::string what, std::size_t at, std::uint32_t depth)
 {
-    if (myIsProbing || myIndex.notes.size() > theMostNotes) return;
+    if (myIsProbing || myDropsNotes || myIndex.notes.size() > theMostNotes) return;
     if (myIndex.notes.size() == theMostNotes)
         myIndex.notes.push_back({"there are more notes, which are left out", "", at});
     else
@@ -183,7 +183,7 @@ bool Indexer::charge(std::uint64_t empties, std::size_t at, const Around& around
 
 void Indexer::checkZero(std::size_t at, std::size_t end, std::uint32_t depth)
 {
-    for (std::size_t i = at; i < end; ++i)
+    for (std::size_t i = at; i < end && !myDropsNotes; ++i)
     {
         if (myOctets[i] == 0) continue;
         return note("padding is not zero", i, depth);

@@ -119,6 +119,8 @@ public:
         myIndex.clear();
     }
 
+    /// Lets notes go, which take memory.
+    void dropNotes() { myDropsNotes = true; }
     /// Indexes a whole value; whether there was no fault.
     bool run(std::uint32_t node);
     /// Where a piece ends that begins at `at`, or nothing at a fault.
@@ -210,6 +212,7 @@ private:
     std::size_t myTailAt = 0;
     std::size_t myTailSize = 0;
     bool myIsProbing = false;
+    bool myDropsNotes = false;
     Doubt myDoubt;
     int myRetries = 0;
     std::size_t myLookedBase = 0;

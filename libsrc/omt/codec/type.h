@@ -90,6 +90,7 @@ public:
 
 private:
     friend class Codec;
+    friend class Columns;
     friend class Field;
     friend class Item;
     friend class Layout;

@@ -1,0 +1,601 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/columns/batchWriter.h"
+
+#include "omt/codec/quickIndex.h"
+#include "omt/codec/valueParts.h"
+
+#include <bit>
+#include <charconv>
+#include <sstream>
+
+namespace omt
+{
+
+namespace
+{
+
+std::string strangerText(std::int64_t number, bool isUnsigned)
+{
+    return '#' + (isUnsigned ? std::to_string(static_cast<std::uint64_t>(number))
+                             : std::to_string(number));
+}
+
+std::size_t bitOctets(std::size_t rows)
+{
+    return (rows + 7) / 8;
+}
+
+std::size_t countSet(const Buffer& bits, std::size_t rows)
+{
+    if (bits.isEmpty()) return 0;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < rows / 8; ++i)
+        count += static_cast<std::size_t>(std::popcount(bits.data()[i]));
+    for (std::size_t i = rows / 8 * 8; i < rows; ++i) count += bits.data()[i / 8] >> i % 8 & 1;
+    return count;
+}
+
+}  // namespace
+
+void Ends::end(std::size_t row, std::size_t newSize, std::size_t expectedRows)
+{
+    constexpr std::size_t theWidth = sizeof(std::uint32_t);
+    auto* const to =
+        places.need<std::uint32_t>((row + 2) * theWidth, (expectedRows + 1) * theWidth);
+    for (; rows < row; ++rows) to[rows + 1] = static_cast<std::uint32_t>(size);
+    size = newSize;
+    to[++rows] = static_cast<std::uint32_t>(size);
+}
+
+std::size_t Ends::before(std::size_t row) const
+{
+    return row < rows ? reinterpret_cast<const std::uint32_t*>(places.data())[row] : size;
+}
+
+void Cells::clear()
+{
+    *this = Cells();
+}
+
+BatchWriter::BatchWriter(const ColumnPlan& columns, std::size_t expectedRows)
+    : myColumns(columns),
+      myPlan(*columns.plan),
+      myRoot(columns.columns[0].node),
+      myExpectedRows(expectedRows),
+      myCells(columns.columns.size())
+{
+}
+
+void BatchWriter::clear()
+{
+    for (Cells& cells : myCells) cells.clear();
+    myFaults.clear();
+    myRow = 0;
+    myIsFull = false;
+}
+
+// Rows -------------------------------------------------------------------------------------------
+
+void BatchWriter::addFault(std::string_view text)
+{
+    const Piece piece{nullptr, static_cast<std::uint32_t>(myRow), theNone};
+    Column column;
+    setBits(myFaults.valid, column, &piece, 1);
+    myFaults.data.put(myFaults.ends.size, text);
+    myFaults.ends.end(myRow, myFaults.ends.size + text.size(), 0);
+    myIsFull = myIsFull || myFaults.ends.size > myColumns.options.mostInBatch;
+    ++myRow;
+}
+
+void BatchWriter::addOctets(Octets octets)
+{
+    Piece& piece = myPieces[myPieceCount];
+    piece.row = static_cast<std::uint32_t>(myRow);
+    if (findQuickly(octets, piece))
+    {
+        ++myPieceCount;
+        ++myRow;
+        return;
+    }
+    const bool isWhole = findSlowly(octets, piece);
+    if (isWhole) ++myPieceCount;
+    const std::size_t left = octets.size() - mySlowIndex.octets;
+    if (isWhole && left == 0)
+    {
+        ++myRow;
+        return;
+    }
+    std::ostringstream text;
+    if (isWhole)
+        text << left << " octets are left over";
+    else
+        text << *mySlowIndex.fault;
+    addFault(text.str());
+}
+
+// Values with nothing odd about them: those of fixed size, variant records with an alternative of
+// fixed size, and all others in which nothing is to be noted.
+bool BatchWriter::findQuickly(Octets octets, Piece& piece)
+{
+    const Node& node = myPlan.nodes[myRoot];
+    piece.place = octets.data();
+    piece.entry = theNone;
+    if (node.isFixed)
+        return octets.size() == node.size && node.size > 0 && node.empties == 0 &&
+               node.height < theDeepest;
+    if (octets.size() > theLargestSize) return false;
+    const auto entry = static_cast<std::uint32_t>(myIndex.entries.size());
+    piece.entry = entry;
+    if (node.form == Form::variant && node.length == Length::none && octets.size() >= node.body)
+    {
+        const std::uint32_t alternative =
+            myPlan.findAlternative(node, loadInteger(myPlan.nodes[node.element], octets.data()));
+        if (alternative >= theUnknown) return false;
+        const Node& inside = myPlan.nodes[myPlan.parts[node.first + alternative].node];
+        if (inside.isFixed && inside.empties == 0 && inside.size == octets.size() - node.body &&
+            inside.size > 0 && inside.height < theDeepest)
+        {
+            myIndex.entries.push_back(
+                {myRoot, 0, static_cast<std::uint32_t>(octets.size()), alternative, entry + 1});
+            return true;
+        }
+    }
+    QuickIndexer<true> quick(myPlan, octets, &myIndex);
+    if (quick.piece(myRoot, 0, {octets.size(), 0, 0}) == octets.size()) return true;
+    myIndex.entries.resize(entry);
+    return false;
+}
+
+bool BatchWriter::findSlowly(Octets octets, Piece& piece)
+{
+    Indexer indexer(myPlan, octets, mySlowIndex);
+    indexer.dropNotes();
+    if (!indexer.run(myRoot)) return false;
+    piece.place = octets.data();
+    piece.entry = theNone;
+    if (mySlowIndex.entries.empty()) return true;
+    const auto base = static_cast<std::uint32_t>(myIndex.entries.size());
+    piece.entry = base;
+    for (Entry entry : mySlowIndex.entries)
+    {
+        entry.next += base;
+        myIndex.entries.push_back(entry);
+    }
+    return true;
+}
+
+bool BatchWriter::write()
+{
+    if (myPieceCount > 0) run(0, myPieces.data(), myPieceCount, 0);
+    myPieceCount = 0;
+    myIndex.entries.clear();
+    return !myIsFull;
+}
+
+// Columns ----------------------------------------------------------------------------------------
+
+// Room for the rows of the batch is made at once; elements grow as they come.
+std::size_t BatchWriter::expected(const Column& column, std::size_t rows) const
+{
+    if (column.isOfRows) return myExpectedRows;
+    return rows * (myExpectedRows / std::max<std::size_t>(myRow, 1) + 1);
+}
+
+void BatchWriter::setBits(Buffer& bits, const Column& column, const Piece* pieces,
+                          std::size_t count) const
+{
+    const std::size_t rows = pieces[count - 1].row + 1;
+    std::uint8_t* const to = bits.need(bitOctets(rows) + 1, bitOctets(expected(column, rows)) + 1);
+    std::size_t i = 0;
+    while (i < count)
+    {
+        const std::uint32_t row = pieces[i].row;
+        if (row % 8 == 0 && i + 8 <= count && pieces[i + 7].row == row + 7)
+        {
+            to[row / 8] = 0xFF;
+            i += 8;
+            continue;
+        }
+        to[row / 8] = static_cast<std::uint8_t>(to[row / 8] | 1U << row % 8);
+        ++i;
+    }
+}
+
+void BatchWriter::run(std::uint32_t at, const Piece* pieces, std::size_t count, std::size_t offset)
+{
+    const Column& column = myColumns.columns[at];
+    Cells& cells = myCells[at];
+    if (column.isNullable) setBits(cells.valid, column, pieces, count);
+    const std::size_t rows = pieces[count - 1].row + 1;
+    switch (column.shape)
+    {
+        case Shape::number:
+            cells.data.need(rows * column.width, expected(column, rows) * column.width);
+            column.write(myPlan.nodes[column.node], pieces, count, offset, cells.data.data());
+            return;
+        case Shape::label:
+            return labels(column, cells, pieces, count, offset);
+        case Shape::list:
+            return list(at, pieces, count, offset);
+        case Shape::record:
+            return record(column, pieces, count, offset);
+        case Shape::variant:
+            return variant(column, pieces, count);
+        case Shape::present:
+            return setBits(cells.data, column, pieces, count);
+        case Shape::labelText:
+        case Shape::latin1:
+        case Shape::utf16:
+        case Shape::octets:
+        case Shape::json:
+        case Shape::kept:
+            break;
+    }
+    texts(column, cells, pieces, count, offset);
+}
+
+// Fields at fixed places first; from one of open size on, each row has places of its own.
+void BatchWriter::record(const Column& column, const Piece* pieces, std::size_t count,
+                         std::size_t offset)
+{
+    const Node& node = myPlan.nodes[column.node];
+    std::uint32_t end = 0;
+    for (std::uint32_t i = 0; i < node.parts; ++i)
+    {
+        const Part& part = myPlan.parts[node.first + i];
+        const Node& child = myPlan.nodes[part.node];
+        if (!child.isFixed || part.decider != theNone || part.offset == theNone)
+            return openFields(column, i, end, pieces, count);
+        run(column.first + i, pieces, count, offset + part.offset);
+        end = part.offset + child.size;
+    }
+}
+
+void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_t end,
+                             const Piece* pieces, std::size_t count)
+{
+    const Node& node = myPlan.nodes[column.node];
+    std::array<std::uint32_t, theBlock> next;
+    std::array<std::uint32_t, theBlock> place;
+    Pieces children;
+    for (std::size_t row = 0; row < count; ++row) next[row] = pieces[row].entry + 1;
+    std::fill_n(place.begin(), count, end);
+    for (; i < node.parts; ++i)
+    {
+        const Part& part = myPlan.parts[node.first + i];
+        const Node& child = myPlan.nodes[part.node];
+        std::size_t filled = 0;
+        for (std::size_t row = 0; row < count; ++row)
+        {
+            std::uint32_t after = theNone;
+            if (part.decider != theNone)
+            {
+                const Entry& decided = myIndex.entries[next[row]++];
+                if (decided.count == 0) continue;
+                after = decided.next;
+            }
+            Piece& piece = children[filled++];
+            piece = {pieces[row].place, pieces[row].row, theNone};
+            if (child.isFixed)
+            {
+                place[row] = static_cast<std::uint32_t>(aligned(place[row], part.boundary));
+                piece.place += place[row];
+                place[row] += child.size;
+            }
+            else
+            {
+                const Entry& entry = myIndex.entries[next[row]];
+                const std::uint32_t start = myIndex.entries[pieces[row].entry].offset;
+                piece.entry = next[row];
+                piece.place += entry.offset - start;
+                place[row] = entry.end - start;
+                next[row] = entry.next;
+            }
+            if (after != theNone) next[row] = after;
+        }
+        if (filled > 0) run(column.first + i, children.data(), filled, 0);
+    }
+}
+
+// The rows of each alternative together.
+void BatchWriter::variant(const Column& column, const Piece* pieces, std::size_t count)
+{
+    constexpr std::uint32_t theDone = theUnknown - 1;
+    const Node& node = myPlan.nodes[column.node];
+    run(column.first, pieces, count, 0);
+    std::array<std::uint32_t, theBlock> choices;
+    Pieces children;
+    for (std::size_t i = 0; i < count; ++i) choices[i] = myIndex.entries[pieces[i].entry].count;
+    for (std::size_t start = 0; start < count; ++start)
+    {
+        const std::uint32_t choice = choices[start];
+        if (choice == theDone || choice == theNothing) continue;
+        const bool isKept = choice == theUnknown;
+        const bool isFixed =
+            !isKept && myPlan.nodes[myPlan.parts[node.first + choice].node].isFixed;
+        std::size_t filled = 0;
+        for (std::size_t i = start; i < count; ++i)
+        {
+            if (choices[i] != choice) continue;
+            choices[i] = theDone;
+            Piece& piece = children[filled++];
+            piece = pieces[i];
+            if (isKept) continue;
+            piece.place += node.body;
+            piece.entry = isFixed ? theNone : piece.entry + 1;
+        }
+        run(column.first + (isKept ? column.count - 1 : choice), children.data(), filled, 0);
+    }
+}
+
+BatchWriter::Run BatchWriter::runOf(const Node& node, const Piece& piece, std::size_t offset) const
+{
+    if (node.isFixed) return {piece.place + offset, node.count};
+    const Entry& entry = myIndex.entries[piece.entry];
+    if (node.form != Form::array) return {piece.place, entry.end - entry.offset};
+    if (node.extent != Extent::counted) return {piece.place, entry.count};
+    return {piece.place + aligned(4, myPlan.nodes[node.element].boundary), entry.count};
+}
+
+// Elements of many rows are written together.
+void BatchWriter::list(std::uint32_t at, const Piece* pieces, std::size_t count, std::size_t offset)
+{
+    const Column& column = myColumns.columns[at];
+    const Node& node = myPlan.nodes[column.node];
+    Ends& ends = myCells[at].ends;
+    Pieces children;
+    std::size_t filled = 0;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const Run run = runOf(node, pieces[i], offset);
+        const std::size_t size = ends.size;
+        const std::size_t rows = pieces[i].row + std::size_t{1};
+        if (run.count > myColumns.options.mostInBatch - size)
+        {
+            myIsFull = true;
+            break;
+        }
+        elements(at, pieces[i], run, size, children, filled);
+        ends.end(pieces[i].row, size + run.count, expected(column, rows));
+    }
+    if (filled > 0) this->run(column.first, children.data(), filled, 0);
+}
+
+void BatchWriter::elements(std::uint32_t at, const Piece& piece, const Run& run, std::size_t row,
+                           Pieces& children, std::size_t& filled)
+{
+    const Column& column = myColumns.columns[at];
+    const Node& node = myPlan.nodes[column.node];
+    const bool isFixed = myPlan.nodes[node.element].isFixed;
+    const std::uint8_t* place = run.first;
+    std::uint32_t entry = isFixed ? theNone : piece.entry + 1;
+    const std::uint8_t* const start =
+        isFixed ? nullptr : piece.place - myIndex.entries[piece.entry].offset;
+    for (std::size_t i = 0; i < run.count; ++i)
+    {
+        if (!isFixed) place = start + myIndex.entries[entry].offset;
+        children[filled++] = {place, static_cast<std::uint32_t>(row + i), entry};
+        if (isFixed)
+            place += node.stride;
+        else
+            entry = myIndex.entries[entry].next;
+        if (filled < theBlock) continue;
+        this->run(column.first, children.data(), filled, 0);
+        filled = 0;
+    }
+}
+
+// Labels -----------------------------------------------------------------------------------------
+
+std::int32_t BatchWriter::labelOf(const Column& column, Cells& cells, std::int64_t number)
+{
+    const LabelTable& table = myColumns.tables[column.labels];
+    const std::int32_t label = table.find(number);
+    if (label >= 0) return label;
+    const auto next = static_cast<std::int32_t>(table.labels.size() + cells.strangers.size());
+    const auto [place, isNew] = cells.strangerPlaces.try_emplace(number, next);
+    if (isNew) cells.strangers.push_back(number);
+    return place->second;
+}
+
+void BatchWriter::labels(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
+                         std::size_t offset)
+{
+    const Node& node = myPlan.nodes[column.node];
+    const LabelTable& table = myColumns.tables[column.labels];
+    const std::size_t rows = pieces[count - 1].row + 1;
+    auto* const to = cells.data.need<std::int32_t>(rows * sizeof(std::int32_t),
+                                                   expected(column, rows) * sizeof(std::int32_t));
+    const auto size = static_cast<std::uint64_t>(table.dense.size());
+    const std::int32_t* const dense = table.dense.data();
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const std::int64_t number = loadInteger(node, pieces[i].place + offset);
+        const std::int32_t label = static_cast<std::uint64_t>(number) < size ? dense[number] : -1;
+        to[pieces[i].row] = label >= 0 ? label : labelOf(column, cells, number);
+    }
+}
+
+// Texts ------------------------------------------------------------------------------------------
+
+void BatchWriter::texts(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
+                        std::size_t offset)
+{
+    Ends& ends = cells.ends;
+    const std::size_t expectedRows = expected(column, pieces[count - 1].row + std::size_t{1});
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        ends.end(pieces[i].row, ends.size + text(column, cells, pieces[i], offset), expectedRows);
+        if (ends.size <= myColumns.options.mostInBatch) continue;
+        myIsFull = true;
+        return;
+    }
+}
+
+std::size_t BatchWriter::append(Cells& cells, const std::uint8_t* octets, std::size_t count)
+{
+    // One octet more, so that there is a buffer even where all rows are empty.
+    const std::size_t size = cells.ends.size + count + 1;
+    const std::size_t share = myExpectedRows / std::max<std::size_t>(myRow, 1) + 1;
+    std::uint8_t* const to = cells.data.need(size, size * share);
+    if (count > 0) std::memcpy(to + cells.ends.size, octets, count);
+    return count;
+}
+
+namespace
+{
+
+/// Half of a surrogate pair has no UTF-8: it becomes U+FFFD, in as many octets.
+void replaceSurrogates(std::string& text)
+{
+    for (std::size_t i = 0; i + 2 < text.size(); ++i)
+        if (text[i] == '\xED' && (text[i + 1] & 0x20) != 0) text.replace(i, 3, "\xEF\xBF\xBD");
+}
+
+}  // namespace
+
+// Adds the text of a row after the others; gives its octets.
+std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& piece,
+                              std::size_t offset)
+{
+    if (column.shape == Shape::kept)
+    {
+        const Entry& entry = myIndex.entries[piece.entry];
+        const std::uint32_t body = myPlan.nodes[entry.node].body;
+        return append(cells, piece.place + body, entry.end - entry.offset - body);
+    }
+    const Node& node = myPlan.nodes[column.node];
+    if (column.shape == Shape::octets)
+    {
+        const Run run = runOf(node, piece, offset);
+        return append(cells, run.first, run.count);
+    }
+    myText.clear();
+    if (column.shape == Shape::labelText)
+    {
+        const std::int64_t number = loadInteger(node, piece.place + offset);
+        const LabelTable& table = myColumns.tables[column.labels];
+        const std::int32_t label = table.find(number);
+        if (label >= 0)
+            myText = table.labels[static_cast<std::size_t>(label)];
+        else
+            myText = strangerText(number, node.scalar == Scalar::unsignedInteger);
+    }
+    else if (column.shape == Shape::json)
+    {
+        const std::uint32_t place = node.isFixed ? 0 : myIndex.entries[piece.entry].offset;
+        appendJsonOf(myPlan, piece.place + offset - place, myIndex,
+                     {column.node, place, node.isFixed ? theNone : piece.entry}, myText, {});
+    }
+    else
+    {
+        const Run run = runOf(node, piece, offset);
+        if (column.shape == Shape::latin1)
+            appendLatin1(myText, run.first, run.count);
+        else
+            appendUtf16(myText, myPlan.nodes[node.element], run.first, run.count);
+        if (column.shape == Shape::utf16) replaceSurrogates(myText);
+    }
+    return append(cells, reinterpret_cast<const std::uint8_t*>(myText.data()), myText.size());
+}
+
+// The end ----------------------------------------------------------------------------------------
+
+// A buffer into which nothing was written shares zeros with all others of the kind.
+void BatchWriter::addBuffer(ArrayParts& parts, Buffer& buffer, std::size_t octets)
+{
+    if (!buffer.isEmpty())
+    {
+        buffer.need(octets);
+        return parts.add(std::move(buffer));
+    }
+    if (!myZeros || myZeros->size() < octets)
+    {
+        myZeros = std::make_shared<Buffer>();
+        myZeros->need(octets + 1);
+    }
+    parts.add(myZeros);
+}
+
+void BatchWriter::addEnds(ArrayParts& parts, Cells& cells, std::size_t rows)
+{
+    if (cells.ends.rows > 0 && cells.ends.rows < rows)
+        cells.ends.end(rows - 1, cells.ends.size, rows);
+    addBuffer(parts, cells.ends.places, (rows + 1) * sizeof(std::uint32_t));
+}
+
+void BatchWriter::writeLabels(const Column& column, const Cells& cells, bool isNeeded,
+                              ArrowArray& dictionary) const
+{
+    const bool isUnsigned = myPlan.nodes[column.node].scalar == Scalar::unsignedInteger;
+    std::vector<std::string> labels = myColumns.tables[column.labels].labels;
+    for (const std::int64_t number : cells.strangers)
+        labels.push_back(strangerText(number, isUnsigned));
+    // Rows that are not there point at the first label.
+    if (labels.empty() && isNeeded) labels.push_back(strangerText(0, true));
+    writeTexts(labels, dictionary);
+}
+
+void BatchWriter::finishColumn(std::uint32_t at, std::size_t rows, ArrowArray& array)
+{
+    const Column& column = myColumns.columns[at];
+    Cells& cells = myCells[at];
+    auto parts = std::make_unique<ArrayParts>();
+    const std::size_t nulls = column.isNullable ? rows - countSet(cells.valid, rows) : 0;
+    addBuffer(*parts, cells.valid, bitOctets(rows));
+    std::size_t children = rows;
+    switch (column.shape)
+    {
+        case Shape::number:
+        case Shape::label:
+            addBuffer(*parts, cells.data, rows * column.width);
+            if (column.shape == Shape::label)
+                writeLabels(column, cells, rows > 0, parts->addDictionary());
+            break;
+        case Shape::present:
+            addBuffer(*parts, cells.data, bitOctets(rows));
+            break;
+        case Shape::list:
+            children = cells.ends.before(rows);
+            addEnds(*parts, cells, rows);
+            break;
+        case Shape::record:
+        case Shape::variant:
+            break;
+        case Shape::labelText:
+        case Shape::latin1:
+        case Shape::utf16:
+        case Shape::octets:
+        case Shape::json:
+        case Shape::kept:
+            addEnds(*parts, cells, rows);
+            addBuffer(*parts, cells.data, 1);
+            break;
+    }
+    parts->setChildren(column.count);
+    for (std::uint32_t i = 0; i < column.count; ++i)
+        finishColumn(column.first + i, children, parts->children[i]);
+    handOut(std::move(parts), rows, nulls, array);
+}
+
+void BatchWriter::finishFaults(std::size_t rows, ArrowArray& array)
+{
+    auto parts = std::make_unique<ArrayParts>();
+    const std::size_t nulls = rows - countSet(myFaults.valid, rows);
+    addBuffer(*parts, myFaults.valid, bitOctets(rows));
+    addEnds(*parts, myFaults, rows);
+    addBuffer(*parts, myFaults.data, 1);
+    handOut(std::move(parts), rows, nulls, array);
+}
+
+void BatchWriter::finish(std::size_t rows, ArrowArray& batch)
+{
+    auto parts = std::make_unique<ArrayParts>();
+    parts->buffers.push_back(nullptr);
+    parts->setChildren(2);
+    finishColumn(0, rows, parts->children[0]);
+    finishFaults(rows, parts->children[1]);
+    handOut(std::move(parts), rows, 0, batch);
+}
+
+}  // namespace omt

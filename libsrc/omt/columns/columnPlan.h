@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+// ColumnPlan is the tree of columns that a datatype comes to, compiled once from the codec's plan.
+#pragma once
+
+#include "omt/codec/plan.h"
+#include "omt/columns/columns.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace omt
+{
+
+/// What a column holds.
+enum class Shape : std::uint8_t
+{
+    number,
+    /// Places in a table of labels.
+    label,
+    /// The labels themselves.
+    labelText,
+    /// Characters of 8 and of 16 bits.
+    latin1,
+    utf16,
+    octets,
+    list,
+    record,
+    variant,
+    /// A record without fields.
+    present,
+    json,
+    /// The octets of an alternative that is not known.
+    kept
+};
+
+/// A piece of a value, and the row of a column that it becomes.
+struct Piece
+{
+    const std::uint8_t* place;
+    std::uint32_t row;
+    /// Of the block's index; theNone for a piece of fixed size.
+    std::uint32_t entry;
+};
+
+/// Writes a number of each piece, which stands `offset` octets from its place, into the rows.
+using WriteNumbers = void (*)(const Node& node, const Piece* pieces, std::size_t count,
+                              std::size_t offset, void* rows);
+
+struct Column
+{
+    Shape shape = Shape::octets;
+    /// Whether rows of it may be null while what holds it is there.
+    bool isNullable = false;
+    /// Whether it has a row for each row of the batch, not for elements of a list.
+    bool isOfRows = true;
+    /// Octets of a row of a number or a label.
+    std::uint8_t width = 0;
+    std::uint32_t node = theNone;
+    /// The columns in it: all fields of a record; the discriminant, all alternatives and what is
+    /// kept of a variant record; the element of a list.
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
+    /// Of Arrow.
+    const char* format = "";
+    std::string name;
+    WriteNumbers write = nullptr;
+    /// Of a column of labels: its LabelTable.
+    std::uint32_t labels = theNone;
+};
+
+/// The different names of an enumeration.
+struct LabelTable
+{
+    std::vector<std::string> labels;
+    /// From a number to its label, those from 0 on and any other.
+    std::vector<std::int32_t> dense;
+    std::unordered_map<std::int64_t, std::int32_t> sparse;
+
+    /// -1 for a number without a name.
+    std::int32_t find(std::int64_t number) const;
+};
+
+struct ColumnPlan
+{
+    ColumnPlan(std::shared_ptr<const Plan> plan, std::uint32_t node, const ColumnOptions& options);
+
+    std::shared_ptr<const Plan> plan;
+    ColumnOptions options;
+    /// The first one is that of the value.
+    std::vector<Column> columns;
+    std::vector<LabelTable> tables;
+};
+
+/// Whether a node has parts that get columns of their own.
+bool isNested(const Node& node);
+/// How a number is written; of the width that Arrow has for it.
+WriteNumbers numberWriter(const Node& node, std::uint8_t width);
+
+inline std::int32_t LabelTable::find(std::int64_t number) const
+{
+    if (static_cast<std::uint64_t>(number) < dense.size())
+        return dense[static_cast<std::size_t>(number)];
+    const auto place = sparse.find(number);
+    return place == sparse.end() ? -1 : place->second;
+}
+
+}  // namespace omt

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "omt/columns/octetCells.h"
+
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+namespace omt
+{
+
+std::optional<std::string> findArrayFault(const ArrowArray& array, std::int64_t buffers)
+{
+    constexpr std::int64_t theMostRows = std::int64_t{1} << 48;
+    if (!array.release) return "the array was released";
+    if (array.length < 0 || array.offset < 0 || array.length > theMostRows ||
+        array.offset > theMostRows)
+        return "the length or the offset of the array is impossible";
+    if (array.n_buffers < buffers || (buffers > 0 && !array.buffers))
+        return "the array has " + std::to_string(array.n_buffers) + " buffers, which is too few";
+    return std::nullopt;
+}
+
+std::optional<std::string> OctetCells::open(const ArrowSchema& schema, const ArrowArray& array,
+                                            bool isOfTexts)
+{
+    if (!schema.release || !schema.format) return "the schema was released";
+    const std::string_view format = schema.format;
+    const bool isFixed = !isOfTexts && format.substr(0, 2) == "w:";
+    if (format == (isOfTexts ? "u" : "z"))
+        myForm = Form::offsets32;
+    else if (format == (isOfTexts ? "U" : "Z"))
+        myForm = Form::offsets64;
+    else if (format == (isOfTexts ? "vu" : "vz"))
+        myForm = Form::views;
+    else if (isFixed &&
+             std::from_chars(format.data() + 2, format.data() + format.size(), myWidth).ptr ==
+                 format.data() + format.size())
+        myForm = Form::fixed;
+    else
+        return "a column of octets is expected, and its format is \"" + std::string(format) + '"';
+    if (schema.dictionary) return "a column of octets is expected, not one of a dictionary";
+    if (std::optional<std::string> fault = findArrayFault(array, isFixed ? 2 : 3)) return fault;
+    myRows = static_cast<std::size_t>(array.length);
+    myFirst = static_cast<std::size_t>(array.offset);
+    myValid = static_cast<const std::uint8_t*>(array.buffers[0]);
+    myPlaces = static_cast<const std::uint8_t*>(array.buffers[1]);
+    myData = static_cast<const std::uint8_t*>(array.buffers[isFixed ? 1 : 2]);
+    if (myRows > 0 && !myPlaces) return "the array has rows and no buffer of them";
+    if (myWidth > std::numeric_limits<std::uint32_t>::max()) return "the rows are too wide";
+    if (myForm != Form::views) return std::nullopt;
+    myBuffers = array.buffers + 2;
+    myBufferCount = static_cast<std::size_t>(array.n_buffers - 3);
+    mySizes = static_cast<const std::int64_t*>(array.buffers[array.n_buffers - 1]);
+    if (myBufferCount > 0 && !mySizes) return "the array has no sizes of its buffers";
+    return std::nullopt;
+}
+
+bool OctetCells::isNull(std::size_t row) const
+{
+    return myValid && !isBitSet(myValid, myFirst + row);
+}
+
+template <typename Offset>
+std::optional<Octets> OctetCells::between(std::size_t row) const
+{
+    Offset offsets[2];
+    std::memcpy(offsets, myPlaces + (myFirst + row) * sizeof(Offset), sizeof offsets);
+    if (offsets[0] < 0 || offsets[1] < offsets[0]) return std::nullopt;
+    const auto size = static_cast<std::size_t>(offsets[1] - offsets[0]);
+    if (size > 0 && !myData) return std::nullopt;
+    return Octets(myData + (size > 0 ? offsets[0] : 0), size);
+}
+
+// Up to 12 octets stand in the view itself, more in one of the buffers.
+std::optional<Octets> OctetCells::view(std::size_t row) const
+{
+    constexpr std::int32_t theMostInside = 12;
+    std::int32_t words[4];
+    const std::uint8_t* const place = myPlaces + (myFirst + row) * sizeof words;
+    std::memcpy(words, place, sizeof words);
+    const auto [size, prefix, buffer, offset] = words;
+    static_cast<void>(prefix);
+    if (size < 0) return std::nullopt;
+    if (size <= theMostInside) return Octets(place + 4, static_cast<std::size_t>(size));
+    if (buffer < 0 || static_cast<std::size_t>(buffer) >= myBufferCount || offset < 0 ||
+        !myBuffers[buffer] || mySizes[buffer] - size < offset)
+        return std::nullopt;
+    return Octets(static_cast<const std::uint8_t*>(myBuffers[buffer]) + offset,
+                  static_cast<std::size_t>(size));
+}
+
+std::optional<Octets> OctetCells::operator[](std::size_t row) const
+{
+    switch (myForm)
+    {
+        case Form::offsets32:
+            return between<std::int32_t>(row);
+        case Form::offsets64:
+            return between<std::int64_t>(row);
+        case Form::views:
+            return view(row);
+        case Form::fixed:
+            break;
+    }
+    return Octets(myData + (myFirst + row) * myWidth, myWidth);
+}
+
+}  // namespace omt

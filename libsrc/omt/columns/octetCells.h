@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+// OctetCells reads the rows of a column of octets that somebody else made, and believes nothing
+// that it can check.
+#pragma once
+
+#include "omt/codec/octets.h"
+#include "omt/columns/arrow.h"
+
+#include <optional>
+#include <string>
+
+namespace omt
+{
+
+class OctetCells
+{
+public:
+    /// Returns why this is no column of octets, or of texts, which are laid out in the same way.
+    std::optional<std::string> open(const ArrowSchema& schema, const ArrowArray& array,
+                                    bool isOfTexts = false);
+
+    std::size_t rows() const { return myRows; }
+    /// Whether a row below rows() is null.
+    bool isNull(std::size_t row) const;
+    /// A row that is not null; nothing where its offsets are wrong.
+    std::optional<Octets> operator[](std::size_t row) const;
+
+private:
+    enum class Form : std::uint8_t
+    {
+        offsets32,
+        offsets64,
+        views,
+        fixed
+    };
+    template <typename Offset>
+    std::optional<Octets> between(std::size_t row) const;
+    std::optional<Octets> view(std::size_t row) const;
+
+    Form myForm = Form::offsets32;
+    std::size_t myRows = 0;
+    std::size_t myFirst = 0;
+    std::size_t myWidth = 0;
+    const std::uint8_t* myValid = nullptr;
+    const std::uint8_t* myPlaces = nullptr;
+    const std::uint8_t* myData = nullptr;
+    /// Of views: their buffers, and how long these are.
+    const void* const* myBuffers = nullptr;
+    std::size_t myBufferCount = 0;
+    const std::int64_t* mySizes = nullptr;
+};
+
+/// What is wrong with the counts and pointers of an array, which is to have this many buffers, or
+/// more.
+std::optional<std::string> findArrayFault(const ArrowArray& array, std::int64_t buffers);
+
+inline bool isBitSet(const std::uint8_t* bits, std::size_t at)
+{
+    return (bits[at / 8] >> at % 8 & 1) != 0;
+}
+
+}  // namespace omt
