@@ -60,7 +60,7 @@ std::vector<Ratio> registerRatios()
     std::vector<Ratio> all = ratios::readAndMergeRatios();
     for (const auto& list :
          {ratios::oldAndNewRatios(), ratios::convertValuesRatios(), ratios::entityTypesRatios(),
-          ratios::modelEngineRatios(), ratios::codecEngineRatios()})
+          ratios::modelEngineRatios(), ratios::codecEngineRatios(), ratios::columnsRatios()})
         all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)

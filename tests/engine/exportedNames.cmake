@@ -1,17 +1,26 @@
 # SPDX-License-Identifier: Apache-2.0
-# Fails where a library shows a name that is not one of its namespace: cmake -DNM= -DLIBRARY= -P.
+# Fails where a library shows a name that is neither one of its namespace nor one of the functions
+# for C, or where these are not those of a list: cmake -DNM= -DLIBRARY= -DLIST= -P.
 execute_process(COMMAND "${NM}" -DC --defined-only "${LIBRARY}"
   OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE ";" "," text "${text}")
 string(REPLACE "\n" ";" lines "${text}")
+file(STRINGS "${LIST}" expected)
+set(functions)
 set(shown 0)
 foreach(line IN LISTS lines)
   if(line MATCHES "^[0-9a-f]* [A-Za-z] (typeinfo (name )?for |vtable for )?omt::")
     math(EXPR shown "${shown} + 1")
+  elseif(line MATCHES "^[0-9a-f]* T (omt_[a-z_]+)(@.*)?$")
+    list(APPEND functions "${CMAKE_MATCH_1}")
   elseif(NOT line STREQUAL "")
     message(SEND_ERROR "shown, and no name of omt: ${line}")
   endif()
 endforeach()
+list(SORT functions)
+if(NOT functions STREQUAL expected)
+  message(FATAL_ERROR "The functions for C are not those of ${LIST}: ${functions}")
+endif()
 if(shown EQUAL 0)
   message(FATAL_ERROR "${LIBRARY} shows nothing at all")
 endif()

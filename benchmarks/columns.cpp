@@ -1,0 +1,434 @@
+// SPDX-License-Identifier: Apache-2.0
+// Columns of 100,000 values into Arrow arrays beside loops by hand that go row by row, decode a
+// value and put what it holds into the same columns.
+#include "omt/columns/columns.h"
+
+#include "handWritten.h"
+#include "modelFiles.h"
+#include "omt/omt.h"
+#include "ratio.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <random>
+
+namespace
+{
+
+using ratios::theRPR;
+
+constexpr std::size_t theRows = 100000;
+
+const omt::Codec& codec()
+{
+    static const omt::Codec theCodec(
+        omt::read({ratios::modelPath(theRPR).string()}, omt::ReadOptions().withMim()).model);
+    return theCodec;
+}
+
+// Values -----------------------------------------------------------------------------------------
+
+class Maker
+{
+public:
+    void make(byHand::Spatial& one)
+    {
+        one = {4, below(2), position(), vector(), vector(), vector(), vector()};
+    }
+    void make(byHand::EntityType& one)
+    {
+        one = {below(5),  below(5), static_cast<std::uint16_t>(below(226)), below(60), below(30),
+               below(20), below(4)};
+    }
+    void make(byHand::Marking& one)
+    {
+        one.encoding = 1;
+        std::generate(std::begin(one.data), std::end(one.data),
+                      [this] { return static_cast<std::uint8_t>('A' + below(26)); });
+    }
+    void make(byHand::Parameters& one)
+    {
+        constexpr std::uint32_t theParts[] = {1024, 1056, 4096, 4128, 4416};
+        one.count = std::size(one.all);
+        for (byHand::Parameter& part : one.all)
+        {
+            part = {below(200),     below(9),   below(2),         theParts[below(5)],
+                    1U + below(15), vector().x, 512U + below(20), {}};
+            make(part.store);
+        }
+    }
+    void make(byHand::Environment& one)
+    {
+        constexpr std::uint32_t theTypes[] = {655360, 65536, 786432};
+        one.count = std::size(one.all);
+        for (std::uint32_t i = 0; i < one.count; ++i)
+            one.all[i] = {i, theTypes[i], position(), position(), vector().x, {}};
+    }
+    void make(byHand::Text& one)
+    {
+        one.count = std::size(one.units);
+        for (char16_t& unit : one.units)
+            unit = static_cast<char16_t>(below(12) == 0 ? 0xE0 + below(30) : 'a' + below(26));
+    }
+
+private:
+    std::uint8_t below(unsigned end) { return static_cast<std::uint8_t>(myRandom() % end); }
+    byHand::Position position()
+    {
+        std::uniform_real_distribution<double> metres(-6.4e6, 6.4e6);
+        return {metres(myRandom), metres(myRandom), metres(myRandom)};
+    }
+    byHand::Vector vector()
+    {
+        std::uniform_real_distribution<float> some(-300, 300);
+        return {some(myRandom), some(myRandom), some(myRandom)};
+    }
+    std::mt19937 myRandom{1516};
+};
+
+/// A column of random values of a layout.
+template <typename Layout>
+struct Given
+{
+    Given()
+    {
+        Maker maker;
+        Layout one{};
+        std::uint8_t room[8192];
+        for (std::size_t i = 0; i < theRows; ++i)
+        {
+            maker.make(one);
+            octets.insert(octets.end(), room, one.encode(room));
+            offsets.push_back(static_cast<std::int32_t>(octets.size()));
+        }
+        schema.format = "z";
+        schema.release = [](ArrowSchema*) {};
+        array.length = static_cast<std::int64_t>(theRows);
+        array.n_buffers = 3;
+        array.buffers = buffers;
+        array.release = [](ArrowArray*) {};
+        buffers[1] = offsets.data();
+        buffers[2] = octets.data();
+    }
+    Given(const Given&) = delete;
+    Given& operator=(const Given&) = delete;
+
+    std::vector<std::uint8_t> octets;
+    std::vector<std::int32_t> offsets{0};
+    const void* buffers[3] = {};
+    ArrowSchema schema{};
+    ArrowArray array{};
+};
+
+template <typename Layout>
+const Given<Layout>& given()
+{
+    static const Given<Layout> theGiven;
+    return theGiven;
+}
+
+// By hand ----------------------------------------------------------------------------------------
+
+/// A column, filled from the first row on.
+template <typename Number>
+struct Filled
+{
+    explicit Filled(std::size_t rows)
+        : data(static_cast<Number*>(std::malloc(rows * sizeof(Number))))
+    {
+    }
+    Filled(const Filled&) = delete;
+    Filled& operator=(const Filled&) = delete;
+    ~Filled() { std::free(data); }
+    void add(Number number) { data[count++] = number; }
+
+    Number* data;
+    std::size_t count = 0;
+};
+
+using Octet = Filled<std::uint8_t>;
+using Label = Filled<std::int32_t>;
+
+/// From numbers to places in a table of labels.
+class Places
+{
+public:
+    explicit Places(const char* datatype)
+    {
+        const omt::Type type = codec().type(datatype);
+        for (std::uint32_t number = 0; number < 0x100000; ++number)
+        {
+            const std::uint8_t octets[] = {0, static_cast<std::uint8_t>(number >> 16),
+                                           static_cast<std::uint8_t>(number >> 8),
+                                           static_cast<std::uint8_t>(number)};
+            const std::size_t size = *type.size();
+            if (size == 1 && number > 255) break;
+            const omt::Value value = type.decode(omt::Octets(octets + 4 - size, size));
+            if (!value.root().label()) continue;
+            if (number < std::size(myDense)) myDense[number] = myCount;
+            mySparse.emplace(number, myCount++);
+        }
+    }
+    std::int32_t operator[](std::uint32_t number) const
+    {
+        if (number < std::size(myDense)) return myDense[number];
+        const auto place = mySparse.find(number);
+        return place == mySparse.end() ? -1 : place->second;
+    }
+
+private:
+    std::int32_t myCount = 0;
+    std::int32_t myDense[256] = {};
+    std::unordered_map<std::uint32_t, std::int32_t> mySparse;
+};
+
+struct Validity
+{
+    explicit Validity(std::size_t rows) : bits(rows / 8 + 1)
+    {
+        std::memset(bits.data, 0, rows / 8 + 1);
+    }
+    void set(std::size_t row)
+    {
+        bits.data[row / 8] = static_cast<std::uint8_t>(bits.data[row / 8] | 1U << row % 8);
+    }
+    Octet bits;
+};
+
+template <std::size_t count, typename Number>
+struct Several
+{
+    explicit Several(std::size_t rows)
+    {
+        for (auto& one : all) one = std::make_unique<Filled<Number>>(rows);
+    }
+    void add(const byHand::Vector& one, std::size_t at)
+    {
+        all[at]->add(one.x), all[at + 1]->add(one.y), all[at + 2]->add(one.z);
+    }
+    void add(const byHand::Position& one, std::size_t at)
+    {
+        all[at]->add(one.x), all[at + 1]->add(one.y), all[at + 2]->add(one.z);
+    }
+    std::unique_ptr<Filled<Number>> all[count];
+};
+
+template <typename Layout>
+struct Columns;
+
+template <>
+struct Columns<byHand::Spatial>
+{
+    void add(const byHand::Spatial& one, std::size_t row)
+    {
+        static const Places theAlgorithms("DeadReckoningAlgorithmEnum8"), theFlags("RPRboolean");
+        algorithm.add(theAlgorithms[one.algorithm]);
+        alternative.set(row);
+        frozen.add(theFlags[one.isFrozen]);
+        location.add(one.location, 0);
+        vectors.add(one.orientation, 0);
+        vectors.add(one.velocity, 3);
+        vectors.add(one.acceleration, 6);
+        vectors.add(one.angularVelocity, 9);
+    }
+    Label algorithm{theRows}, frozen{theRows};
+    Validity alternative{theRows};
+    Several<3, double> location{theRows};
+    Several<12, float> vectors{theRows};
+};
+
+template <>
+struct Columns<byHand::EntityType>
+{
+    explicit Columns(std::size_t rows = theRows)
+        : kind(rows),
+          domain(rows),
+          category(rows),
+          subcategory(rows),
+          specific(rows),
+          extra(rows),
+          country(rows)
+    {
+    }
+    void add(const byHand::EntityType& one, std::size_t)
+    {
+        kind.add(one.kind);
+        domain.add(one.domain);
+        country.add(one.country);
+        category.add(one.category);
+        subcategory.add(one.subcategory);
+        specific.add(one.specific);
+        extra.add(one.extra);
+    }
+    Octet kind, domain, category, subcategory, specific, extra;
+    Filled<std::uint16_t> country;
+};
+
+template <>
+struct Columns<byHand::Marking>
+{
+    void add(const byHand::Marking& one, std::size_t)
+    {
+        static const Places theEncodings("MarkingEncodingEnum8");
+        encoding.add(theEncodings[one.encoding]);
+        std::memcpy(data.data + data.count, one.data, sizeof one.data);
+        data.count += sizeof one.data;
+        ends.add(static_cast<std::int32_t>(data.count));
+    }
+    Label encoding{theRows};
+    Octet data{theRows * 11};
+    Label ends{theRows + 1};
+};
+
+template <>
+struct Columns<byHand::Parameters>
+{
+    static constexpr std::size_t theParts = 4 * theRows;
+    void add(const byHand::Parameters& all, std::size_t)
+    {
+        static const Places theTypes("ParameterTypeEnum32"),
+            theClasses("ArticulatedPartsTypeEnum32"), theMetrics("ArticulatedTypeMetricEnum32"),
+            theStations("StationEnum32");
+        for (std::size_t i = 0; i < all.count; ++i)
+        {
+            const byHand::Parameter& one = all.all[i];
+            const std::size_t row = change.count;
+            change.add(one.change);
+            attachedTo.add(one.attachedTo);
+            type.add(theTypes[one.type]);
+            const bool isPart = one.type == 0;
+            (isPart ? isArticulated : isAttached).set(row);
+            part.add(isPart ? theClasses[one.part] : 0);
+            metric.add(isPart ? theMetrics[one.metric] : 0);
+            value.add(isPart ? one.value : 0);
+            station.add(isPart ? 0 : theStations[one.station]);
+            store.add(isPart ? byHand::EntityType{} : one.store, row);
+        }
+        ends.add(static_cast<std::int32_t>(change.count));
+    }
+    Label ends{theRows + 1}, type{theParts}, part{theParts}, metric{theParts}, station{theParts};
+    Octet change{theParts};
+    Filled<std::uint16_t> attachedTo{theParts};
+    Validity isArticulated{theParts}, isAttached{theParts};
+    Filled<float> value{theParts};
+    Columns<byHand::EntityType> store{theParts};
+};
+
+template <>
+struct Columns<byHand::Environment>
+{
+    static constexpr std::size_t theRecords = 3 * theRows;
+    void add(const byHand::Environment& all, std::size_t)
+    {
+        static const Places theTypes("EnvironmentRecordTypeEnum32");
+        for (std::size_t i = 0; i < all.count; ++i)
+        {
+            const byHand::Environment::Record& one = all.all[i];
+            const std::size_t row = index.count;
+            index.add(one.index);
+            type.add(theTypes[one.type]);
+            alternatives[i].set(row);
+            positions.add(one.first, 0);
+            positions.add(one.second, 3);
+            radius.add(one.radius);
+        }
+        ends.add(static_cast<std::int32_t>(index.count));
+    }
+    Label ends{theRows + 1}, type{theRecords};
+    Filled<std::uint32_t> index{theRecords};
+    Validity alternatives[3] = {Validity(theRecords), Validity(theRecords), Validity(theRecords)};
+    Several<6, double> positions{theRecords};
+    Filled<float> radius{theRecords};
+};
+
+template <>
+struct Columns<byHand::Text>
+{
+    void add(const byHand::Text& one, std::size_t)
+    {
+        std::uint8_t* to = letters.data + letters.count;
+        for (std::size_t i = 0; i < one.count; ++i)
+        {
+            const unsigned unit = one.units[i];
+            if (unit < 0x80)
+                *to++ = static_cast<std::uint8_t>(unit);
+            else
+            {
+                // None here takes more than two octets.
+                *to++ = static_cast<std::uint8_t>(0xC0 | unit >> 6);
+                *to++ = static_cast<std::uint8_t>(0x80 | (unit & 0x3F));
+            }
+        }
+        letters.count = static_cast<std::size_t>(to - letters.data);
+        ends.add(static_cast<std::int32_t>(letters.count));
+    }
+    Octet letters{theRows * 40};
+    Label ends{theRows + 1};
+};
+
+// Both -------------------------------------------------------------------------------------------
+
+template <typename Layout>
+double byHandSeconds()
+{
+    const Given<Layout>& all = given<Layout>();
+    Columns<Layout>().add(Layout{}, 0);
+    return ratios::secondsOf(
+        [&]
+        {
+            Columns<Layout> columns;
+            Validity valid(theRows);
+            Layout one{};
+            for (std::size_t i = 0; i < theRows; ++i)
+            {
+                const std::uint8_t* const first = all.octets.data() + all.offsets[i];
+                if (!one.decode(first,
+                                static_cast<std::size_t>(all.offsets[i + 1] - all.offsets[i])))
+                    std::exit(1);
+                valid.set(i);
+                columns.add(one, i);
+            }
+        });
+}
+
+template <typename Layout>
+double seconds()
+{
+    static const omt::Columns columns(codec().type(Layout::theType));
+    const Given<Layout>& all = given<Layout>();
+    return ratios::secondsOf(
+        [&]
+        {
+            ArrowArray batch{};
+            std::size_t first = 0;
+            const auto fault = columns.decode(all.schema, all.array, first, batch);
+            if (fault || first != theRows || batch.children[1]->null_count != batch.length)
+            {
+                std::fprintf(stderr, "%s: the columns have faults\n", Layout::theType);
+                std::exit(1);
+            }
+            batch.release(&batch);
+        });
+}
+
+template <typename Layout>
+void add(const char* name, std::vector<ratios::Ratio>& rows)
+{
+    rows.push_back({name, byHandSeconds<Layout>, seconds<Layout>, theRPR, "codec_columns"});
+}
+
+}  // namespace
+
+std::vector<ratios::Ratio> ratios::columnsRatios()
+{
+    std::vector<Ratio> rows;
+    add<byHand::Spatial>("codec_columns_spatial", rows);
+    add<byHand::EntityType>("codec_columns_entity_type", rows);
+    add<byHand::Marking>("codec_columns_marking", rows);
+    add<byHand::Parameters>("codec_columns_parameters", rows);
+    add<byHand::Environment>("codec_columns_environment", rows);
+    add<byHand::Text>("codec_columns_text", rows);
+    return rows;
+}
