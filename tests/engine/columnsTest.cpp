@@ -186,11 +186,12 @@ void compare(const omt::Type& type, const std::vector<Cell>& cells, const std::v
         if (value.fault()) fault << *value.fault();
         if (!value.fault() && value.left() > 0) fault << value.left() << " octets are left over";
         ASSERT_EQ(rows[i].fault.value_or(""), fault.str()) << type.name();
-        // Half of a surrogate pair has no place in UTF-8, the second number of a name no label.
+        // Half of a surrogate pair has no place in UTF-8, the second number of a name no label, and
+        // what follows a zero no text.
         const std::string json = value.json();
         Bytes octets;
-        const bool isOdd =
-            json.find("\\ud") != std::string::npos || json.find("{\"name\":") != std::string::npos;
+        const auto has = [&json](const char* text) { return json.find(text) != std::string::npos; };
+        const bool isOdd = has("\\ud") || has("{\"name\":") || has("\"rest\":");
         if (!rows[i].isThere || isOdd) continue;
         ASSERT_EQ(bool(type.encode(json, octets)), bool(rows[i].encodingFault))
             << type.name() << ": " << rows[i].encodingFault.value_or(json);

@@ -226,6 +226,7 @@ void BatchWriter::run(std::uint32_t at, const Piece* pieces, std::size_t count, 
         case Shape::labelText:
         case Shape::latin1:
         case Shape::utf16:
+        case Shape::hinted:
         case Shape::octets:
         case Shape::json:
         case Shape::kept:
@@ -278,7 +279,8 @@ void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_
             piece = {pieces[row].place, pieces[row].row, theNone};
             if (child.isFixed)
             {
-                place[row] = static_cast<std::uint32_t>(aligned(place[row], part.boundary));
+                place[row] = static_cast<std::uint32_t>(
+                    aligned(place[row] + node.phase, part.boundary) - node.phase);
                 piece.place += place[row];
                 place[row] += child.size;
             }
@@ -490,10 +492,12 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
     else
     {
         const Run run = runOf(node, piece, offset);
-        if (column.shape == Shape::latin1)
-            appendLatin1(myText, run.first, run.count);
-        else
+        if (column.shape == Shape::utf16)
             appendUtf16(myText, myPlan.nodes[node.element], run.first, run.count);
+        else
+            appendLatin1(
+                myText, run.first,
+                column.shape == Shape::hinted ? textSize(run.first, run.count) : run.count);
         if (column.shape == Shape::utf16) replaceSurrogates(myText);
     }
     return append(cells, reinterpret_cast<const std::uint8_t*>(myText.data()), myText.size());
@@ -565,6 +569,7 @@ void BatchWriter::finishColumn(std::uint32_t at, std::size_t rows, ArrowArray& a
         case Shape::labelText:
         case Shape::latin1:
         case Shape::utf16:
+        case Shape::hinted:
         case Shape::octets:
         case Shape::json:
         case Shape::kept:

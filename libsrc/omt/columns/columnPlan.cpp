@@ -93,6 +93,9 @@ private:
             case Look::utf16:
                 setLeaf(column, Shape::utf16, "u");
                 return true;
+            case Look::text:
+                setLeaf(column, Shape::hinted, "u");
+                return true;
             case Look::hexadecimal:
                 setLeaf(column, Shape::octets, "z");
                 return true;

@@ -23,6 +23,8 @@ enum class Shape : std::uint8_t
     /// Characters of 8 and of 16 bits.
     latin1,
     utf16,
+    /// Characters up to the first zero.
+    hinted,
     octets,
     list,
     record,

@@ -36,11 +36,12 @@ struct ColumnOptions
 /// time. Copies share everything.
 ///
 /// Records are structs, arrays lists, characters texts (UTF-8; half of a surrogate pair is U+FFFD),
-/// octets binary. A variant record is a struct with the discriminant and all alternatives, of which
-/// all but one are null, and with "octets" where those of unknown alternatives may be kept. A
-/// record without fields is a boolean, which is true where it is there. What holds its own datatype
-/// again is JSON text from there on, and so is what would be more than 60 levels deep; a datatype
-/// of more than 16,384 columns is JSON text as a whole.
+/// octets binary, and those that a hint says are text the text before the first zero. A variant
+/// record is a struct with the discriminant and all alternatives, of which all but one are null,
+/// and with "octets" where those of unknown alternatives may be kept. A record without fields is a
+/// boolean, which is true where it is there. What holds its own datatype again is JSON text from
+/// there on, and so is what would be more than 60 levels deep; a datatype of more than 16,384
+/// columns is JSON text as a whole.
 class OMT_EXPORT Columns
 {
 public:
