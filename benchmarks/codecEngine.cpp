@@ -218,12 +218,8 @@ struct Pieces
     static double decode()
     {
         static omt::Value theValue;
-        return rounds<Layout>(theQuick,
-                              [](All& all, std::size_t i)
-                              {
-                                  all.type.decode(all.octets[i], theValue);
-                                  return theValue.fault() ? 0.0 : 1.0;
-                              });
+        return rounds<Layout>(theQuick, [](All& all, std::size_t i)
+                              { return all.type.decode(all.octets[i], theValue) ? 1.0 : 0.0; });
     }
 
     static double fieldByHand()

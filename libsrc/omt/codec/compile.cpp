@@ -43,6 +43,7 @@ Plan Compiler::compile()
     for (const Id id : myOrder) layOut(id);
     finishArrays();
     applyHints();
+    findShapes();
     ScriptCompiler(myPlan).run(myOrder);
     return std::move(myPlan);
 }

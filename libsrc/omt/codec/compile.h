@@ -81,8 +81,22 @@ private:
     void layOutVariant(Node& node);
     void layOutArray(Id id);
     void setRest(Node& node);
-    void findGaps(Node& node);
     void finishArrays();
+
+    // What decoding looks at first: compileShapes.cpp.
+    /// Padding octets from the start of a node, in order.
+    using Holes = std::vector<std::uint32_t>;
+    void findShapes();
+    void findShape(Node& node);
+    bool addHoles(Holes& holes, std::uint32_t from, std::uint32_t to) const;
+    bool addHoles(Holes& holes, std::uint32_t at, const Node& child) const;
+    bool addHoles(Holes& holes, const Node& node, std::uint32_t fields) const;
+    void addGaps(const Holes& holes, std::uint32_t size);
+    bool setGaps(Node& node, const Holes& holes, std::uint32_t size);
+    bool setFork(Node& node, std::uint32_t lead);
+    void setLead(Node& node);
+    void addTargets(const Node& variant);
+
     /// Calls `visit` for the nodes that one holds without an array of any number between.
     template <typename Visit>
     void forEachHeld(Id id, const Visit& visit) const;

@@ -212,7 +212,6 @@ void Compiler::layOut(Id id)
         case Form::octets:
             break;
     }
-    if (node.isFixed ? node.hasPadding : node.form == Form::record) findGaps(node);
     if (node.isFixed && node.size > theLargestSize)
     {
         if (mySources[id])
@@ -220,55 +219,6 @@ void Compiler::layOut(Id id)
                  "\"" + mySources[id].definition().name.str() + "\" has more than 2^31 octets");
         makeOctets(id);
     }
-}
-
-// Padding in a list, so that it is checked without a walk, of all of a node of fixed size or of the
-// fields that a record begins with. Nodes with much of it have no list.
-void Compiler::findGaps(Node& node)
-{
-    std::vector<Gap> gaps;
-    std::uint64_t end = 0;
-    bool isListed = true;
-    const auto add = [&](std::uint64_t at, const Node& child)
-    {
-        constexpr std::size_t theMostGaps = 16;
-        if (at > end)
-            gaps.push_back({static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(at - end)});
-        isListed = isListed && (!child.hasPadding || child.gaps != theNone) &&
-                   gaps.size() + child.gapCount <= theMostGaps;
-        for (std::uint32_t i = 0; isListed && i < child.gapCount; ++i)
-        {
-            const Gap gap = myPlan.gaps[child.gaps + i];
-            gaps.push_back({static_cast<std::uint32_t>(at) + gap.offset, gap.size});
-        }
-        end = at + child.size;
-    };
-    std::uint32_t lead = 0;
-    if (node.form == Form::record)
-        for (; isListed && lead < node.parts; ++lead)
-        {
-            const Part& part = myPlan.parts[node.first + lead];
-            const Node& child = myPlan.nodes[part.node];
-            if (!node.isFixed && (!child.isFixed || child.empties > 0 || child.size == 0)) break;
-            add(part.offset, child);
-        }
-    else
-        for (std::uint64_t i = 0; isListed && i < node.count; ++i)
-            add(i * node.stride, myPlan.nodes[node.element]);
-    if (!node.isFixed)
-    {
-        if (node.isLooking || lead == 0 || lead == node.parts) return;
-        const std::uint32_t next = myPlan.parts[node.first + lead].offset;
-        isListed = isListed && next <= theLargestSize;
-        if (next > end)
-            gaps.push_back(
-                {static_cast<std::uint32_t>(end), next - static_cast<std::uint32_t>(end)});
-        if (isListed) node.lead = lead;
-    }
-    if (!isListed) return;
-    node.gaps = static_cast<std::uint32_t>(myPlan.gaps.size());
-    node.gapCount = static_cast<std::uint32_t>(gaps.size());
-    myPlan.gaps.insert(myPlan.gaps.end(), gaps.begin(), gaps.end());
 }
 
 namespace

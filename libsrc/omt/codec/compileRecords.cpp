@@ -169,11 +169,6 @@ void Compiler::closeChoices(Choices& choices, const Enumeration* names) const
     { return one.number == two.number; };
     choices.numbers.erase(std::unique(choices.numbers.begin(), choices.numbers.end(), isSame),
                           choices.numbers.end());
-    constexpr std::size_t theDenseSize = 64;
-    choices.dense.assign(theDenseSize, choices.other == theNone ? theUnknown : choices.other);
-    for (const Choices::Range& row : choices.numbers)
-        if (static_cast<std::uint64_t>(row.number) < theDenseSize)
-            choices.dense[static_cast<std::size_t>(row.number)] = row.alternative;
 }
 
 // Counts stated by a note --------------------------------------------------------------------

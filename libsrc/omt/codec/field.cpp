@@ -136,7 +136,7 @@ bool Field::findQuickly(Octets value, std::size_t& at, std::size_t& end) const
 bool Field::findSlowly(Octets value, std::size_t& at, std::size_t& end) const
 {
     Index index;
-    Indexer(*myPlan, value, index).run(myRoot);
+    indexValue(*myPlan, myRoot, value, index);
     const omt::Steps steps(*myPlan, index);
     Spot spot = steps.root(myRoot);
     for (const Step& step : mySteps)

@@ -49,67 +49,26 @@ std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const L
     return stack[0];
 }
 
-void Index::clear()
+void Index::forgetOddities()
 {
-    entries.clear();
     notes.clear();
     fault.reset();
-    octets = 0;
-    looked.clear();
 }
 
-namespace
+bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
 {
-
-// Whether a node of fixed size stands here with nothing to say of it.
-bool isPlain(const Plan& plan, const Node& node, const std::uint8_t* octets)
-{
-    if (!node.isFixed || node.size == 0 || node.empties > 0 || node.height >= theDeepest)
-        return false;
-    if (node.hasPadding && node.gaps == theNone) return false;
-    std::uint8_t any = 0;
-    for (std::uint32_t i = 0; i < node.gapCount; ++i)
-    {
-        const Gap gap = plan.gaps[node.gaps + i];
-        for (std::uint32_t j = 0; j < gap.size; ++j) any = any | octets[gap.offset + j];
-    }
-    return any == 0;
-}
-
-}  // namespace
-
-bool indexDirectly(const Plan& plan, std::uint32_t id, Octets octets, Index& index)
-{
-    const Node& node = plan.nodes[id];
-    if (node.isFixed && node.size == octets.size() && isPlain(plan, node, octets.data()))
-    {
-        index.clear();
-        index.octets = node.size;
-        return true;
-    }
-    if (node.form != Form::variant || node.length != Length::none || octets.size() < node.body)
-        return false;
-    const Node& discriminant = plan.nodes[node.element];
-    const std::uint32_t alternative =
-        plan.findAlternative(node, loadInteger(discriminant, octets.data()));
-    if (alternative >= theUnknown) return false;
-    const Node& inside = plan.nodes[plan.parts[node.first + alternative].node];
-    if (octets.size() - node.body != inside.size) return false;
-    std::uint8_t any = 0;
-    for (std::uint32_t i = discriminant.size; i < node.body; ++i) any = any | octets[i];
-    if (any != 0 || !isPlain(plan, inside, octets.data() + node.body)) return false;
     index.clear();
-    index.octets = narrow(octets.size());
-    index.entries.push_back({id, 0, index.octets, alternative, 1});
-    return true;
+    if (octets.size() <= theMostOctets && QuickIndexer<true>(plan, octets, &index).run(node))
+        return true;
+    return Indexer(plan, octets, index).run(node);
 }
 
 // What the walk keeps ------------------------------------------------------------------------
 
-std::uint32_t Indexer::open(std::uint32_t id, std::size_t at)
+std::uint32_t Indexer::open(std::size_t at)
 {
     const auto entry = static_cast<std::uint32_t>(myIndex.entries.size());
-    myIndex.entries.push_back({id, narrow(at), narrow(at), 0, entry + 1});
+    myIndex.entries.push_back({narrow(at), narrow(at), 0, entry + 1});
     return entry;
 }
 
@@ -209,14 +168,9 @@ bool Indexer::pad(std::size_t& at, std::size_t start, std::uint32_t boundary, st
 
 void Indexer::checkPadding(const Node& node, std::size_t at, std::uint32_t depth)
 {
-    std::uint8_t any = node.gaps == theNone ? 1 : 0;
-    for (std::uint32_t i = 0; i < node.gapCount; ++i)
-    {
-        const Gap gap = myPlan.gaps[node.gaps + i];
-        const std::uint8_t* const first = myOctets.data() + at + gap.offset;
-        for (std::uint32_t j = 0; j < gap.size; ++j) any = any | first[j];
-    }
-    if (any != 0) notePadding(node, at, depth);
+    if (node.gaps != theNone && isZeroIn(myPlan, node.gaps, node.gapCount, myOctets.data() + at))
+        return;
+    notePadding(node, at, depth);
 }
 
 // Walks through a node of fixed size and notes each place where padding is not zero.
@@ -330,8 +284,6 @@ bool Indexer::run(std::uint32_t node)
     std::size_t at = 0;
     if (myOctets.size() > theMostOctets)
         return fail("a value of more than 4 GB", 0, 0, myOctets.size(), 0);
-    if (QuickIndexer<true>(myPlan, myOctets, &myIndex).run(node)) return true;
-    myIndex.entries.clear();
     const bool isWhole = piece(node, at, {myOctets.size(), 0, 0});
     if (isWhole)
         acceptTail(at);
@@ -360,13 +312,6 @@ void Indexer::acceptTail(std::size_t& at)
     at = myOctets.size();
 }
 
-std::optional<std::size_t> Indexer::endOf(std::uint32_t node, std::size_t at, std::size_t limit,
-                                          std::size_t reserve)
-{
-    if (!piece(node, at, {limit, reserve, 0})) return std::nullopt;
-    return at;
-}
-
 bool Indexer::piece(std::uint32_t id, std::size_t& at, const Around& around)
 {
     const Node& node = myPlan.nodes[id];
@@ -385,7 +330,7 @@ bool Indexer::piece(std::uint32_t id, std::size_t& at, const Around& around)
         case Form::octets:
             break;
     }
-    const std::uint32_t entry = open(id, at);
+    const std::uint32_t entry = open(at);
     at = std::max(at, around.limit - std::min(around.limit, around.reserve));
     close(entry, at);
     return true;
@@ -408,27 +353,28 @@ bool Indexer::record(std::uint32_t id, std::size_t& at, const Around& around)
 {
     const Node& node = myPlan.nodes[id];
     const std::size_t start = at;
-    const std::uint32_t entry = open(id, at);
+    const std::uint32_t entry = open(at);
     myIndex.entries[entry].next = theNone;
     const std::size_t looked = myIndex.looked.size();
     if (node.isLooking) myIndex.looked.resize(looked + node.parts);
     myFrames[around.depth].node = id;
     for (std::uint32_t i = 0; i < node.parts; ++i)
-        if (!field(node, i, start, at, around, looked)) return false;
+        if (!field(node, i, entry, at, around, looked)) return false;
     myIndex.looked.resize(looked);
     close(entry, at);
     return at != start || charge(1, at, around);
 }
 
-bool Indexer::field(const Node& node, std::uint32_t i, std::size_t start, std::size_t& at,
+bool Indexer::field(const Node& node, std::uint32_t i, std::uint32_t entry, std::size_t& at,
                     const Around& around, std::size_t looked)
 {
+    const std::size_t start = myIndex.entries[entry].offset;
     const Part& part = myPlan.parts[node.first + i];
     std::uint32_t decided = theNone;
     if (part.decider != theNone)
     {
         const Looked decider = myIndex.looked[looked + part.decider];
-        decided = open(part.node, at);
+        decided = open(at);
         if (!decider.isThere || decider.number != part.decidingNumber) return true;
         myIndex.entries[decided].count = 1;
         myIndex.entries[decided].next = theNone;
@@ -437,6 +383,7 @@ bool Indexer::field(const Node& node, std::uint32_t i, std::size_t start, std::s
     Around inner = around.inner(&part);
     if (!pad(at, start - node.phase, part.boundary, part.node, inner)) return false;
     inner.reserve += part.rest;
+    if (node.shape == Shape::fork && i + 1 == node.parts) inner.entry = entry;
     myLookedBase = looked;
     if (!piece(part.node, at, inner)) return false;
     if (decided != theNone) close(decided, at);
@@ -453,7 +400,7 @@ bool Indexer::field(const Node& node, std::uint32_t i, std::size_t start, std::s
 bool Indexer::array(std::uint32_t id, std::size_t& at, const Around& around)
 {
     const Node& node = myPlan.nodes[id];
-    const std::uint32_t entry = open(id, at);
+    const std::uint32_t entry = open(at);
     const std::size_t start = at;
     myIndex.entries[entry].next = theNone;
     myFrames[around.depth].node = id;
@@ -691,11 +638,11 @@ bool Indexer::variant(std::uint32_t id, std::size_t& at, const Around& around)
     if (alternative == theUnknown && node.length == Length::none)
         return fail("no alternative for the number " + std::to_string(number), at,
                     discriminant.size, left, around.depth + 1);
-    const std::uint32_t entry = open(id, at);
+    const std::uint32_t entry = around.entry == theNone ? open(at) : around.entry;
     myIndex.entries[entry].next = theNone;
     myIndex.entries[entry].count = alternative;
     at += discriminant.size;
-    if (node.length != Length::none) return measured(entry, node, at, alternative, around);
+    if (node.length != Length::none) return measured(entry, node, start, at, alternative, around);
     if (alternative == theNothing)
     {
         myTailAt = at;
@@ -722,10 +669,9 @@ bool Indexer::variant(std::uint32_t id, std::size_t& at, const Around& around)
 }
 
 // A variant record that says how long its alternative is.
-bool Indexer::measured(std::uint32_t entry, const Node& node, std::size_t& at,
+bool Indexer::measured(std::uint32_t entry, const Node& node, std::size_t start, std::size_t& at,
                        std::uint32_t alternative, const Around& around)
 {
-    const std::size_t start = myIndex.entries[entry].offset;
     myIndex.entries[entry].count = theNothing;
     const std::size_t place = start + node.lengthOffset;
     const std::size_t header = place + 4;
@@ -806,6 +752,7 @@ bool Indexer::settleDoubt(std::uint32_t entry, const Node& node, std::size_t& at
     if (myIsProbing) return false;
     const std::size_t start = myIndex.entries[entry].offset;
     const Doubt doubt = myDoubt;
+    const std::uint32_t array = myFrames[around.depth].node;
     const auto fits = [&](std::size_t end)
     {
         const Mark before = mark();
@@ -817,7 +764,7 @@ bool Indexer::settleDoubt(std::uint32_t entry, const Node& node, std::size_t& at
             pad(place, start, boundary, node.element, inner) && piece(node.element, place, inner);
         goBack(before);
         myIsProbing = false;
-        myFrames[around.depth].node = myIndex.entries[entry].node;
+        myFrames[around.depth].node = array;
         return isFit;
     };
     if (fits(doubt.stated) || !fits(doubt.own)) return false;

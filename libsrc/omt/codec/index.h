@@ -15,10 +15,10 @@ namespace omt
 {
 
 /// One piece of open size. Pieces stand in the order of their octets, each before those in it. A
-/// field that another one decides about has an entry of its own, with a count of 1 if it is there.
+/// record that is a fork and its variant record are one entry. A field that another one decides
+/// about has an entry of its own, with a count of 1 if it is there.
 struct Entry
 {
-    std::uint32_t node = 0;
     std::uint32_t offset = 0;
     std::uint32_t end = 0;
     /// Of an array: its elements, at a fault those of which there is something. Of a variant
@@ -46,10 +46,31 @@ struct Index
     /// For the walk itself.
     std::vector<Looked> looked;
 
-    void clear();
+    void clear()
+    {
+        entries.clear();
+        if (fault || !notes.empty()) forgetOddities();
+    }
+
+private:
+    void forgetOddities();
 };
 
 static_assert(std::endian::native == std::endian::little, "loads swap octets for big-endian");
+
+inline std::uint16_t loadBig16(const std::uint8_t* octets)
+{
+    std::uint16_t bits;
+    std::memcpy(&bits, octets, sizeof bits);
+    return __builtin_bswap16(bits);
+}
+
+inline std::uint32_t loadBig32(const std::uint8_t* octets)
+{
+    std::uint32_t bits;
+    std::memcpy(&bits, octets, sizeof bits);
+    return __builtin_bswap32(bits);
+}
 
 /// The octets of a number, the last one lowest.
 inline std::uint64_t loadBits(const Node& node, const std::uint8_t* octets)
@@ -103,9 +124,21 @@ inline double loadNumber(const Node& node, const std::uint8_t* octets)
     return static_cast<double>(static_cast<std::uint64_t>(number));
 }
 
-/// Indexes the usual values at once: those of fixed size, and variant records with an alternative
-/// of fixed size, neither with octets missing, left or odd. False for any other, with nothing done.
-bool indexDirectly(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
+/// Indexes a whole value; whether there was no fault.
+bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
+
+/// Whether padding of a node that begins here is zero, as far as it is listed.
+inline bool isZeroIn(const Plan& plan, std::uint32_t gaps, std::uint32_t count,
+                     const std::uint8_t* octets)
+{
+    for (const Gap *gap = plan.gaps.data() + gaps, *end = gap + count; gap != end; ++gap)
+    {
+        std::uint64_t bits = octets[gap->offset];
+        if (!gap->isOctet) std::memcpy(&bits, octets + gap->offset, sizeof bits);
+        if ((bits & gap->mask) != 0) return false;
+    }
+    return true;
+}
 
 /// How many elements other fields state for an array, given what these hold.
 std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const Looked* looked);
@@ -117,29 +150,28 @@ public:
         : myPlan(plan), myOctets(octets), myIndex(index)
     {
         myIndex.clear();
+        myIndex.looked.clear();
     }
 
     /// Lets notes go, which take memory.
     void dropNotes() { myDropsNotes = true; }
     /// Indexes a whole value; whether there was no fault.
     bool run(std::uint32_t node);
-    /// Where a piece ends that begins at `at`, or nothing at a fault.
-    std::optional<std::size_t> endOf(std::uint32_t node, std::size_t at, std::size_t limit,
-                                     std::size_t reserve);
 
 private:
     /// What a piece is in: where its octets end, how many of these are kept back for what follows
-    /// it, how deep it is nested, and the field that it is, if it is one.
+    /// it, how deep it is nested, the field that it is, and the entry that it shares.
     struct Around
     {
         std::size_t limit;
         std::size_t reserve;
         std::uint32_t depth;
         const Part* part = nullptr;
+        std::uint32_t entry = theNone;
 
         Around inner(const Part* field = nullptr) const
         {
-            return {limit, reserve, depth + 1, field};
+            return {limit, reserve, depth + 1, field, theNone};
         }
     };
     /// Not set to zero, as only what the walk has written is read.
@@ -164,7 +196,7 @@ private:
     bool piece(std::uint32_t id, std::size_t& at, const Around& around);
     bool fixed(std::uint32_t id, std::size_t& at, const Around& around);
     bool record(std::uint32_t id, std::size_t& at, const Around& around);
-    bool field(const Node& node, std::uint32_t i, std::size_t start, std::size_t& at,
+    bool field(const Node& node, std::uint32_t i, std::uint32_t entry, std::size_t& at,
                const Around& around, std::size_t looked);
     bool array(std::uint32_t id, std::size_t& at, const Around& around);
     bool counted(std::uint32_t entry, const Node& node, std::size_t& at, const Around& around);
@@ -179,8 +211,8 @@ private:
                  const Around& around);
     bool settleDoubt(std::uint32_t entry, const Node& node, std::size_t& at, const Around& around);
     bool variant(std::uint32_t id, std::size_t& at, const Around& around);
-    bool measured(std::uint32_t entry, const Node& node, std::size_t& at, std::uint32_t alternative,
-                  const Around& around);
+    bool measured(std::uint32_t entry, const Node& node, std::size_t start, std::size_t& at,
+                  std::uint32_t alternative, const Around& around);
     bool alternative(std::uint32_t entry, const Node& node, std::size_t& at, std::size_t length,
                      const Around& around);
 
@@ -196,7 +228,7 @@ private:
                           std::uint32_t depth);
     void acceptTail(std::size_t& at);
 
-    std::uint32_t open(std::uint32_t id, std::size_t at);
+    std::uint32_t open(std::size_t at);
     void close(std::uint32_t entry, std::size_t at);
     Mark mark() const;
     void goBack(const Mark& mark);

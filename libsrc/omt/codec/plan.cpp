@@ -64,13 +64,18 @@ std::uint32_t Plan::findEntry(const Enumeration& table, std::string_view name) c
     return *place;
 }
 
-std::uint32_t Plan::findSparse(const Choices& table, std::int64_t number)
+Target Plan::findSparse(const Node& variant, std::int64_t number) const
 {
+    const Choices& table = choices[variant.table];
     const auto place = std::lower_bound(table.numbers.begin(), table.numbers.end(), number,
                                         [](const Choices::Range& row, std::int64_t wanted)
                                         { return row.number < wanted; });
-    if (place != table.numbers.end() && place->number == number) return place->alternative;
-    return table.other == theNone ? theUnknown : table.other;
+    const bool isFound = place != table.numbers.end() && place->number == number;
+    const std::uint32_t alternative = isFound                  ? place->alternative
+                                      : table.other == theNone ? theUnknown
+                                                               : table.other;
+    if (alternative >= theUnknown) return {alternative, theNone};
+    return {alternative, parts[variant.first + alternative].node};
 }
 
 std::uint32_t Plan::findPart(const Node& node, std::string_view name) const

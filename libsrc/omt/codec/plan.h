@@ -94,6 +94,20 @@ enum class Length : std::uint8_t
     extendable
 };
 
+/// How a node is passed over where nothing about it is odd.
+enum class Shape : std::uint8_t
+{
+    /// A fixed size, octets in each element and field, and its padding listed.
+    plain,
+    /// Plain fields and a variant record after them, or a variant record alone: see Fork.
+    fork,
+    record,
+    array,
+    octets,
+    /// Only by the slow way.
+    odd
+};
+
 /// A text of the plan's pool.
 struct Name
 {
@@ -101,17 +115,19 @@ struct Name
     std::uint32_t size = 0;
 };
 
-struct Node
+// What decoding looks at comes first, so that it stands in one cache line.
+struct alignas(64) Node
 {
     Form form = Form::octets;
-    Scalar scalar = Scalar::unsignedInteger;
+    Shape shape = Shape::odd;
     Extent extent = Extent::fixed;
+    Scalar scalar = Scalar::unsignedInteger;
+    bool isLittleEndian = false;
     Look look = Look::elements;
     Length length = Length::none;
     /// V: 1, 2, 4 or 8.
     std::uint8_t boundary = 1;
     bool isFixed = false;
-    bool isLittleEndian = false;
     /// Whether there is padding anywhere in it; only for nodes of fixed size.
     bool hasPadding = false;
     /// Of a record: whether a field decides whether another is there or how long it is.
@@ -123,8 +139,10 @@ struct Node
     std::uint8_t phase = 0;
     /// Octets if isFixed, else the least number of octets.
     std::uint32_t size = 0;
-    /// Fields and elements without octets in a node of fixed size.
-    std::uint32_t empties = 0;
+    /// Padding in a node of fixed size and in the lead of a record: a range of Plan::gaps, if
+    /// there is not too much of it.
+    std::uint32_t gaps = theNone;
+    std::uint32_t gapCount = 0;
     /// Of an array: its element. Of a variant record: its discriminant.
     std::uint32_t element = theNone;
     /// Of an array: octets from one element to the next, if elements have a fixed size; else the
@@ -135,21 +153,21 @@ struct Node
     /// The cardinality of other arrays.
     std::uint32_t least = 0;
     std::uint32_t most = theNone;
-    /// Of a record: its fields. Of a variant record: its alternatives.
+    /// Of a record: its fields. Of a variant record: its discriminant and its alternatives.
     std::uint32_t first = 0;
     std::uint32_t parts = 0;
     /// Of a number: its Enumeration, if it has one. Of a variant record: its Choices.
     std::uint32_t table = theNone;
+    /// Of the shape fork: a place in Plan::forks.
+    std::uint32_t fork = theNone;
+    /// Of a record of open size: how many plain fields it begins with; 0 where it has too much
+    /// padding before the next one.
+    std::uint32_t lead = 0;
     /// Of a variant record: where the length stands, and the alternative.
     std::uint32_t lengthOffset = 0;
     std::uint32_t body = 0;
-    /// Of a record of open size: how many fields of fixed size it begins with, none of them without
-    /// octets; 0 where it has too much padding before the next one.
-    std::uint32_t lead = 0;
-    /// Padding in a node of fixed size and in this lead: a range of Plan::gaps, if there is not too
-    /// much of it.
-    std::uint32_t gaps = theNone;
-    std::uint32_t gapCount = 0;
+    /// Fields and elements without octets in a node of fixed size.
+    std::uint32_t empties = 0;
     /// Of a number: octets of the longest of its names in JSON.
     std::uint32_t longestLabel = 0;
     /// How the first fields of a record stand in JSON, if they have a fixed size and there are not
@@ -163,6 +181,37 @@ struct Node
     Name units;
 };
 
+/// How a discriminant is loaded.
+enum class Load : std::uint8_t
+{
+    octet,
+    big16,
+    big32,
+    /// By its node.
+    other
+};
+
+/// A variant record, and the fields before it where it ends a record of plain fields. Places count
+/// from the start of this record. It has one Entry, and its alternative one if of open size.
+struct Fork
+{
+    /// Octets up to the alternative.
+    std::uint32_t body = 0;
+    /// The discriminant, and the length of the alternative if it has one.
+    std::uint32_t place = 0;
+    std::uint32_t lengthPlace = 0;
+    Length length = Length::none;
+    Load load = Load::other;
+    /// The alternatives of the first numbers, in Plan::targets.
+    std::uint32_t targets = 0;
+    /// Padding up to the alternative: a range of Plan::gaps, first that in the fields before.
+    std::uint32_t gaps = 0;
+    std::uint32_t leadGaps = 0;
+    std::uint32_t gapCount = 0;
+    /// The node of the variant record.
+    std::uint32_t variant = 0;
+};
+
 /// A text of JSON, and the number or text of a value after it.
 struct ScriptStep
 {
@@ -173,11 +222,13 @@ struct ScriptStep
     Leaf leaf = Leaf::end;
 };
 
-/// Octets of padding in a node, from its start.
+/// Octets of padding: those under a mask, as memory has them, of eight octets at an offset from the
+/// start of the node; of one octet where there are no eight.
 struct Gap
 {
     std::uint32_t offset = 0;
-    std::uint32_t size = 0;
+    bool isOctet = false;
+    std::uint64_t mask = 0;
 };
 
 /// A field of a record, or an alternative of a variant record.
@@ -255,7 +306,6 @@ struct Choices
     };
     /// By number.
     std::vector<Range> numbers;
-    std::vector<std::uint32_t> dense;
     /// The alternative of HLAother.
     std::uint32_t other = theNone;
 };
@@ -282,6 +332,16 @@ struct Meaning
     /// One of Plan::enumerations.
     std::uint32_t table = theNone;
 };
+/// An alternative of a variant record by its index and its node; theNothing and theUnknown have
+/// none.
+struct Target
+{
+    std::uint32_t alternative = theUnknown;
+    std::uint32_t node = theNone;
+};
+
+/// How many numbers of each variant record stand in Plan::targets.
+constexpr std::uint32_t theTargets = 64;
 
 struct Plan
 {
@@ -295,6 +355,9 @@ struct Plan
     /// By node; empty where no hint fits.
     std::vector<Meaning> meanings;
     /// Texts, and octets after them so that any text may be copied in blocks of 16.
+    /// The alternatives of the numbers from 0 on, theTargets for each of `choices`.
+    std::vector<Target> targets;
+    std::vector<Fork> forks;
     std::string pool;
     /// Nodes by the names of datatypes.
     std::unordered_map<std::string, std::uint32_t> names;
@@ -313,19 +376,22 @@ struct Plan
     static std::uint32_t findEntry(const Enumeration& table, std::int64_t number);
     /// The index of the first entry with this name, or theNone.
     std::uint32_t findEntry(const Enumeration& table, std::string_view name) const;
+    Target findTarget(const Node& variant, std::int64_t number) const;
+    Target findSparse(const Node& variant, std::int64_t number) const;
     /// The index of the alternative, theNothing or theUnknown.
-    std::uint32_t findAlternative(const Node& variant, std::int64_t number) const;
-    static std::uint32_t findSparse(const Choices& table, std::int64_t number);
+    std::uint32_t findAlternative(const Node& variant, std::int64_t number) const
+    {
+        return findTarget(variant, number).alternative;
+    }
     /// The index in a record or variant record of the part with this name, or theNone.
     std::uint32_t findPart(const Node& node, std::string_view name) const;
 };
 
-inline std::uint32_t Plan::findAlternative(const Node& variant, std::int64_t number) const
+inline Target Plan::findTarget(const Node& variant, std::int64_t number) const
 {
-    const Choices& table = choices[variant.table];
-    if (static_cast<std::uint64_t>(number) < table.dense.size())
-        return table.dense[static_cast<std::size_t>(number)];
-    return findSparse(table, number);
+    if (static_cast<std::uint64_t>(number) < theTargets)
+        return targets[variant.table * std::size_t{theTargets} + static_cast<std::size_t>(number)];
+    return findSparse(variant, number);
 }
 
 /// The next multiple of a boundary of 1, 2, 4 or 8.

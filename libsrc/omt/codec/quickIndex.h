@@ -34,9 +34,9 @@ public:
     };
 
     /// Whether the index is written.
-    bool run(std::uint32_t node)
+    bool run(std::uint32_t id)
     {
-        const std::size_t at = piece(node, 0, {mySize, 0, 0});
+        const std::size_t at = piece(id, 0, {mySize, 0, 0});
         if (at == theOdd || (at != mySize && myHasTail)) return false;
         myIndex->octets = static_cast<std::uint32_t>(at);
         return true;
@@ -45,24 +45,8 @@ public:
     /// Where a piece ends that begins at `at`, or theOdd.
     std::size_t piece(std::uint32_t id, std::size_t at, const Around& around)
     {
-        constexpr std::uint32_t theDeepestQuick = 32;
         const Node& node = myPlan.nodes[id];
-        if (node.isFixed) return fixed(node, at, around);
-        if (around.depth >= theDeepestQuick) return theOdd;
-        switch (node.form)
-        {
-            case Form::record:
-                return record(id, node, at, around);
-            case Form::array:
-                return array(id, node, at, around);
-            case Form::variant:
-                return variant(id, node, at, around);
-            case Form::number:
-            case Form::octets:
-                break;
-        }
-        const std::uint32_t entry = open(id, at);
-        return close(entry, std::max(at, around.limit - std::min(around.limit, around.reserve)));
+        return node.shape == Shape::plain ? plain(node, at, around.limit) : open(node, at, around);
     }
 
     /// Where a field of a record begins, given where the record does. `around` becomes the field's.
@@ -117,11 +101,12 @@ public:
         return theOdd;
     }
 
-    /// Where the alternative of this index begins.
+    /// Where the alternative of a variant record begins that has this index.
     std::size_t alternative(const Node& node, std::uint32_t wanted, std::size_t at, Around& around)
     {
         const std::size_t size = myPlan.nodes[node.element].size;
-        if (around.limit - at < size || numberOf(node, at) != wanted) return theOdd;
+        if (around.limit - at < size || target(myPlan.forks[node.fork], at).alternative != wanted)
+            return theOdd;
         const std::size_t body = at + node.body;
         if (body > around.limit) return theOdd;
         around.depth += 1;
@@ -134,15 +119,25 @@ public:
     }
 
 private:
-    std::uint32_t open(std::uint32_t id, std::size_t at, std::uint32_t count = 0)
+    void add(std::size_t at, std::size_t end, std::uint64_t count)
+    {
+        if constexpr (!isKept) return;
+        const auto next = static_cast<std::uint32_t>(myIndex->entries.size() + 1);
+        myIndex->entries.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(end),
+                                    static_cast<std::uint32_t>(count), next});
+    }
+    // The entry of a piece that may have entries in it.
+    std::size_t begin(std::size_t at, std::uint64_t count = 0)
     {
         if constexpr (!isKept) return 0;
-        const auto entry = static_cast<std::uint32_t>(myIndex->entries.size());
-        const auto place = static_cast<std::uint32_t>(at);
-        myIndex->entries.push_back({id, place, place, count, entry + 1});
-        return entry;
+        add(at, at, count);
+        return myIndex->entries.size() - 1;
     }
-    std::size_t close(std::uint32_t entry, std::size_t at)
+    void setCount(std::size_t entry, std::uint64_t count)
+    {
+        if constexpr (isKept) myIndex->entries[entry].count = static_cast<std::uint32_t>(count);
+    }
+    std::size_t finish(std::size_t entry, std::size_t at)
     {
         if constexpr (isKept)
         {
@@ -152,77 +147,70 @@ private:
         }
         return at;
     }
-    void setCount(std::uint32_t entry, std::uint64_t count)
-    {
-        if constexpr (isKept) myIndex->entries[entry].count = static_cast<std::uint32_t>(count);
-    }
 
-    std::uint32_t load(std::size_t at) const
-    {
-        std::uint32_t bits;
-        std::memcpy(&bits, myData + at, 4);
-        return __builtin_bswap32(bits);
-    }
+    std::uint32_t load(std::size_t at) const { return loadBig32(myData + at); }
 
     bool isZero(std::size_t at, std::size_t end) const
     {
         if constexpr (!isKept) return true;
-        if (at == end) return true;
-        if (at + 8 <= mySize && end - at <= 8)
-        {
-            std::uint64_t eight;
-            std::memcpy(&eight, myData + at, 8);
-            return eight << (64 - 8 * (end - at)) == 0;
-        }
         return std::all_of(myData + at, myData + end, [](std::uint8_t one) { return one == 0; });
     }
-    bool isPaddedWithZeros(const Node& node, std::size_t at) const
+    bool isPadded(std::uint32_t gaps, std::uint32_t count, std::size_t at) const
     {
-        if constexpr (!isKept) return true;
-        if (node.gaps == theNone) return !node.hasPadding;
-        for (std::uint32_t i = 0; i < node.gapCount; ++i)
-        {
-            const Gap gap = myPlan.gaps[node.gaps + i];
-            if (!isZero(at + gap.offset, at + gap.offset + gap.size)) return false;
-        }
-        return true;
+        return !isKept || count == 0 || isZeroIn(myPlan, gaps, count, myData + at);
     }
     std::size_t padded(std::size_t start, std::size_t at, std::uint32_t boundary, std::size_t limit)
     {
         const std::size_t place = start + aligned(at - start, boundary);
-        return place <= limit && isZero(at, place) ? place : theOdd;
+        return place == at ? at : place <= limit && isZero(at, place) ? place : theOdd;
     }
 
-    static bool hasOctets(const Node& node) { return node.empties == 0 && node.size > 0; }
     static bool isIn(const Node& node, std::uint64_t count)
     {
         return !isKept || (count >= node.least && count <= node.most);
     }
 
-    std::size_t fixed(const Node& node, std::size_t at, const Around& around) const
+    std::size_t plain(const Node& node, std::size_t at, std::size_t limit) const
     {
-        const bool isPlain = hasOctets(node) && node.size <= around.limit - at &&
-                             around.depth + node.height <= theDeepest + 1;
-        return isPlain && isPaddedWithZeros(node, at) ? at + node.size : theOdd;
+        const bool isPlain = node.size <= limit - at && isPadded(node.gaps, node.gapCount, at);
+        return isPlain ? at + node.size : theOdd;
     }
 
-    // The fields of fixed size at the beginning of a record; `i` becomes their number.
-    std::size_t lead(const Node& node, std::size_t at, std::size_t limit, std::uint32_t& i) const
+    std::size_t open(const Node& node, std::size_t at, const Around& around)
     {
-        i = node.lead;
-        if (i == 0) return at;
-        const std::size_t end = at + myPlan.parts[node.first + i].offset;
-        return end <= limit && isPaddedWithZeros(node, at) ? end : theOdd;
+        constexpr std::uint32_t theDeepestQuick = 32;
+        if (around.depth >= theDeepestQuick) return theOdd;
+        switch (node.shape)
+        {
+            case Shape::fork:
+                return fork(myPlan.forks[node.fork], at, around);
+            case Shape::array:
+                return array(node, at, around);
+            case Shape::record:
+                return record(node, at, around);
+            case Shape::octets:
+            {
+                const std::size_t end = kept(at, around);
+                add(at, end, 0);
+                return end;
+            }
+            case Shape::plain:
+            case Shape::odd:
+                break;
+        }
+        return theOdd;
     }
 
-    std::size_t record(std::uint32_t id, const Node& node, std::size_t at, const Around& around)
+    std::size_t record(const Node& node, std::size_t at, const Around& around)
     {
-        if (node.isLooking) return theOdd;
         const std::size_t start = at;
-        const std::uint32_t entry = open(id, at);
-        std::uint32_t i = 0;
-        at = lead(node, at, around.limit, i);
-        if (at == theOdd) return theOdd;
+        const std::size_t entry = begin(at);
+        std::uint32_t i = node.lead;
+        if (i > 0)
+        {
+            at += myPlan.parts[node.first + i].offset;
+            if (at > around.limit || !isPadded(node.gaps, node.gapCount, start)) return theOdd;
+        }
         for (; i < node.parts; ++i)
         {
             const Part& part = myPlan.parts[node.first + i];
@@ -231,7 +219,7 @@ private:
             at = piece(part.node, at, {around.limit, around.reserve + part.rest, around.depth + 1});
             if (at == theOdd) return theOdd;
         }
-        return at == start ? theOdd : close(entry, at);
+        return at == start ? theOdd : finish(entry, at);
     }
 
     // Arrays -------------------------------------------------------------------------------------
@@ -245,10 +233,10 @@ private:
         return std::max(at, around.limit - std::min(around.limit, around.reserve));
     }
 
-    std::size_t array(std::uint32_t id, const Node& node, std::size_t at, const Around& around)
+    std::size_t array(const Node& node, std::size_t at, const Around& around)
     {
         const std::size_t start = at;
-        const std::uint32_t entry = open(id, at);
+        const std::size_t entry = begin(at);
         std::uint64_t count = node.count;
         switch (node.extent)
         {
@@ -271,7 +259,7 @@ private:
                 if (at > around.limit) at = theOdd;
                 break;
         }
-        return at == theOdd || at == start ? theOdd : close(entry, at);
+        return at == theOdd || at == start ? theOdd : finish(entry, at);
     }
 
     // Where the first element begins.
@@ -291,46 +279,48 @@ private:
         return needed <= limit - at && isZero(at + 4, place) ? place : theOdd;
     }
 
-    std::size_t elements(std::uint32_t entry, const Node& node, std::size_t start, std::size_t at,
+    std::size_t openElement(const Node& array, const Node& element, std::size_t start,
+                            std::size_t at, const Around& inner)
+    {
+        at = padded(start, at, boundaryIn(array), inner.limit);
+        if (at == theOdd) return at;
+        if (element.shape == Shape::fork) return fork(myPlan.forks[element.fork], at, inner);
+        return open(element, at, inner);
+    }
+
+    std::size_t elements(std::size_t entry, const Node& node, std::size_t start, std::size_t at,
                          std::uint64_t count, const Around& around)
     {
         const Node& element = myPlan.nodes[node.element];
         setCount(entry, count);
         if (count == 0) return at;
-        if (!element.isFixed)
+        if (element.shape != Shape::plain)
         {
-            const std::uint32_t boundary = boundaryIn(node);
             const Around inner{around.limit, around.reserve, around.depth + 1};
             for (std::uint64_t i = 0; i < count && at != theOdd; ++i)
-            {
-                at = padded(start, at, boundary, around.limit);
-                if (at != theOdd) at = piece(node.element, at, inner);
-            }
+                at = openElement(node, element, start, at, inner);
             return at;
         }
         const std::uint64_t size = node.stride * (count - 1) + element.size;
-        if (!hasOctets(element) || size > around.limit - at ||
-            around.depth + 1 + element.height > theDeepest + 1)
-            return theOdd;
-        if (element.hasPadding || node.stride != element.size)
+        if (size > around.limit - at) return theOdd;
+        if (isKept && (element.hasPadding || node.stride != element.size))
             for (std::uint64_t i = 0; i < count; ++i)
             {
                 const std::size_t place = at + i * node.stride;
                 if (i > 0 && !isZero(place - node.stride + element.size, place)) return theOdd;
-                if (!isPaddedWithZeros(element, place)) return theOdd;
+                if (!isPadded(element.gaps, element.gapCount, place)) return theOdd;
             }
         return at + size;
     }
 
-    std::size_t toEnd(std::uint32_t entry, const Node& node, std::size_t at, const Around& around)
+    std::size_t toEnd(std::size_t entry, const Node& node, std::size_t at, const Around& around)
     {
         const Around inside{kept(at, around), 0, around.depth};
         const Node& element = myPlan.nodes[node.element];
         const std::size_t start = at;
         std::uint64_t count = 0;
-        if (element.isFixed)
+        if (element.shape == Shape::plain)
         {
-            if (node.stride == 0) return theOdd;
             const std::size_t size = inside.limit - at;
             count = size < element.size ? 0 : (size - element.size) / node.stride + 1;
             at = elements(entry, node, start, at, count, inside);
@@ -341,15 +331,14 @@ private:
         for (; start + aligned(at - start, boundary) < inside.limit; ++count)
         {
             const std::size_t before = at;
-            at = padded(start, at, boundary, inside.limit);
-            if (at != theOdd) at = piece(node.element, at, inner);
+            at = openElement(node, element, start, at, inner);
             if (at == theOdd || at == before) return theOdd;
         }
         setCount(entry, count);
         return isIn(node, count) ? at : theOdd;
     }
 
-    std::size_t terminated(std::uint32_t entry, const Node& node, std::size_t at,
+    std::size_t terminated(std::size_t entry, const Node& node, std::size_t at,
                            const Around& around)
     {
         const Node& element = myPlan.nodes[node.element];
@@ -369,54 +358,84 @@ private:
 
     // Variant records ----------------------------------------------------------------------------
 
-    std::uint32_t numberOf(const Node& node, std::size_t at) const
+    Target target(const Fork& fork, std::size_t at) const
     {
-        return myPlan.findAlternative(node, loadInteger(myPlan.nodes[node.element], myData + at));
+        const std::uint8_t* const octets = myData + at + fork.place;
+        std::uint64_t number = *octets;
+        const Node& variant = myPlan.nodes[fork.variant];
+        if (fork.load == Load::big32)
+            number = loadBig32(octets);
+        else if (fork.load == Load::big16)
+            number = loadBig16(octets);
+        else if (fork.load == Load::other)
+            number = static_cast<std::uint64_t>(loadInteger(myPlan.nodes[variant.element], octets));
+        if (number < theTargets) return myPlan.targets[fork.targets + number];
+        return myPlan.findSparse(variant, static_cast<std::int64_t>(number));
     }
 
-    std::size_t variant(std::uint32_t id, const Node& node, std::size_t at, const Around& around)
+    std::size_t fork(const Fork& fork, std::size_t at, const Around& around)
     {
-        const std::size_t size = myPlan.nodes[node.element].size;
-        if (around.limit - at < size) return theOdd;
-        const std::uint32_t alternative = numberOf(node, at);
-        const std::uint32_t entry = open(id, at, alternative);
-        if (node.length != Length::none) return measured(entry, node, at, alternative, around);
-        if (alternative == theUnknown) return theOdd;
-        if (alternative == theNothing)
+        if (around.limit - at < fork.body) return bareFork(fork, at, around);
+        const Target target = this->target(fork, at);
+        if (target.node == theNone) return bareFork(fork, at, around);
+        if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
+        const Node& inside = myPlan.nodes[target.node];
+        if (inside.shape != Shape::plain) return openFork(fork, target, at, around);
+        const std::size_t end = plain(inside, at + fork.body, around.limit);
+        if (end == theOdd) return theOdd;
+        if (fork.length != Length::none && load(at + fork.lengthPlace) != inside.size)
+            return bareFork(fork, at, around);
+        add(at, end, target.alternative);
+        return end;
+    }
+
+    // With an alternative of open size.
+    [[gnu::noinline]] std::size_t openFork(const Fork& fork, const Target& target, std::size_t at,
+                                           const Around& around)
+    {
+        const std::size_t body = at + fork.body;
+        Around inner{around.limit, around.reserve, around.depth + 2};
+        if (fork.length != Length::none)
         {
-            myHasTail = myHasTail || aligned(size, node.boundary) != size;
-            return close(entry, at + size);
+            const std::size_t length = load(at + fork.lengthPlace);
+            if (length > around.limit - body) return theOdd;
+            inner = {body + length, 0, inner.depth};
         }
-        const std::size_t body = at + node.body;
-        if (body > around.limit || !isZero(at + size, body)) return theOdd;
-        const std::size_t end = piece(myPlan.parts[node.first + alternative].node, body,
-                                      {around.limit, around.reserve, around.depth + 1});
-        return end == theOdd ? theOdd : close(entry, end);
+        const std::size_t entry = begin(at, target.alternative);
+        const std::size_t end = piece(target.node, body, inner);
+        if (end == theOdd || (fork.length != Length::none && end != inner.limit)) return theOdd;
+        return finish(entry, end);
     }
 
-    // A variant record that says how long its alternative is.
-    std::size_t measured(std::uint32_t entry, const Node& node, std::size_t at,
-                         std::uint32_t alternative, const Around& around)
+    // Without an alternative, or with one that is not known and has a length.
+    [[gnu::noinline]] std::size_t bareFork(const Fork& fork, std::size_t at, const Around& around)
     {
-        const std::size_t size = myPlan.nodes[node.element].size;
-        const std::size_t header = at + node.lengthOffset + 4;
-        const std::size_t body = at + node.body;
-        if (header > around.limit || !isZero(at + size, header - 4)) return theOdd;
+        const Node& variant = myPlan.nodes[fork.variant];
+        const std::size_t size = myPlan.nodes[variant.element].size;
+        const std::size_t end = at + fork.place + size;
+        if (end > around.limit || !isPadded(fork.gaps, fork.leadGaps, at)) return theOdd;
+        const Target target = this->target(fork, at);
+        if (fork.length == Length::none)
+        {
+            if (target.alternative != theNothing) return theOdd;
+            myHasTail = myHasTail || aligned(size, variant.boundary) != size;
+            add(at, end, theNothing);
+            return end;
+        }
+        const std::size_t header = at + fork.lengthPlace + 4;
+        const std::size_t body = at + fork.body;
+        if (header > around.limit || !isZero(end, header - 4)) return theOdd;
         const std::size_t length = load(header - 4);
-        if (length == 0)
+        if (length == 0 && (target.node == theNone || fork.length == Length::extendable))
         {
-            if (alternative < theUnknown && node.length != Length::extendable) return theOdd;
-            setCount(entry, theNothing);
-            return close(entry, header);
+            add(at, header, theNothing);
+            return header;
         }
-        if (alternative == theNothing || body > around.limit || length > around.limit - body ||
-            !isZero(header, body))
+        if (target.alternative != theUnknown || body > around.limit ||
+            length > around.limit - body || !isZero(header, body))
             return theOdd;
-        if (alternative < theUnknown &&
-            piece(myPlan.parts[node.first + alternative].node, body,
-                  {body + length, 0, around.depth + 1}) != body + length)
-            return theOdd;
-        return close(entry, body + length);
+        add(at, body + length, theUnknown);
+        return body + length;
     }
 
     const Plan& myPlan;

@@ -3,10 +3,68 @@
 
 #include "omt/codec/valueParts.h"
 
+#include <cstring>
+
 namespace omt
 {
 
 UnknownName::~UnknownName() = default;
+
+// Decoding ---------------------------------------------------------------------------------------
+
+namespace
+{
+
+template <std::size_t part>
+void copyEnds(std::uint8_t* to, const std::uint8_t* from, std::size_t size)
+{
+    std::uint8_t first[part];
+    std::uint8_t last[part];
+    std::memcpy(first, from, part);
+    std::memcpy(last, from + size - part, part);
+    std::memcpy(to, first, part);
+    std::memcpy(to + size - part, last, part);
+}
+
+// As memmove. Most values are short, so that the call would take longer than the copy.
+void copyOctets(std::uint8_t* to, const std::uint8_t* from, std::size_t size)
+{
+    if (size > 32)
+        std::memmove(to, from, size);
+    else if (size >= 16)
+        copyEnds<16>(to, from, size);
+    else if (size >= 8)
+        copyEnds<8>(to, from, size);
+    else if (size >= 4)
+        copyEnds<4>(to, from, size);
+    else
+        for (std::size_t i = 0; i < size; ++i) to[i] = from[i];
+}
+
+}  // namespace
+
+void Value::Parts::own(Octets others)
+{
+    // Octets of its own fit, so that none of them are lost here.
+    if (owned.size() < others.size()) owned.resize(others.size());
+    copyOctets(owned.data(), others.data(), others.size());
+    octets = {owned.data(), others.size()};
+}
+
+bool Value::Parts::take(const std::shared_ptr<const Plan>& ofType, std::uint32_t type,
+                        Octets others)
+{
+    if (plan != ofType) plan = ofType;
+    node = type;
+    octets = others;
+    return indexValue(*plan, node, octets, index);
+}
+
+Value::Parts& Value::parts()
+{
+    if (!myParts) myParts = std::make_unique<Parts>();
+    return *myParts;
+}
 
 std::string_view Type::name() const
 {
@@ -69,24 +127,16 @@ Value Type::decode(Octets octets) const
     return value;
 }
 
-void Type::decode(Octets octets, Value& value) const
+bool Type::decode(Octets octets, Value& value) const
 {
-    if (!value.myParts) value.myParts = std::make_unique<Value::Parts>();
-    Value::Parts& parts = *value.myParts;
-    // The octets may be those of this value.
-    parts.scratch.assign(octets.begin(), octets.end());
-    parts.owned.swap(parts.scratch);
-    decodeInPlace(parts.owned, value);
+    Value::Parts& parts = value.parts();
+    parts.own(octets);
+    return parts.take(myPlan, myNode, parts.octets);
 }
 
-void Type::decodeInPlace(Octets octets, Value& value) const
+bool Type::decodeInPlace(Octets octets, Value& value) const
 {
-    if (!value.myParts) value.myParts = std::make_unique<Value::Parts>();
-    Value::Parts& parts = *value.myParts;
-    if (parts.plan != myPlan) parts.plan = myPlan;
-    parts.node = myNode;
-    parts.octets = octets;
-    parts.run();
+    return value.parts().take(myPlan, myNode, octets);
 }
 
 namespace
@@ -111,7 +161,7 @@ std::optional<ValueError> Type::encode(std::string_view json,
     if (error || myPlan->nodes[myNode].isFixed) return error;
     Index index;
     const Octets written(octets.data() + start, octets.size() - start);
-    Indexer(*myPlan, written, index).run(myNode);
+    indexValue(*myPlan, myNode, written, index);
     error = refusal(index, written.size());
     if (error) octets.resize(start);
     return error;
@@ -119,24 +169,20 @@ std::optional<ValueError> Type::encode(std::string_view json,
 
 std::optional<ValueError> Type::read(std::string_view json, Value& value) const
 {
-    if (!value.myParts) value.myParts = std::make_unique<Value::Parts>();
-    Value::Parts& parts = *value.myParts;
+    Value::Parts& parts = value.parts();
     parts.scratch.clear();
     if (std::optional<ValueError> error = readJson(*myPlan, myNode, json, parts.scratch))
         return error;
     const Octets before = parts.octets;
-    const bool isOwned = before.data() == parts.owned.data();
     const std::shared_ptr<const Plan> plan = parts.plan;
     const std::uint32_t node = parts.node;
     parts.owned.swap(parts.scratch);
-    decodeInPlace(parts.owned, value);
+    parts.take(myPlan, myNode, parts.owned);
     std::optional<ValueError> error = refusal(parts.index, parts.owned.size());
     if (!error) return std::nullopt;
     parts.owned.swap(parts.scratch);
-    parts.plan = plan;
-    parts.node = node;
-    parts.octets = isOwned ? Octets(parts.owned) : before;
-    if (plan) parts.run();
+    parts.octets = before;
+    if (plan) parts.take(plan, node, before);
     return error;
 }
 

@@ -69,12 +69,13 @@ public:
     /// The datatype of the elements of an array; nothing for other kinds.
     std::optional<Type> element() const;
 
-    /// Decodes octets into a value that keeps a copy of them. A value that was used before keeps
-    /// its memory, so that nothing is allocated once it has grown.
+    /// Decodes octets into a value that keeps a copy of them.
     Value decode(Octets octets) const;
-    void decode(Octets octets, Value& value) const;
+    /// The same into a value that was used before and keeps its memory, so that nothing is
+    /// allocated once it has grown. Tells whether there was no fault.
+    bool decode(Octets octets, Value& value) const;
     /// The same without a copy: the octets have to live as long as the value is read.
-    void decodeInPlace(Octets octets, Value& value) const;
+    bool decodeInPlace(Octets octets, Value& value) const;
 
     /// Appends the octets of a value in JSON. Where it is none, nothing is appended and the reason
     /// is returned.

@@ -126,11 +126,6 @@ std::optional<PathStep> takeStep(std::string_view& path, bool& isWrong)
 
 // Value ------------------------------------------------------------------------------------------
 
-void Value::Parts::run()
-{
-    if (!indexDirectly(*plan, node, octets, index)) Indexer(*plan, octets, index).run(node);
-}
-
 Octets Value::Parts::octetsOf(const Spot& spot) const
 {
     const Node& piece = plan->nodes[spot.node];
@@ -165,9 +160,8 @@ Value& Value::operator=(const Value& other)
         return *this;
     }
     if (!myParts) myParts = std::make_unique<Parts>();
-    const bool isOwned = other.myParts->octets.data() == other.myParts->owned.data();
     *myParts = *other.myParts;
-    if (isOwned) myParts->octets = myParts->owned;
+    if (other.myParts->isOwner()) myParts->octets = {myParts->owned.data(), myParts->octets.size()};
     return *this;
 }
 

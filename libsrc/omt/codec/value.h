@@ -112,6 +112,7 @@ private:
     friend class OverlayFinder;
     friend class Type;
     struct Parts;
+    Parts& parts();
     std::unique_ptr<Parts> myParts;
 };
 

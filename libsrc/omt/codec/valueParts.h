@@ -12,14 +12,19 @@ struct Value::Parts
 {
     std::shared_ptr<const Plan> plan;
     std::uint32_t node = theNone;
-    /// The octets where the value owns them, and all that were given.
-    std::vector<std::uint8_t> owned;
+    /// All that were given; where the value owns them, at the beginning of `owned`, which only
+    /// grows.
     Octets octets;
+    std::vector<std::uint8_t> owned;
     Index index;
     /// Used by set(), kept for its memory.
     std::vector<std::uint8_t> scratch;
 
-    void run();
+    bool isOwner() const { return octets.data() == owned.data(); }
+    /// Copies octets, which may be some of its own.
+    void own(Octets others);
+    /// Makes octets the value; whether there was no fault.
+    bool take(const std::shared_ptr<const Plan>& ofType, std::uint32_t type, Octets others);
     Steps steps() const { return {*plan, index}; }
     Spot root() const { return plan ? steps().root(node) : Spot(); }
     /// The octets of a piece.

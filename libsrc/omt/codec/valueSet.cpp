@@ -184,7 +184,7 @@ private:
         if (size > theMost) return false;
         const std::vector<std::uint8_t> octets(size);
         Index index;
-        if (!Indexer(myPlan, octets, index).run(node)) return false;
+        if (!indexValue(myPlan, node, octets, index)) return false;
         appendJsonOf(myPlan, octets.data(), index, Steps(myPlan, index).root(node), text, {});
         return true;
     }
@@ -242,10 +242,8 @@ std::optional<ValueError> Value::set(std::string_view path, std::string_view jso
             error->path = std::string(path) + (isField && !path.empty() ? "." : "") + error->path;
             return error;
         }
-        if (parts.octets.data() != parts.owned.data())
-            parts.owned.assign(parts.octets.begin(), parts.octets.end());
+        if (!parts.isOwner()) parts.own(parts.octets);
         std::copy(parts.scratch.begin(), parts.scratch.end(), parts.owned.begin() + item.myOffset);
-        parts.octets = parts.owned;
         return std::nullopt;
     }
     Replacement replacement(parts.steps(), parts.octets.data(), wanted);

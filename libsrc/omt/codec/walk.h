@@ -42,12 +42,14 @@ public:
     void forEachField(const Spot& record, const Visit& visit, std::uint32_t first = 0) const
     {
         const Node& node = plan.nodes[record.node];
-        if (record.entry == theNone)
+        if (record.entry == theNone || node.shape == Shape::fork)
         {
             for (std::uint32_t i = first; i < node.parts; ++i)
             {
                 const Part& part = plan.parts[node.first + i];
-                const Spot spot{part.node, record.offset + part.offset};
+                const bool isLast = i + 1 == node.parts;
+                const Spot spot{part.node, record.offset + part.offset,
+                                isLast ? record.entry : theNone};
                 if (!isThere(spot) || !visit(part, spot)) return;
             }
             return;

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: Apache-2.0
+// Compiler: what decoding looks at first: shapes, padding in lists, alternatives by their numbers.
+#include "omt/codec/compile.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace omt
+{
+
+void Compiler::findShapes()
+{
+    myPlan.targets.resize(myPlan.choices.size() * theTargets);
+    for (const Id id : myOrder) findShape(myPlan.nodes[id]);
+}
+
+void Compiler::findShape(Node& node)
+{
+    // Far below theDeepest, so that a plain node is not asked how deep it stands.
+    constexpr std::uint8_t theMostLevels = 100;
+    node.shape = Shape::odd;
+    if (node.isFixed)
+    {
+        Holes holes;
+        const bool isListed = !node.hasPadding || (addHoles(holes, node, node.parts) &&
+                                                   setGaps(node, holes, node.size));
+        if (isListed && node.size > 0 && node.empties == 0 && node.height <= theMostLevels)
+            node.shape = Shape::plain;
+        return;
+    }
+    switch (node.form)
+    {
+        case Form::variant:
+            addTargets(node);
+            setFork(node, 0);
+            break;
+        case Form::record:
+            setLead(node);
+            break;
+        case Form::array:
+            node.shape = Shape::array;
+            break;
+        case Form::octets:
+            node.shape = Shape::octets;
+            break;
+        case Form::number:
+            break;
+    }
+}
+
+void Compiler::addTargets(const Node& variant)
+{
+    Target* const targets = myPlan.targets.data() + variant.table * std::size_t{theTargets};
+    for (std::uint32_t number = 0; number < theTargets; ++number)
+        targets[number] = myPlan.findSparse(variant, number);
+}
+
+// Padding ---------------------------------------------------------------------------------------
+
+namespace
+{
+
+constexpr std::size_t theMostHoles = 128;
+constexpr std::size_t theMostGaps = 16;
+constexpr std::uint32_t theWindow = 8;
+
+}  // namespace
+
+bool Compiler::addHoles(Holes& holes, std::uint32_t from, std::uint32_t to) const
+{
+    if (to - from > theMostHoles - holes.size()) return false;
+    for (; from < to; ++from) holes.push_back(from);
+    return true;
+}
+
+// Those of a field or element that stands at an offset.
+bool Compiler::addHoles(Holes& holes, std::uint32_t at, const Node& child) const
+{
+    if (child.hasPadding && child.gaps == theNone) return false;
+    for (std::uint32_t i = 0; i < child.gapCount; ++i)
+    {
+        const Gap& gap = myPlan.gaps[child.gaps + i];
+        std::uint8_t mask[theWindow];
+        std::memcpy(mask, &gap.mask, sizeof mask);
+        for (std::uint32_t j = 0; j < theWindow; ++j)
+            if (mask[j] != 0 && !addHoles(holes, at + gap.offset + j, at + gap.offset + j + 1))
+                return false;
+    }
+    return true;
+}
+
+// Those of a fixed array, or of the first fields of a record up to the next one or the end.
+bool Compiler::addHoles(Holes& holes, const Node& node, std::uint32_t fields) const
+{
+    std::uint32_t end = 0;
+    const auto add = [&](std::uint32_t at, const Node& child)
+    {
+        const bool isListed = addHoles(holes, end, at) && addHoles(holes, at, child);
+        end = at + child.size;
+        return isListed;
+    };
+    if (node.form == Form::array)
+    {
+        for (std::uint32_t i = 0; i < node.count; ++i)
+            if (!add(i * node.stride, myPlan.nodes[node.element])) return false;
+        return true;
+    }
+    for (std::uint32_t i = 0; i < fields; ++i)
+    {
+        const Part& part = myPlan.parts[node.first + i];
+        if (!add(part.offset, myPlan.nodes[part.node])) return false;
+    }
+    return fields == node.parts || addHoles(holes, end, myPlan.parts[node.first + fields].offset);
+}
+
+// Adds the gaps that cover holes, given how many octets there are to look at.
+void Compiler::addGaps(const Holes& holes, std::uint32_t size)
+{
+    for (std::size_t i = 0; i < holes.size();)
+    {
+        Gap gap{holes[i], size < theWindow, 0xFF};
+        if (!gap.isOctet)
+        {
+            gap.offset = std::min(gap.offset, size - theWindow);
+            std::uint8_t mask[theWindow] = {};
+            for (; i < holes.size() && holes[i] < gap.offset + theWindow; ++i)
+                mask[holes[i] - gap.offset] = 0xFF;
+            std::memcpy(&gap.mask, mask, sizeof mask);
+        }
+        else
+            ++i;
+        myPlan.gaps.push_back(gap);
+    }
+}
+
+// Makes holes the gaps of a node; false where they are too many.
+bool Compiler::setGaps(Node& node, const Holes& holes, std::uint32_t size)
+{
+    const std::size_t first = myPlan.gaps.size();
+    addGaps(holes, size);
+    const std::size_t count = myPlan.gaps.size() - first;
+    if (count > theMostGaps)
+    {
+        myPlan.gaps.resize(first);
+        return false;
+    }
+    node.gaps = static_cast<std::uint32_t>(first);
+    node.gapCount = static_cast<std::uint32_t>(count);
+    return true;
+}
+
+// Forks and records -----------------------------------------------------------------------------
+
+namespace
+{
+
+Load loadOf(const Node& number)
+{
+    const bool isOther = number.scalar != Scalar::unsignedInteger;
+    if (number.size == 1 && !isOther) return Load::octet;
+    if (isOther || number.isLittleEndian) return Load::other;
+    return number.size == 2 ? Load::big16 : number.size == 4 ? Load::big32 : Load::other;
+}
+
+}  // namespace
+
+// A variant record, or a record that ends with one after plain fields.
+bool Compiler::setFork(Node& node, std::uint32_t lead)
+{
+    const bool isRecord = node.form == Form::record;
+    const Part* const last = isRecord ? &myPlan.parts[node.first + lead] : nullptr;
+    if (isRecord && (lead + 1 != node.parts || myPlan.nodes[last->node].form != Form::variant))
+        return false;
+    const Node& variant = isRecord ? myPlan.nodes[last->node] : node;
+    Fork fork;
+    fork.variant = static_cast<Id>(&variant - myPlan.nodes.data());
+    fork.place = isRecord ? last->offset : 0;
+    fork.body = fork.place + variant.body;
+    fork.length = variant.length;
+    fork.lengthPlace = fork.place + variant.lengthOffset;
+    fork.load = loadOf(myPlan.nodes[variant.element]);
+    fork.targets = variant.table * theTargets;
+    fork.gaps = static_cast<std::uint32_t>(myPlan.gaps.size());
+    Holes holes;
+    if (isRecord && !addHoles(holes, node, lead)) return false;
+    const std::uint32_t end = fork.place + myPlan.nodes[variant.element].size;
+    addGaps(holes, end);
+    fork.leadGaps = static_cast<std::uint32_t>(myPlan.gaps.size()) - fork.gaps;
+    holes.clear();
+    if (fork.length == Length::none)
+        addHoles(holes, end, fork.body);
+    else
+    {
+        addHoles(holes, end, fork.lengthPlace);
+        addHoles(holes, fork.lengthPlace + 4, fork.body);
+    }
+    addGaps(holes, fork.body);
+    fork.gapCount = static_cast<std::uint32_t>(myPlan.gaps.size()) - fork.gaps;
+    node.shape = Shape::fork;
+    node.fork = static_cast<std::uint32_t>(myPlan.forks.size());
+    myPlan.forks.push_back(fork);
+    return true;
+}
+
+// A record of open size: what stands at its beginning is looked at as a whole.
+void Compiler::setLead(Node& node)
+{
+    if (node.isLooking || node.parts == 0) return;
+    node.shape = Shape::record;
+    std::uint32_t lead = 0;
+    while (myPlan.nodes[myPlan.parts[node.first + lead].node].shape == Shape::plain) ++lead;
+    const std::uint32_t end = myPlan.parts[node.first + lead].offset;
+    Holes holes;
+    if (lead == 0 || end > theLargestSize || setFork(node, lead)) return;
+    if (addHoles(holes, node, lead) && setGaps(node, holes, end)) node.lead = lead;
+}
+
+}  // namespace omt
