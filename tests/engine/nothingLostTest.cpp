@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Everything that an XML library finds in a published model is in the model's JSON.
+// Everything that an XML library finds in a published model is in the model's JSON, and in what is
+// written of it; what is written is valid.
 #include "omt/model/modelJson.h"
 #include "omt/model/read.h"
+#include "omt/model/write.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <libxml/parser.h>
+#include <libxml/xmlschemas.h>
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
@@ -209,6 +212,136 @@ TEST(NothingLostTest, PropertiesKnowTheirLines)
         add(tables.tags);
         add(tables.synchronizationPoints);
         EXPECT_EQ(ours, theirs) << file;
+    }
+}
+
+/// Elements, XML attributes and comments as "path: text"; blanks around texts do not count.
+void addPaths(const xmlNode* first, const std::string& around, std::multiset<std::string>& paths)
+{
+    for (const xmlNode* node = first; node; node = node->next)
+    {
+        const std::unique_ptr<xmlChar, void (*)(void*)> text(xmlNodeGetContent(node), xmlFree);
+        if (node->type == XML_COMMENT_NODE) paths.insert("comment: " + trimmed(text.get()));
+        if (node->type != XML_ELEMENT_NODE) continue;
+        const std::string path = around + "/" + reinterpret_cast<const char*>(node->name);
+        const bool isLeaf = xmlChildElementCount(const_cast<xmlNode*>(node)) == 0;
+        paths.insert(path + ": " + (isLeaf ? trimmed(text.get()) : ""));
+        for (const xmlAttr* at = node->properties; at; at = at->next)
+        {
+            const std::unique_ptr<xmlChar, void (*)(void*)> value(
+                xmlNodeListGetString(node->doc, at->children, 1), xmlFree);
+            paths.insert(path + "@" + qualified(at) + ": " + trimmed(value.get()));
+        }
+        addPaths(node->children, path, paths);
+    }
+}
+
+std::multiset<std::string> pathsOf(const xmlDoc* document)
+{
+    std::multiset<std::string> paths;
+    addPaths(document->children, "", paths);
+    return paths;
+}
+
+Document parsedText(const std::string& text)
+{
+    return {xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0),
+            xmlFreeDoc};
+}
+
+/// The DIF schema of an edition; null without the published files.
+class Schema
+{
+public:
+    explicit Schema(omt::Edition edition)
+    {
+        const char* const models = std::getenv("OMT_MODELS");
+        const std::string year = edition == omt::Edition::ieee2025 ? "2025" : "2010";
+        const std::string file = (models ? models : "") + ("/schema/IEEE1516-DIF-" + year + ".xsd");
+        xmlSchemaParserCtxt* const parser = xmlSchemaNewParserCtxt(file.c_str());
+        mySchema = xmlSchemaParse(parser);
+        xmlSchemaFreeParserCtxt(parser);
+    }
+    Schema(const Schema&) = delete;
+    Schema& operator=(const Schema&) = delete;
+    ~Schema() { xmlSchemaFree(mySchema); }
+
+    bool accepts(xmlDoc* document) const
+    {
+        xmlSchemaValidCtxt* const context = xmlSchemaNewValidCtxt(mySchema);
+        const int result = mySchema ? xmlSchemaValidateDoc(context, document) : -1;
+        xmlSchemaFreeValidCtxt(context);
+        return result == 0;
+    }
+
+private:
+    xmlSchema* mySchema;
+};
+
+/// What the schemas refuse in the published models, and what is written instead.
+const std::multimap<std::string, std::string> theRepairs = {
+    {"/objectModel/modelIdentification/applicationDomain: ",                     ""                                                                       },
+    {"/objectModel/modelIdentification/reference/identification: Reference for: Enumerations for "
+     "Simulation Interoperability\nSISO-REF-010-00v20-0\n19 November 2013", "/objectModel/modelIdentification/reference/identification: Reference for%3A Enumerations for "
+     "Simulation Interoperability\nSISO-REF-010-00v20-0\n19 November 2013"},
+};
+
+TEST(NothingLostTest, EveryElementAttributeTextAndCommentIsWritten)
+{
+    const std::vector<std::string> files = filesOf({"evolved", "mim", "2025"});
+    if (files.empty()) GTEST_SKIP() << "OMT_MODELS is not set";
+    for (const std::string& file : files)
+    {
+        const omt::Model model = omt::read({file}).model;
+        const std::multiset<std::string> theirs = pathsOf(parsed(file).get());
+        std::multiset<std::string> repaired = theirs;
+        for (const auto& [before, after] : theRepairs)
+            if (repaired.erase(before) > 0 && !after.empty()) repaired.insert(after);
+        const auto compare = [&](const omt::Writing& writing, const auto& expected)
+        {
+            std::multiset<std::string> missing = expected;
+            std::multiset<std::string> ours = pathsOf(parsedText(writing.text).get());
+            subtract(missing, ours);
+            subtract(ours, expected);
+            for (const std::string& path : missing) ADD_FAILURE() << file << ": lost " << path;
+            for (const std::string& path : ours) ADD_FAILURE() << file << ": made " << path;
+        };
+        compare(omt::writeXml(model, model.edition(), omt::WriteOptions().asRead()), theirs);
+        compare(omt::writeXml(model, model.edition()), repaired);
+    }
+}
+
+/// What reading finds, without places.
+std::multiset<std::string> findingsOf(const omt::Findings& findings)
+{
+    std::multiset<std::string> texts;
+    for (const omt::Finding& finding : findings) texts.insert(finding.name);
+    return texts;
+}
+
+TEST(NothingLostTest, WhatIsWrittenOfAnyEditionIsValidAndReadsBack)
+{
+    const std::vector<std::string> files = filesOf({"evolved", "mim", "2025", "x2000"});
+    if (files.empty()) GTEST_SKIP() << "OMT_MODELS is not set";
+    for (const omt::Edition edition : {omt::Edition::ieee2010, omt::Edition::ieee2025})
+    {
+        const Schema schema(edition);
+        for (const std::string& file : files)
+        {
+            SCOPED_TRACE(file);
+            const omt::Reading reading = omt::read({file});
+            const omt::Writing writing = omt::writeXml(reading.model, edition);
+            EXPECT_TRUE(schema.accepts(parsedText(writing.text).get()));
+            const omt::Reading again = omt::readDocuments({
+                {file, writing.text}
+            });
+            std::multiset<std::string> worse = findingsOf(again.findings);
+            subtract(worse, findingsOf(reading.findings));
+            EXPECT_THAT(worse, testing::IsEmpty());
+            const omt::Writing second = omt::writeXml(again.model, edition);
+            EXPECT_TRUE(second.text == writing.text);
+            EXPECT_THAT(findingsOf(second.findings), testing::IsEmpty());
+        }
     }
 }
 

@@ -2,31 +2,20 @@
 // Runs omt convert: what it writes, what it says is lost, and that no file is ever half-written.
 #include "toolRun.h"
 
-#include <nlohmann/json.hpp>
-
-#include <cstdlib>
-
 namespace
 {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
 
 constexpr const char* theNewModel =
-    R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010"><modelIdentification>
-<name>New</name><useHistory>Once</useHistory><poc><pocName>A</pocName></poc>
-<poc><pocName>B</pocName></poc></modelIdentification><synchronizations><synchronizationPoint>
-<label>Go</label><dataType>T</dataType></synchronizationPoint></synchronizations><dataTypes>
-<variantRecordDataTypes><variantRecordData><name>V</name><discriminant>D</discriminant>
-<dataType>E</dataType><alternative><enumerator>1</enumerator><name>A</name><dataType>B</dataType>
-<semantics>S</semantics></alternative><encoding>HLAvariantRecord</encoding>
-<semantics>M</semantics></variantRecordData></variantRecordDataTypes></dataTypes></objectModel>)";
+    R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2025"><modelIdentification>
+<name>New</name><copyright>C</copyright></modelIdentification><objects><objectClass><name>A</name>
+</objectClass></objects></objectModel>)";
 
-// Its interaction classes do not begin with the root.
 constexpr const char* the2000Model =
-    R"(<objectModel name="Y2K" sponsor="Club" reference="R" other="O"><objects>
-<objectClass name="HLAobjectRoot"/></objects><interactions><interactionClass name="A">
-<interactionClass name="B"/></interactionClass></interactions></objectModel>)";
+    R"(<objectModel name="Y2K" DTDversion="1516.2"><objects><objectClass name="ObjectRoot">
+<attribute name="x" transportation="HLAreliable" sharing="Publish"/></objectClass></objects>
+<notes><note name="1" semantics="S"/></notes></objectModel>)";
 
 class ConvertTest : public ToolRun
 {
@@ -37,94 +26,51 @@ protected:
         write("new.xml", theNewModel);
         write("2000.xml", the2000Model);
     }
-
-    json showJson(const std::string& file)
-    {
-        return json::parse(run("show --json " + file).out, nullptr, false);
-    }
 };
 
-TEST_F(ConvertTest, ListsWhatIsLost)
+TEST_F(ConvertTest, WritesEitherEditionAndSaysWhatIsLost)
 {
     const struct
     {
-        const char* file;
+        const char* arguments;
+        const char* text;
         const char* messages;
     } cases[] = {
-        {"old.omd",
-         "omt: the roots \"ObjectRoot\" and \"InteractionRoot\" are written as \"HLAobjectRoot\" "
-         "and \"HLAinteractionRoot\"\n"
-         "omt: ownership: the letters of 1 attribute are written as words\n"
-         "omt: the name \"Old\" is written as \"OldValid FDD\"\n"
-         "omt: lost: 1 point of contact: not written\n"
-         "omt: lost: 1 sponsor: IEEE 1516-2010 has no place for it\n"
-         "omt: lost: 1 MOM version: IEEE 1516-2010 has no place for it\n"
-         "omt: lost: 1 attribute or parameter with a cardinality: IEEE 1516-2010 has arrays "
-         "instead\n"
-         "omt: lost: 1 attribute or parameter with an accuracy: simple datatypes have it in IEEE "
-         "1516-2010\n"
-         "omt: lost: 2 complex datatypes: HLA 1.3 alone has them\n"
-         "omt: lost: 3 datatype names: attributes and parameters refer to what the written model "
-         "does not define\n"                                           },
-        {"new.xml",
-         "omt: the name \"New\" is written as \"NewValid FDD\"\n"
-         "omt: lost: 2 points of contact: not written\n"
-         "omt: lost: 1 use history: not written\n"
-         "omt: lost: 1 encoding of a variant record: not written\n"
-         "omt: lost: 1 meaning of a variant record: not written\n"
-         "omt: lost: 1 meaning of an alternative: not written\n"
-         "omt: lost: 1 datatype of a synchronization point: written as \"datatype\", a word that "
-         "readers do not know\n"                                       },
-        {"new.xml new.xml",
-         "omt: the name \"\" is written as \"Valid FDD\"\n"
-         "omt: lost: 2 identifications of modules: merging keeps their names alone, as "
-         "references\n"
-         "omt: lost: 1 encoding of a variant record: not written\n"
-         "omt: lost: 1 meaning of a variant record: not written\n"
-         "omt: lost: 1 meaning of an alternative: not written\n"
-         "omt: lost: 1 datatype of a synchronization point: written as \"datatype\", a word that "
-         "readers do not know\n"                                       },
-        {"2000.xml",
-         "omt: the name \"Y2K\" is written as \"Y2KValid FDD\"\n"
-         "omt: lost: 1 sponsor: IEEE 1516-2010 has no place for it\n"
-         "omt: lost: 1 free reference: IEEE 1516-2010 has no place for it\n"
-         "omt: lost: 1 other text of the identification: not written\n"
-         "omt: lost: 2 classes: not below a root, and so not written\n"},
+        {"new.xml",                    "IEEE1516-2025",                                ""                                 },
+        {"new.xml --to 2010",          "IEEE1516-2010",
+         "new.xml:2: warning: copyright of identification `New` is lost: 1516-2010 has no place "
+         "for it [lost]\n"                                                                                                },
+        {"2000.xml",                   "<transportation>HLAreliable</transportation>",
+         "2000.xml:3: note: the label of note `1` is written as `Note1` [changed]\n"                                      },
+        {"2000.xml new.xml --to 2025", "<identification>New</identification>",         "2000.xml:3"                       },
+        {"old.omd",                    "<ownership>DivestAcquire</ownership>",         "old.omd:3: warning: MOMVersion of"},
     };
     for (const auto& one : cases)
     {
-        SCOPED_TRACE(one.file);
-        const Outcome outcome = run(std::string("convert ") + one.file);
+        SCOPED_TRACE(one.arguments);
+        const Outcome outcome = run(std::string("convert ") + one.arguments);
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.err, testing::EndsWith(one.messages));
-        EXPECT_EQ(run(std::string("-q convert -o out.xml ") + one.file).err, "");
+        EXPECT_THAT(outcome.out, testing::HasSubstr(one.text));
+        EXPECT_THAT(outcome.err, testing::HasSubstr(one.messages));
+        EXPECT_EQ(run(std::string("-q convert -o out.xml ") + one.arguments).err, "");
         EXPECT_EQ(content("out.xml"), outcome.out);
     }
-    EXPECT_THAT(run("convert old.omd").out,
-                testing::AllOf(testing::HasSubstr("<ownership>DivestAcquire</ownership>"),
-                               testing::HasSubstr("<ownership>Any</ownership>")));
 }
 
-TEST_F(ConvertTest, AnOldModelReadsBackInTodaysFormat)
+TEST_F(ConvertTest, EachModuleGoesToAFolder)
 {
-    EXPECT_EQ(run("-q convert old.omd -o old.omd").status, 0);
-    const json shown = showJson("old.omd");
-    EXPECT_EQ(shown["objectClasses"], json::parse(R"(["HLAobjectRoot.Car", "HLAobjectRoot"])"));
-    EXPECT_EQ(shown["interactionClasses"][0], "HLAinteractionRoot.Crash");
-    EXPECT_EQ(shown["datatypes"], json::parse(R"({"KindEnum8": "enumerated"})"));
-}
-
-TEST_F(ConvertTest, AllButComplexDatatypesOfALargeModelReadsBack)
-{
-    const char* const models = std::getenv("OMT_MODELS");
-    if (!models) GTEST_SKIP() << "OMT_MODELS is not set";
-    const std::string file = std::string(models) + "/hla13/RPR2-D17.omd";
-    json counts = showJson(file)["counts"];
-    EXPECT_EQ(counts["objectClasses"], 64);
-    EXPECT_EQ(counts["complex"], 95);
-    counts["complex"] = 0;
-    run("-q convert " + file + " -o rpr.xml");
-    EXPECT_EQ(showJson("rpr.xml")["counts"], counts);
+    fs::create_directory(path("folder"));
+    EXPECT_EQ(run("convert old.omd new.xml --each --to 2010 -o folder").status, 0);
+    EXPECT_EQ(content("folder/new.xml"), run("convert new.xml --to 2010").out);
+    EXPECT_EQ(content("folder/old.xml"), run("convert old.omd --to 2010").out);
+    for (const auto& [arguments, message] : {
+             std::pair{"new.xml --each -o none",           "omt: none: no folder\n"      },
+             {"new.xml new.xml --each -o folder",
+                       "omt: folder/new.xml: two of the modules would be written there\n"}
+    })
+        EXPECT_EQ(run(std::string("convert ") + arguments).err, message);
+    EXPECT_EQ(run("convert none.xml new.xml --each -o folder").status, 1);
+    EXPECT_EQ(run("convert none.xml new.xml").out, "");
 }
 
 TEST_F(ConvertTest, AFileIsWrittenWholeOrNotAtAll)

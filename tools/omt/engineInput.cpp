@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engineInput.h"
 
+#include "inputFile.h"
 #include "messages.h"
 #include "modelInput.h"
 
@@ -37,6 +38,14 @@ std::string placeOf(const std::string& name)
     return fs::is_regular_file(elsewhere, ignored) ? elsewhere : name;
 }
 
+bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
+{
+    return std::any_of(modules.begin(), modules.end(),
+                       [&](const omt::Module& module) { return module.file == file; });
+}
+
+}  // namespace
+
 void writeFindings(const omt::Findings& findings)
 {
     const bool isQuiet = DtNotifyLevel() < DtMessageLevel::warn;
@@ -48,14 +57,6 @@ void writeFindings(const omt::Findings& findings)
         writeLine(line.str());
     }
 }
-
-bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
-{
-    return std::any_of(modules.begin(), modules.end(),
-                       [&](const omt::Module& module) { return module.file == file; });
-}
-
-}  // namespace
 
 void addEngineArguments(CLI::App& command, EngineChoice& choice)
 {
@@ -85,5 +86,22 @@ EngineInput readEngine(const EngineChoice& choice)
                                 [&](const std::string& file)
                                 { return isAmong(reading.model.modules(), file); });
     input.isFailure = !input.isWhole || (choice.isStrict && !reading.isSound());
+    return input;
+}
+
+EngineInput readModule(const std::string& name)
+{
+    EngineInput input;
+    omt::Findings findings;
+    if (name == "-")
+        input.model = omt::readModule({name, contentOf(stdin, name)}, findings);
+    else
+    {
+        const std::string place = placeOf(name);
+        input.model = omt::readModule({place, contentOf(place)}, findings);
+    }
+    writeFindings(findings);
+    input.isWhole = !input.model.modules().empty();
+    input.isFailure = !input.isWhole;
     return input;
 }

@@ -34,3 +34,9 @@ struct EngineInput
 /// Reads and merges the files in this order, standard input for "-"; a file that is not there is
 /// looked for in the folder that RTI_CONFIG names. Findings go to standard error, a line each.
 EngineInput readEngine(const EngineChoice& choice);
+
+/// Reads one file on its own, whatever it refers to; findings as above.
+EngineInput readModule(const std::string& name);
+
+/// Writes findings to standard error, a line each; with --quiet errors only.
+void writeFindings(const omt::Findings& findings);

@@ -70,7 +70,8 @@ struct Aside
     {
         /// References to notes, labels with blanks between them. `name` is empty.
         notes,
-        /// An XML attribute that no property has: `name` as written, with its prefix.
+        /// An XML attribute that no property has: `name` as written, with its prefix. Declarations
+        /// of prefixes are such attributes too.
         attribute,
         /// An XML element, or a clause of HLA 1.3, that no property has. `name` is its name and
         /// `text` all of it, markup included; what its prefixes stand for is declared in it.
@@ -87,7 +88,10 @@ struct Aside
     What what = What::notes;
     /// Which property it belongs to: the index of its row (model/rows.h), or theWhole, or theEnd.
     std::uint8_t property = theWhole;
-    /// Which of the property's texts, from 0, where it may be there several times.
+    /// The element around the texts of a property, such as "dimensions".
+    static constexpr std::uint32_t theAround = 0xFFFFFFFF;
+    /// Which of the property's texts, from 0, where it may be there several times; theAround for
+    /// what stands on the element around all of them.
     std::uint32_t item = 0;
     Text name;
     Text text;

@@ -199,7 +199,10 @@ private:
                 myJson.property("property", rows[aside.property].key);
             else if (aside.property == Aside::theEnd)
                 myJson.property("isAtEnd", true);
-            if (aside.item != 0) myJson.property("item", aside.item);
+            if (aside.item == Aside::theAround)
+                myJson.property("isAround", true);
+            else if (aside.item != 0)
+                myJson.property("item", aside.item);
             if (aside.name.isThere()) myJson.property("name", aside.name);
             myJson.property("text", aside.text);
             if (aside.text.line() != 0) myJson.property("line", aside.text.line());

@@ -26,6 +26,10 @@ constexpr Words only2025(std::string_view word)
 {
     return {word, {}, {}, {}};
 }
+constexpr Words only2010(std::string_view word)
+{
+    return {{}, word, {}, {}};
+}
 constexpr Words only2000(std::string_view word)
 {
     return {{}, {}, word, {}};
@@ -75,8 +79,23 @@ constexpr Row parts(std::string_view key, Kind kind, Words words)
     return {.key = key, .words = words, .form = Row::Form::parts, .parts = kind};
 }
 
+/// The same row with what the schemas let its text be.
+constexpr Row as(ValueForm form, Row row)
+{
+    row.value = form;
+    return row;
+}
+
+/// The same row as one that 1516-2025 does not do without.
+constexpr Row required(Row row)
+{
+    row.isRequired = true;
+    return row;
+}
+
 /// The name of a definition, where it is the property "name" in every edition.
-constexpr Row theName = text("name", &Definition::name, xml("name", "Name"), behaviour);
+constexpr Row theName =
+    as(ValueForm::identifier, text("name", &Definition::name, xml("name", "Name"), behaviour));
 
 template <typename Owner>
 constexpr Row semantics(std::string_view in13 = "Description")
@@ -87,27 +106,32 @@ constexpr Row semantics(std::string_view in13 = "Description")
 template <typename Owner>
 constexpr Row dataType(std::string_view in13 = {})
 {
-    return text("dataType", &Owner::dataType, xml("dataType", in13), behaviour);
+    return as(ValueForm::reference,
+              text("dataType", &Owner::dataType, xml("dataType", in13), behaviour));
 }
 
 // Identification
 // ------------------------------------------------------------------------------------
 
 constexpr Row theIdentification[] = {
-    text("name", &Definition::name, xml("name", "Name"), prose),
-    text("type", &Identification::type, xml("type", "Type"), prose),
-    text("version", &Identification::version, xml("version", "VersionNumber"), prose),
-    text("modificationDate", &Identification::modificationDate,
-         {"modificationDate", "modificationDate", "date", "ModificationDate"}, prose),
-    text("securityClassification", &Identification::securityClassification,
-         element("securityClassification"), prose),
+    as(ValueForm::notEmptyIn2010, text("name", &Definition::name, xml("name", "Name"), prose)),
+    as(ValueForm::modelType, text("type", &Identification::type, xml("type", "Type"), prose)),
+    as(ValueForm::notEmptyIn2010,
+       text("version", &Identification::version, xml("version", "VersionNumber"), prose)),
+    as(ValueForm::date,
+       text("modificationDate", &Identification::modificationDate,
+            {"modificationDate", "modificationDate", "date", "ModificationDate"}, prose)),
+    as(ValueForm::notEmpty, text("securityClassification", &Identification::securityClassification,
+                                 element("securityClassification"), prose)),
     text("copyright", &Identification::copyright, only2025("copyright"), prose),
     texts("releaseRestriction", &Identification::releaseRestrictions, element("releaseRestriction"),
           prose),
     text("purpose", &Identification::purpose, xml("purpose", "Purpose"), prose),
-    text("applicationDomain", &Identification::applicationDomain,
-         {"applicationDomain", "applicationDomain", "appDomain", "ApplicationDomain"}, prose),
-    text("description", &Identification::description, element("description"), prose),
+    as(ValueForm::notEmptyIn2025,
+       text("applicationDomain", &Identification::applicationDomain,
+            {"applicationDomain", "applicationDomain", "appDomain", "ApplicationDomain"}, prose)),
+    as(ValueForm::notEmptyIn2010,
+       text("description", &Identification::description, element("description"), prose)),
     text("useLimitation", &Identification::useLimitation, element("useLimitation"), prose),
     texts("useHistory", &Identification::useHistories, element("useHistory"), prose),
     parts("keyword", Kind::keyword, element("keyword")),
@@ -123,11 +147,12 @@ constexpr Row theIdentification[] = {
 
 constexpr Row theKeyword[] = {
     text("taxonomy", &Keyword::taxonomy, element("taxonomy"), prose),
-    text("keywordValue", &Keyword::keywordValue, element("keywordValue"), prose),
+    as(ValueForm::notEmptyIn2010,
+       text("keywordValue", &Keyword::keywordValue, element("keywordValue"), prose)),
 };
 
 constexpr Row theContact[] = {
-    text("pocType", &Contact::type, element("pocType"), prose),
+    as(ValueForm::notEmpty, text("pocType", &Contact::type, element("pocType"), prose)),
     text("pocName", &Definition::name, xml("pocName"), prose),
     text("pocOrg", &Contact::organization, xml("pocOrg", "POCOrgName"), prose),
     texts("pocTelephone", &Contact::telephones,
@@ -140,23 +165,24 @@ constexpr Row theContact[] = {
 
 constexpr Row theReference[] = {
     text("type", &Reference::type, element("type"), prose),
-    text("identification", &Reference::identification,
-         {"identification", "identification", "references", {}}, prose),
+    as(ValueForm::uri, text("identification", &Reference::identification,
+                            {"identification", "identification", "references", {}}, prose)),
 };
 
 constexpr Row theGlyph[] = {
-    xmlAttribute("href", &Glyph::href, element("href"), prose),
+    as(ValueForm::uri, xmlAttribute("href", &Glyph::href, element("href"), prose)),
     xmlAttribute("alt", &Glyph::alt, element("alt"), prose),
-    xmlAttribute("type", &Glyph::type, element("type"), prose),
-    xmlAttribute("height", &Glyph::height, element("height"), prose),
-    xmlAttribute("width", &Glyph::width, element("width"), prose),
+    xmlAttribute("type", &Glyph::type, only2010("type"), prose),
+    as(ValueForm::integer, xmlAttribute("height", &Glyph::height, only2010("height"), prose)),
+    as(ValueForm::integer, xmlAttribute("width", &Glyph::width, only2010("width"), prose)),
     content("content", &Glyph::content),
 };
 
 constexpr Row theService[] = {
     xmlAttribute("section", &Service::section, element("section"), prose),
-    xmlAttribute("isCallback", &Service::isCallback, element("isCallback"), prose),
-    xmlAttribute("isUsed", &Service::isUsed, element("isUsed"), prose),
+    as(ValueForm::boolean,
+       xmlAttribute("isCallback", &Service::isCallback, element("isCallback"), prose)),
+    as(ValueForm::boolean, xmlAttribute("isUsed", &Service::isUsed, element("isUsed"), prose)),
 };
 
 // Classes
@@ -164,32 +190,41 @@ constexpr Row theService[] = {
 
 constexpr Row theObjectClass[] = {
     theName,
-    text("sharing", &ObjectClass::sharing, xml("sharing", "PSCapabilities"), behaviour),
+    as(ValueForm::sharing,
+       text("sharing", &ObjectClass::sharing, xml("sharing", "PSCapabilities"), behaviour)),
     parts("directedInteraction", Kind::directedInteraction, only2025("directedInteraction")),
-    texts("dimensions", &ObjectClass::dimensions, only2025("dimension"), behaviour, "dimensions"),
+    as(ValueForm::reference, texts("dimensions", &ObjectClass::dimensions, only2025("dimension"),
+                                   behaviour, "dimensions")),
     semantics<ObjectClass>(),
     parts("attribute", Kind::attribute, xml("attribute", "Attribute")),
 };
 
 constexpr Row theDirectedInteraction[] = {
     theName,
-    text("sharing", &DirectedInteraction::sharing, only2025("sharing"), behaviour),
+    as(ValueForm::sharing,
+       text("sharing", &DirectedInteraction::sharing, only2025("sharing"), behaviour)),
 };
 
 constexpr Row theAttribute[] = {
     theName,
     dataType<Attribute>("DataType"),
-    text("updateType", &Attribute::updateType, xml("updateType", "UpdateType"), behaviour),
+    as(ValueForm::updateType,
+       text("updateType", &Attribute::updateType, xml("updateType", "UpdateType"), behaviour)),
     text("updateCondition", &Attribute::updateCondition, xml("updateCondition", "UpdateCondition"),
          prose),
-    text("valueRequired", &Attribute::valueRequired, only2025("valueRequired"), behaviour),
-    text("ownership", &Attribute::ownership, xml("ownership", "TransferAccept"), behaviour),
-    text("sharing", &Attribute::sharing, xml("sharing", "UpdateReflect"), behaviour),
-    texts("dimensions", &Attribute::dimensions, {{}, "dimension", "dimensions", "RoutingSpace"},
-          behaviour, {}, "dimensions"),
-    text("transportation", &Attribute::transportation, xml("transportation", "DeliveryCategory"),
-         behaviour),
-    text("order", &Attribute::order, xml("order", "MessageOrdering"), behaviour),
+    as(ValueForm::boolean,
+       text("valueRequired", &Attribute::valueRequired, only2025("valueRequired"), behaviour)),
+    as(ValueForm::ownership,
+       text("ownership", &Attribute::ownership, xml("ownership", "TransferAccept"), behaviour)),
+    as(ValueForm::sharing,
+       text("sharing", &Attribute::sharing, xml("sharing", "UpdateReflect"), behaviour)),
+    as(ValueForm::reference,
+       texts("dimensions", &Attribute::dimensions, {{}, "dimension", "dimensions", "RoutingSpace"},
+             behaviour, {}, "dimensions")),
+    as(ValueForm::reference, text("transportation", &Attribute::transportation,
+                                  xml("transportation", "DeliveryCategory"), behaviour)),
+    as(ValueForm::order,
+       text("order", &Attribute::order, xml("order", "MessageOrdering"), behaviour)),
     semantics<Attribute>(),
     text("cardinality", &Attribute::cardinality, only13("Cardinality"), behaviour),
     text("units", &Attribute::units, only13("Units"), behaviour),
@@ -201,13 +236,15 @@ constexpr Row theAttribute[] = {
 
 constexpr Row theInteractionClass[] = {
     theName,
-    text("sharing", &InteractionClass::sharing, xml("sharing", "ISRType"), behaviour),
-    texts("dimensions", &InteractionClass::dimensions,
-          {"dimension", "dimension", "dimensions", "RoutingSpace"}, behaviour, "dimensions",
-          "dimensions"),
-    text("transportation", &InteractionClass::transportation,
-         xml("transportation", "DeliveryCategory"), behaviour),
-    text("order", &InteractionClass::order, xml("order", "MessageOrdering"), behaviour),
+    as(ValueForm::sharing,
+       text("sharing", &InteractionClass::sharing, xml("sharing", "ISRType"), behaviour)),
+    as(ValueForm::reference, texts("dimensions", &InteractionClass::dimensions,
+                                   {"dimension", "dimension", "dimensions", "RoutingSpace"},
+                                   behaviour, "dimensions", "dimensions")),
+    as(ValueForm::reference, text("transportation", &InteractionClass::transportation,
+                                  xml("transportation", "DeliveryCategory"), behaviour)),
+    as(ValueForm::order,
+       text("order", &InteractionClass::order, xml("order", "MessageOrdering"), behaviour)),
     semantics<InteractionClass>(),
     parts("parameter", Kind::parameter, xml("parameter", "Parameter")),
 };
@@ -229,33 +266,39 @@ constexpr Row theParameter[] = {
 
 constexpr Row theDimension[] = {
     theName,
-    texts("dataType", &Dimension::dataTypes, xml("dataType"), behaviour, "inputDataTypes"),
-    text("inputDataDescription", &Dimension::inputDataDescription, only2025("inputDataDescription"),
-         prose),
-    text("upperBound", &Dimension::upperBound, xml("upperBound"), behaviour),
-    text("normalization", &Dimension::normalization, xml("normalization"), behaviour),
-    text("outputDataSemantics", &Dimension::outputDataSemantics, only2025("outputDataSemantics"),
-         prose),
-    text("value", &Dimension::value, xml("value"), behaviour),
+    required(as(ValueForm::reference, texts("dataType", &Dimension::dataTypes, xml("dataType"),
+                                            behaviour, "inputDataTypes"))),
+    required(text("inputDataDescription", &Dimension::inputDataDescription,
+                  only2025("inputDataDescription"), prose)),
+    as(ValueForm::positive,
+       text("upperBound", &Dimension::upperBound, xml("upperBound"), behaviour)),
+    required(as(ValueForm::notEmptyIn2010,
+                text("normalization", &Dimension::normalization, xml("normalization"), behaviour))),
+    required(text("outputDataSemantics", &Dimension::outputDataSemantics,
+                  only2025("outputDataSemantics"), prose)),
+    as(ValueForm::dimensionValue, text("value", &Dimension::value, xml("value"), behaviour)),
 };
 
 constexpr Row theTime[] = {dataType<Time>(), semantics<Time>({})};
 constexpr Row theTag[] = {dataType<Tag>(), semantics<Tag>({})};
 constexpr Row theNote[] = {
-    text("label", &Definition::name, {"label", "label", "name", "NoteNumber"}, behaviour),
+    as(ValueForm::identifier,
+       text("label", &Definition::name, {"label", "label", "name", "NoteNumber"}, behaviour)),
     semantics<Note>("NoteText"),
 };
 
 constexpr Row theSynchronizationPoint[] = {
-    text("label", &Definition::name, xml("label"), behaviour),
+    as(ValueForm::identifier, text("label", &Definition::name, xml("label"), behaviour)),
     dataType<SynchronizationPoint>(),
-    text("capability", &SynchronizationPoint::capability, xml("capability"), behaviour),
+    as(ValueForm::capability,
+       text("capability", &SynchronizationPoint::capability, xml("capability"), behaviour)),
     semantics<SynchronizationPoint>({}),
 };
 
 constexpr Row theTransportation[] = {
     theName,
-    text("reliable", &Transportation::reliable, element("reliable"), behaviour),
+    as(ValueForm::reliable,
+       text("reliable", &Transportation::reliable, element("reliable"), behaviour)),
     text("semantics", &Transportation::semantics, {"semantics", "semantics", "description", {}},
          prose),
 };
@@ -268,7 +311,7 @@ constexpr Row theSwitch[] = {
 
 constexpr Row theUpdateRate[] = {
     theName,
-    text("rate", &UpdateRate::rate, element("rate"), behaviour),
+    as(ValueForm::decimal, text("rate", &UpdateRate::rate, element("rate"), behaviour)),
     text("semantics", &UpdateRate::semantics, element("semantics"), prose),
 };
 
@@ -294,33 +337,40 @@ constexpr Row theRoutingDimension[] = {
 
 constexpr Row theBasicData[] = {
     theName,
-    text("size", &BasicData::size, xml("size"), behaviour),
+    as(ValueForm::integer, text("size", &BasicData::size, xml("size"), behaviour)),
     text("interpretation", &BasicData::interpretation, xml("interpretation"), behaviour),
-    text("endian", &BasicData::endian, xml("endian"), behaviour),
+    as(ValueForm::endian, text("endian", &BasicData::endian, xml("endian"), behaviour)),
     text("encoding", &BasicData::encoding, xml("encoding"), behaviour),
 };
 
 constexpr Row theSimpleData[] = {
     theName,
-    text("representation", &SimpleData::representation, xml("representation"), behaviour),
-    text("units", &SimpleData::units, xml("units"), behaviour),
-    text("resolution", &SimpleData::resolution, xml("resolution"), behaviour),
-    text("accuracy", &SimpleData::accuracy, xml("accuracy"), behaviour),
+    as(ValueForm::reference,
+       text("representation", &SimpleData::representation, xml("representation"), behaviour)),
+    as(ValueForm::notEmptyIn2010, text("units", &SimpleData::units, xml("units"), behaviour)),
+    as(ValueForm::notEmptyIn2010,
+       text("resolution", &SimpleData::resolution, xml("resolution"), behaviour)),
+    as(ValueForm::notEmptyIn2010,
+       text("accuracy", &SimpleData::accuracy, xml("accuracy"), behaviour)),
     semantics<SimpleData>({}),
 };
 
 constexpr Row theReferenceData[] = {
     theName,
-    text("representation", &ReferenceData::representation, only2025("representation"), behaviour),
-    text("referenceClass", &ReferenceData::referenceClass, only2025("referenceClass"), behaviour),
-    text("referencedAttribute", &ReferenceData::referencedAttribute,
-         only2025("referencedAttribute"), behaviour),
+    required(as(ValueForm::reference, text("representation", &ReferenceData::representation,
+                                           only2025("representation"), behaviour))),
+    required(as(ValueForm::reference, text("referenceClass", &ReferenceData::referenceClass,
+                                           only2025("referenceClass"), behaviour))),
+    required(
+        as(ValueForm::reference, text("referencedAttribute", &ReferenceData::referencedAttribute,
+                                      only2025("referencedAttribute"), behaviour))),
     text("semantics", &ReferenceData::semantics, only2025("semantics"), prose),
 };
 
 constexpr Row theEnumeratedData[] = {
     theName,
-    text("representation", &EnumeratedData::representation, xml("representation"), behaviour),
+    as(ValueForm::reference,
+       text("representation", &EnumeratedData::representation, xml("representation"), behaviour)),
     semantics<EnumeratedData>(),
     parts("enumerator", Kind::enumerator, xml("enumerator", "Enumeration")),
     text("autoSequence", &EnumeratedData::autoSequence, only13("AutoSequence"), prose),
@@ -328,21 +378,23 @@ constexpr Row theEnumeratedData[] = {
 };
 
 constexpr Row theEnumerator[] = {
-    text("name", &Definition::name, xml("name", "Enumerator"), behaviour),
+    as(ValueForm::identifier,
+       text("name", &Definition::name, xml("name", "Enumerator"), behaviour)),
     texts("value", &Enumerator::values, {"value", "value", "values", "Representation"}, behaviour),
 };
 
 constexpr Row theArrayData[] = {
     theName,
     dataType<ArrayData>(),
-    text("cardinality", &ArrayData::cardinality, xml("cardinality"), behaviour),
-    text("encoding", &ArrayData::encoding, xml("encoding"), behaviour),
+    as(ValueForm::cardinality,
+       text("cardinality", &ArrayData::cardinality, xml("cardinality"), behaviour)),
+    as(ValueForm::notEmpty, text("encoding", &ArrayData::encoding, xml("encoding"), behaviour)),
     semantics<ArrayData>({}),
 };
 
 constexpr Row theFixedRecord[] = {
     theName,
-    text("encoding", &FixedRecord::encoding, xml("encoding"), behaviour),
+    as(ValueForm::notEmpty, text("encoding", &FixedRecord::encoding, xml("encoding"), behaviour)),
     semantics<FixedRecord>({}),
     parts("field", Kind::field, xml("field")),
 };
@@ -351,15 +403,17 @@ constexpr Row theField[] = {theName, dataType<RecordField>(), semantics<RecordFi
 
 constexpr Row theVariantRecord[] = {
     theName,
-    text("discriminant", &VariantRecord::discriminant, xml("discriminant"), behaviour),
+    as(ValueForm::identifier,
+       text("discriminant", &VariantRecord::discriminant, xml("discriminant"), behaviour)),
     dataType<VariantRecord>(),
     parts("alternative", Kind::alternative, xml("alternative")),
-    text("encoding", &VariantRecord::encoding, xml("encoding"), behaviour),
+    as(ValueForm::notEmpty, text("encoding", &VariantRecord::encoding, xml("encoding"), behaviour)),
     semantics<VariantRecord>({}),
 };
 
 constexpr Row theAlternative[] = {
-    text("enumerator", &Alternative::enumerator, xml("enumerator"), behaviour),
+    as(ValueForm::notEmptyIn2010,
+       text("enumerator", &Alternative::enumerator, xml("enumerator"), behaviour)),
     theName,
     dataType<Alternative>(),
     semantics<Alternative>({}),

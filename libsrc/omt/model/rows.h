@@ -55,6 +55,37 @@ enum class Bearing : std::uint8_t
     behaviour
 };
 
+/// What the schemas of 1516-2010 and 1516-2025 let a text be.
+enum class ValueForm : std::uint8_t
+{
+    any,
+    notEmpty,
+    notEmptyIn2010,
+    notEmptyIn2025,
+    /// The name of a definition, or one that refers to a definition: an XML name without colon.
+    identifier,
+    reference,
+    uri,
+    /// 2003-10-03.
+    date,
+    decimal,
+    integer,
+    positive,
+    boolean,
+    cardinality,
+    dimensionValue,
+    /// FOM or SOM; any text but the empty one in 2010.
+    modelType,
+    // Words of which there are a few.
+    sharing,
+    order,
+    updateType,
+    ownership,
+    capability,
+    reliable,
+    endian
+};
+
 /// One property of a kind of definition.
 struct Row
 {
@@ -84,6 +115,17 @@ struct Row
     Kind parts = Kind::section;
     Text Definition::*oneText = nullptr;
     List<Text> Definition::*someTexts = nullptr;
+    ValueForm value = ValueForm::any;
+    /// Whether a definition of 1516-2025 must have it.
+    bool isRequired = false;
+
+    /// The element around the texts in an edition.
+    constexpr std::string_view around(Edition edition) const
+    {
+        return edition == Edition::ieee2025   ? around2025
+               : edition == Edition::ieee2010 ? around2010
+                                              : std::string_view();
+    }
 };
 
 /// The rows of a kind, in the order of the schema of 1516-2025, which is that of 2010 as well. The

@@ -42,9 +42,10 @@ bool holds(std::string_view text, std::string_view piece)
     return text.find(piece) != std::string_view::npos;
 }
 
+/// The default namespace is that of the edition; what prefixes stand for is kept.
 bool isDeclaration(std::string_view attribute)
 {
-    return attribute == "xmlns" || attribute.substr(0, 6) == "xmlns:";
+    return attribute == "xmlns";
 }
 
 bool isNotes(std::string_view attribute)
@@ -420,7 +421,16 @@ void XmlReader::startInDefinition(const XmlElement& element)
 void XmlReader::startProperty(Mode mode, std::uint8_t row, const XmlElement& element)
 {
     const Frame& around = owner();
-    const std::uint32_t item = nextItem(row, around);
+    const Row& property = rowsOf(around.kind)[row];
+    if (property.oneText && (definitionOf(around).*property.oneText).isThere())
+    {
+        startUnknown(element);
+        myFrames.back().kind = around.kind;
+        myFrames.back().index = row;
+        myFrames.back().isRepeated = true;
+        return;
+    }
+    const std::uint32_t item = mode == Mode::around ? Aside::theAround : nextItem(row, around);
     attachComments(row, item);
     Frame frame;
     frame.mode = mode;
@@ -577,11 +587,11 @@ void XmlReader::endElement(std::size_t end)
             endUnknown(frame, end);
         return;
     }
-    if (frame.mode == Mode::property) return endProperty(frame, end);
+    if (frame.mode == Mode::property) return endProperty(frame);
     attachStray();
     if (frame.mode == Mode::around)
     {
-        attachComments(frame.index);
+        attachComments(frame.index, Aside::theAround);
         // A list that is there without texts is kept apart from one that is not.
         List<Text>& list = definitionOf(owner()).*rowsOf(frame.kind)[frame.index].someTexts;
         if (!list.isThere()) list = List<Text>(myBuilder.list(std::vector<Text>(1)).begin(), 0);
@@ -594,22 +604,11 @@ void XmlReader::endElement(std::size_t end)
     myFrames.pop_back();
 }
 
-void XmlReader::endProperty(const Frame& frame, std::size_t end)
+void XmlReader::endProperty(const Frame& frame)
 {
     myFrames.pop_back();
     Definition& definition = definitionOf(owner());
-    const Row& row = rowsOf(frame.kind)[frame.index];
-    if (row.oneText && (definition.*row.oneText).isThere())
-    {
-        const std::string_view xml = myParser.text().substr(frame.offset, end - frame.offset);
-        report(Severity::warning, "repeated-property",
-               "`" + std::string(row.key) + "` of " + std::string(nameOf(frame.kind)) + " `" +
-                   definition.name.str() + "` is there twice; the first counts",
-               frame.line);
-        addAside(Aside::What::element, frame.index, row.words.in(myEdition), xml, frame.line);
-    }
-    else
-        setText(frame.kind, frame.index, definition, myText, frame.line);
+    setText(frame.kind, frame.index, definition, myText, frame.line);
     myText.clear();
 }
 
@@ -670,15 +669,27 @@ void XmlReader::endUnknown(const Frame& frame, std::size_t end)
     myFrames.pop_back();
     const std::string_view xml = myParser.text().substr(frame.offset, end - frame.offset);
     const std::string_view name = xml.substr(1, xml.find_first_of(" \t\r\n/>") - 1);
+    if (frame.isRepeated)
+    {
+        report(Severity::warning, "repeated-property",
+               "`" + std::string(rowsOf(frame.kind)[frame.index].key) + "` of " +
+                   std::string(nameOf(frame.kind)) + " `" + definitionOf(owner()).name.str() +
+                   "` is there twice; the first counts",
+               frame.line);
+        return addAside(Aside::What::element, frame.index, name, declaredText(xml), frame.line);
+    }
     const Frame& around = myFrames.back();
     const bool isInProperty = around.mode == Mode::property || around.mode == Mode::around;
+    const std::uint32_t item = around.mode == Mode::around ? Aside::theAround
+                               : isInProperty              ? nextItem(around.index, owner())
+                                                           : 0;
     if (name.find(':') == std::string_view::npos)
         report(Severity::warning, "unknown-element",
                "`" + std::string(name) + "` is no element of " + whatIsOpen() +
                    "; it is kept as it is",
                frame.line);
     addAside(Aside::What::element, isInProperty ? around.index : Aside::theWhole, name,
-             declaredText(xml), frame.line);
+             declaredText(xml), frame.line, item);
 }
 
 void XmlReader::finishDefinition(const Frame& frame)
@@ -786,8 +797,9 @@ void XmlReader::attachStray()
     {
         report(Severity::warning, "stray-text",
                "text stands where " + whatIsOpen() + " has none; it is kept as it is", myStrayLine);
-        addAside(Aside::What::text, frame.mode == Mode::around ? frame.index : Aside::theWhole, {},
-                 text, myStrayLine);
+        const bool isAround = frame.mode == Mode::around;
+        addAside(Aside::What::text, isAround ? frame.index : Aside::theWhole, {}, text, myStrayLine,
+                 isAround ? Aside::theAround : 0);
     }
     myText.clear();
 }
@@ -797,7 +809,10 @@ void XmlReader::addComment(std::string_view comment)
     const std::uint32_t line = myParser.line();
     if (!myFrames.empty() && myFrames.back().mode == Mode::unknown) return;
     if (!myFrames.empty() && myFrames.back().mode == Mode::property)
-        return addAside(Aside::What::comment, myFrames.back().index, {}, comment, line);
+    {
+        const std::uint8_t row = myFrames.back().index;
+        return addAside(Aside::What::comment, row, {}, comment, line, nextItem(row, owner()));
+    }
     myComments.push_back(myBuilder.text(comment, line));
 }
 

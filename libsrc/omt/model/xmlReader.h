@@ -56,6 +56,8 @@ private:
         std::uint32_t texts = 0;
         std::uint32_t members = 0;
         std::uint32_t directed = 0;
+        /// An element whose property the definition has already; kept as an unknown one is.
+        bool isRepeated = false;
     };
     struct RowText
     {
@@ -88,7 +90,7 @@ private:
     void readPropertyAttributes(const XmlElement& element, std::uint8_t row, std::uint32_t item);
     std::uint8_t noteRow(Kind kind, std::string_view attribute) const;
 
-    void endProperty(const Frame& frame, std::size_t end);
+    void endProperty(const Frame& frame);
     void endUnknown(const Frame& frame, std::size_t end);
     void finishDefinition(const Frame& frame);
     void finishTexts(const Frame& frame, Definition& definition);
