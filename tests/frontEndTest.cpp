@@ -146,24 +146,6 @@ TEST_F(FrontEndTest, OpenFileLooksInTheConfiguredFolder)
     }
 }
 
-TEST_F(FrontEndTest, MisuseStopsTheProgram)
-{
-    xmlDoc* none = nullptr;
-    xmlDoc taken{};
-    xmlDoc* some = &taken;
-    DtString error;
-    const auto text = [](const std::string& rest)
-    { return "libsrc/omtReader/xmlFileReader:" + rest; };
-    EXPECT_DEATH(DtXMLFileReader::openFile("x", &some, error),
-                 text("265: assertion failed: __null == \\*newXmlDocTree"));
-    EXPECT_DEATH(DtXMLFileReader::openFile(nullptr, &none, error),
-                 text("266: assertion failed: __null != fedFileName"));
-    EXPECT_DEATH(DtXMLFileReader::openStream("x", 1, &some, error),
-                 text("399: assertion failed: __null == \\*newXmlDocTree"));
-    EXPECT_DEATH(DtXMLFileReader::openStream(nullptr, 1, &none, error),
-                 text("400: assertion failed: __null != buffer"));
-}
-
 TEST_F(FrontEndTest, TheDialectIsToldByNamespaceThenContent)
 {
     const std::string unreliable =

@@ -206,48 +206,6 @@ TEST(HardshipTest, EveryAllocationOfAReadMayFail)
     EXPECT_TRUE(isRead);
 }
 
-TEST(HardshipTest, NumbersWrapAsInC)
-{
-    const Messages messages;
-    const TemporaryFolder folder;
-    const auto enumerators = [](const TreePtr& tree)
-    {
-        std::string text;
-        DtEnumeratedDatatypeNode& node = *tree->getEnumeratedDatatypeNode("E");
-        for (auto place = node.getEnumerationNodeList(); place != node.getEnumerationNodeEnd();
-             ++place)
-            text += DtString((*place)->getNumber()).str() + " ";
-        return text;
-    };
-    std::string items, older;
-    for (const char* number : {"4294967294", "4294967295", " +7x", "0x10", ""})
-    {
-        const std::string text = number;
-        items += "<enumerator><name>n" + text + "</name><value>" + text + "</value></enumerator>";
-        older += "<enumerator name='n" + text + "' value='3' values='" + text + "'/>";
-    }
-    DtXMLFileReader reader;
-    const TreePtr tree(reader.readFile(
-        folder.write(
-            "new.xml",
-            model("<dataTypes><enumeratedDataTypes><enumeratedData><name>E</name>" + items +
-                  "</enumeratedData></enumeratedDataTypes></dataTypes><updateRates>"
-                  "<updateRate><name>r</name><rate>0x1p4</rate></updateRate>"
-                  "</updateRates>")),
-        nullptr));
-    EXPECT_EQ(enumerators(tree), "-2 -1 7 0 ");  // the second 0 is a number that is there already
-    EXPECT_EQ(tree->getUpdateRateNode("r")->rate(), 16);
-    const TreePtr oldTree(
-        reader.readFile(folder.write("old.xml",
-                                     "<objectModel><dataTypes><enumeratedDataTypes><enumeratedData "
-                                     "name='E'>" +
-                                         older +
-                                         "</enumeratedData></enumeratedDataTypes></dataTypes>"
-                                         "</objectModel>"),
-                        nullptr));
-    EXPECT_EQ(enumerators(oldTree), "-2 -1 7 0 3 ");
-}
-
 // The thread sanitizer tells whether what readers share is made once, if this test runs alone.
 TEST(HardshipTest, FirstReadsMayBeOnSeveralThreads)
 {

@@ -335,21 +335,27 @@ const std::vector<Case> theEvolvedCases = {
        <note><label>d</label><semantics><b>one</b>two</semantics></note></notes></objectModel>)",
      "note[0].label=a; note[0].text=one <&!; note[1].label=b; note[1].text=<one>; "
      "note[2].label=c; note[2].text=one; note[3].label=d"},
-    {"enumerators: numbers as far as they go, no second of a name or number",
+    {"enumerators: numbers as far as they go, wrapped as in C, no second of a name or number",
      R"(<dataTypes><enumeratedDataTypes><enumeratedData><name>%s%n</name>
        <enumerator><name>a</name><value>7x</value></enumerator>
        <enumerator><name>b</name><value>99999999999</value></enumerator>
+       <enumerator><name>c</name><value> +4294967295</value></enumerator>
+       <enumerator><name>d</name><value>0x10</value></enumerator>
        <enumerator><name>a</name><value>8</value></enumerator>
        <enumerator><name>f</name><value>7</value></enumerator>
        </enumeratedData></enumeratedDataTypes></dataTypes>)",
      "enumerated[0].enumerator[0].enum=a; enumerated[0].enumerator[0].number=7; "
      "enumerated[0].enumerator[1].enum=b; enumerated[0].enumerator[1].number=1215752191; "
+     "enumerated[0].enumerator[2].enum=c; enumerated[0].enumerator[2].number=-1; "
+     "enumerated[0].enumerator[3].enum=d; enumerated[0].enumerator[3].number=0; "
      "enumerated[0].name=%s%n",
      {"Duplicated enum name a", "ted enum number "}},
     {"update rates are numbers",
      R"(<updateRates><updateRate><name>B</name><rate>fast</rate></updateRate>
-       <updateRate><name>C</name><rate> 1e3 Hz</rate></updateRate></updateRates>)",
-     "updateRate[0].name=B; updateRate[0].rate=0; updateRate[1].name=C; updateRate[1].rate=1000"},
+       <updateRate><name>C</name><rate> 1e3 Hz</rate></updateRate>
+       <updateRate><name>D</name><rate>0x1p4</rate></updateRate></updateRates>)",
+     "updateRate[0].name=B; updateRate[0].rate=0; updateRate[1].name=C; updateRate[1].rate=1000; "
+     "updateRate[2].name=D; updateRate[2].rate=16"},
     {"a point of contact for each element", 
      R"(<modelIdentification><poc><pocName>A</pocName></poc><poc><pocType>T</pocType></poc>
        <name>N</name></modelIdentification>)",
@@ -394,10 +400,11 @@ const std::vector<Case> theOlderCases = {
      R"(<dataTypes><enumeratedDataTypes><enumeratedData name=""><enumerator name="" value="1"/>
        <enumerator name="b" value="1" values="2"/><enumerator name="c" values="2" value="1"/>
        </enumeratedData><enumeratedData name="E"><enumerator name="b" value="1" values="2"/>
-       <enumerator name="c" values="2" value="1"/></enumeratedData></enumeratedDataTypes>
-       </dataTypes>)",
+       <enumerator name="c" values="2" value="1"/><enumerator name="d" value="3" values=""/>
+       </enumeratedData></enumeratedDataTypes></dataTypes>)",
      "enumerated[0].enumerator[0].enum=b; enumerated[0].enumerator[0].number=2; "
      "enumerated[0].enumerator[1].enum=c; enumerated[0].enumerator[1].number=1; "
+     "enumerated[0].enumerator[2].enum=d; enumerated[0].enumerator[2].number=3; "
      "enumerated[0].name=E",
      {"Warning: enumerator definition was missing a name\n",
       "Warning: enumeratedData definition was missing a name\n"}},

@@ -5,7 +5,6 @@
 #include "util/dtFilename.h"
 #include "util/dtNetworkOrder.h"
 
-#include <algorithm>
 #include <exception>
 #include <limits>
 #include <sstream>
@@ -124,17 +123,11 @@ TEST(MessageTest, EndsWithALineBreakOrAFlush)
     EXPECT_THAT(messages.take(), ElementsAre("left over"));
 }
 
-TEST(MessageTest, TheLevelFiltersAndTheSinkIsPutBack)
+TEST(MessageTest, TheLevelFilters)
 {
-    Messages outer(DtMessageLevel::verbose);
-    {
-        Messages inner(DtMessageLevel::info);
-        for (DtMessageStream* stream : {&DtWarn, &DtInfo, &DtVerbose}) *stream << "inner\n";
-        EXPECT_THAT(inner.list(), ElementsAre("inner\n", "inner\n"));
-    }
-    DtVerbose << "verbose\n";
-    DtDebug << "debug\n";
-    EXPECT_THAT(outer.list(), ElementsAre("verbose\n"));
+    const Messages messages(DtMessageLevel::info);
+    for (DtMessageStream* stream : {&DtWarn, &DtInfo, &DtVerbose, &DtDebug}) *stream << "heard\n";
+    EXPECT_THAT(messages.list(), ElementsAre("heard\n", "heard\n"));
 }
 
 TEST(MessageTest, ASinkThatThrowsDoesNotSilenceTheStream)
@@ -148,26 +141,6 @@ TEST(MessageTest, ASinkThatThrowsDoesNotSilenceTheStream)
     DtSetMessageSink(before);
     DtWarn << "two\n";
     EXPECT_THAT(messages.list(), ElementsAre("two\n"));
-}
-
-TEST(MessageTest, ThreadsNeverTearAMessage)
-{
-    Messages messages;
-    std::vector<std::string> expected;
-    std::vector<std::thread> threads;
-    for (char name = 'a'; name <= 'd'; ++name)
-    {
-        expected.insert(expected.end(), 500, std::string("thread ") + name + " says\n");
-        threads.emplace_back(
-            [name]
-            {
-                for (int count = 0; count < 500; ++count) DtWarn << "thread " << name << " says\n";
-            });
-    }
-    for (std::thread& thread : threads) thread.join();
-    std::vector<std::string> arrived = messages.take();
-    std::sort(arrived.begin(), arrived.end());
-    EXPECT_EQ(arrived, expected);
 }
 
 TEST(NetworkOrderTest, HoldsTheOctetsToSend)
@@ -188,7 +161,4 @@ TEST(AssertionDeathTest, NamesExpressionFileAndLine)
     DtFedNode node;
     EXPECT_DEATH(node.setParentObject(&node),
                  "^libsrc/omtReader/fedNode:64: assertion failed: this != f\n$");
-    alignas(DtFedNode) unsigned char place[sizeof(DtFedNode)];
-    EXPECT_DEATH(new (place) DtFedNode(reinterpret_cast<DtFedNode*>(place)),
-                 "^libsrc/omtReader/fedNode:29: assertion failed: myParentObject != this\n$");
 }
