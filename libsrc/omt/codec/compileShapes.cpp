@@ -18,14 +18,14 @@ void Compiler::findShape(Node& node)
 {
     // Far below theDeepest, so that a plain node is not asked how deep it stands.
     constexpr std::uint8_t theMostLevels = 100;
-    node.shape = Shape::odd;
+    node.quick = QuickForm::odd;
     if (node.isFixed)
     {
         Holes holes;
         const bool isListed = !node.hasPadding || (addHoles(holes, node, node.parts) &&
                                                    setGaps(node, holes, node.size));
         if (isListed && node.size > 0 && node.empties == 0 && node.height <= theMostLevels)
-            node.shape = Shape::plain;
+            node.quick = QuickForm::plain;
         return;
     }
     switch (node.form)
@@ -38,10 +38,10 @@ void Compiler::findShape(Node& node)
             setLead(node);
             break;
         case Form::array:
-            node.shape = Shape::array;
+            node.quick = QuickForm::array;
             break;
         case Form::octets:
-            node.shape = Shape::octets;
+            node.quick = QuickForm::octets;
             break;
         case Form::number:
             break;
@@ -196,7 +196,7 @@ bool Compiler::setFork(Node& node, std::uint32_t lead)
     }
     addGaps(holes, fork.body);
     fork.gapCount = static_cast<std::uint32_t>(myPlan.gaps.size()) - fork.gaps;
-    node.shape = Shape::fork;
+    node.quick = QuickForm::fork;
     node.fork = static_cast<std::uint32_t>(myPlan.forks.size());
     myPlan.forks.push_back(fork);
     return true;
@@ -206,9 +206,9 @@ bool Compiler::setFork(Node& node, std::uint32_t lead)
 void Compiler::setLead(Node& node)
 {
     if (node.isLooking || node.parts == 0) return;
-    node.shape = Shape::record;
+    node.quick = QuickForm::record;
     std::uint32_t lead = 0;
-    while (myPlan.nodes[myPlan.parts[node.first + lead].node].shape == Shape::plain) ++lead;
+    while (myPlan.nodes[myPlan.parts[node.first + lead].node].quick == QuickForm::plain) ++lead;
     const std::uint32_t end = myPlan.parts[node.first + lead].offset;
     Holes holes;
     if (lead == 0 || end > theLargestSize || setFork(node, lead)) return;

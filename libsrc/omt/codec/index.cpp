@@ -383,7 +383,7 @@ bool Indexer::field(const Node& node, std::uint32_t i, std::uint32_t entry, std:
     Around inner = around.inner(&part);
     if (!pad(at, start - node.phase, part.boundary, part.node, inner)) return false;
     inner.reserve += part.rest;
-    if (node.shape == Shape::fork && i + 1 == node.parts) inner.entry = entry;
+    if (node.quick == QuickForm::fork && i + 1 == node.parts) inner.entry = entry;
     myLookedBase = looked;
     if (!piece(part.node, at, inner)) return false;
     if (decided != theNone) close(decided, at);

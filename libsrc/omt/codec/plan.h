@@ -95,7 +95,7 @@ enum class Length : std::uint8_t
 };
 
 /// How a node is passed over where nothing about it is odd.
-enum class Shape : std::uint8_t
+enum class QuickForm : std::uint8_t
 {
     /// A fixed size, octets in each element and field, and its padding listed.
     plain,
@@ -119,7 +119,7 @@ struct Name
 struct alignas(64) Node
 {
     Form form = Form::octets;
-    Shape shape = Shape::odd;
+    QuickForm quick = QuickForm::odd;
     Extent extent = Extent::fixed;
     Scalar scalar = Scalar::unsignedInteger;
     bool isLittleEndian = false;

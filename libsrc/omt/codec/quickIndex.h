@@ -46,7 +46,8 @@ public:
     std::size_t piece(std::uint32_t id, std::size_t at, const Around& around)
     {
         const Node& node = myPlan.nodes[id];
-        return node.shape == Shape::plain ? plain(node, at, around.limit) : open(node, at, around);
+        return node.quick == QuickForm::plain ? plain(node, at, around.limit)
+                                              : open(node, at, around);
     }
 
     /// Where a field of a record begins, given where the record does. `around` becomes the field's.
@@ -180,22 +181,22 @@ private:
     {
         constexpr std::uint32_t theDeepestQuick = 32;
         if (around.depth >= theDeepestQuick) return theOdd;
-        switch (node.shape)
+        switch (node.quick)
         {
-            case Shape::fork:
+            case QuickForm::fork:
                 return fork(myPlan.forks[node.fork], at, around);
-            case Shape::array:
+            case QuickForm::array:
                 return array(node, at, around);
-            case Shape::record:
+            case QuickForm::record:
                 return record(node, at, around);
-            case Shape::octets:
+            case QuickForm::octets:
             {
                 const std::size_t end = kept(at, around);
                 add(at, end, 0);
                 return end;
             }
-            case Shape::plain:
-            case Shape::odd:
+            case QuickForm::plain:
+            case QuickForm::odd:
                 break;
         }
         return theOdd;
@@ -284,7 +285,7 @@ private:
     {
         at = padded(start, at, boundaryIn(array), inner.limit);
         if (at == theOdd) return at;
-        if (element.shape == Shape::fork) return fork(myPlan.forks[element.fork], at, inner);
+        if (element.quick == QuickForm::fork) return fork(myPlan.forks[element.fork], at, inner);
         return open(element, at, inner);
     }
 
@@ -294,7 +295,7 @@ private:
         const Node& element = myPlan.nodes[node.element];
         setCount(entry, count);
         if (count == 0) return at;
-        if (element.shape != Shape::plain)
+        if (element.quick != QuickForm::plain)
         {
             const Around inner{around.limit, around.reserve, around.depth + 1};
             for (std::uint64_t i = 0; i < count && at != theOdd; ++i)
@@ -319,7 +320,7 @@ private:
         const Node& element = myPlan.nodes[node.element];
         const std::size_t start = at;
         std::uint64_t count = 0;
-        if (element.shape == Shape::plain)
+        if (element.quick == QuickForm::plain)
         {
             const std::size_t size = inside.limit - at;
             count = size < element.size ? 0 : (size - element.size) / node.stride + 1;
@@ -380,7 +381,7 @@ private:
         if (target.node == theNone) return bareFork(fork, at, around);
         if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
         const Node& inside = myPlan.nodes[target.node];
-        if (inside.shape != Shape::plain) return openFork(fork, target, at, around);
+        if (inside.quick != QuickForm::plain) return openFork(fork, target, at, around);
         const std::size_t end = plain(inside, at + fork.body, around.limit);
         if (end == theOdd) return theOdd;
         if (fork.length != Length::none && load(at + fork.lengthPlace) != inside.size)

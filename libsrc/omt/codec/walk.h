@@ -42,7 +42,7 @@ public:
     void forEachField(const Spot& record, const Visit& visit, std::uint32_t first = 0) const
     {
         const Node& node = plan.nodes[record.node];
-        if (record.entry == theNone || node.shape == Shape::fork)
+        if (record.entry == theNone || node.quick == QuickForm::fork)
         {
             for (std::uint32_t i = first; i < node.parts; ++i)
             {

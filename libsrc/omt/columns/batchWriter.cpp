@@ -136,7 +136,7 @@ bool BatchWriter::findQuickly(Octets octets, Piece& piece)
             inside.size > 0 && inside.height < theDeepest)
         {
             myIndex.entries.push_back(
-                {myRoot, 0, static_cast<std::uint32_t>(octets.size()), alternative, entry + 1});
+                {0, static_cast<std::uint32_t>(octets.size()), alternative, entry + 1});
             return true;
         }
     }
@@ -283,6 +283,11 @@ void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_
                     aligned(place[row] + node.phase, part.boundary) - node.phase);
                 piece.place += place[row];
                 place[row] += child.size;
+            }
+            else if (node.quick == QuickForm::fork)
+            {
+                piece.entry = pieces[row].entry;
+                piece.place += part.offset;
             }
             else
             {
@@ -463,8 +468,8 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
     if (column.shape == Shape::kept)
     {
         const Entry& entry = myIndex.entries[piece.entry];
-        const std::uint32_t body = myPlan.nodes[entry.node].body;
-        return append(cells, piece.place + body, entry.end - entry.offset - body);
+        const std::uint32_t body = myPlan.nodes[column.node].body;
+        return append(cells, piece.place + body, entry.end - entry.offset - column.inEntry - body);
     }
     const Node& node = myPlan.nodes[column.node];
     if (column.shape == Shape::octets)
@@ -485,7 +490,8 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
     }
     else if (column.shape == Shape::json)
     {
-        const std::uint32_t place = node.isFixed ? 0 : myIndex.entries[piece.entry].offset;
+        const std::uint32_t place =
+            node.isFixed ? 0 : myIndex.entries[piece.entry].offset + column.inEntry;
         appendJsonOf(myPlan, piece.place + offset - place, myIndex,
                      {column.node, place, node.isFixed ? theNone : piece.entry}, myText, {});
     }

@@ -126,12 +126,16 @@ private:
             child.name = myPlan.text(part.name);
             child.node = part.node;
             child.isNullable = isVariant ? i > 0 : part.decider != theNone;
+            if (!isVariant && node.quick == QuickForm::fork && i + 1 == node.parts)
+                child.inEntry = part.offset;
             if (!fill(first + i)) return false;
         }
         if (!hasKept) return true;
         Column& kept = myColumns.columns[first + node.parts];
         kept.name = "octets";
         kept.isNullable = true;
+        kept.node = myColumns.columns[at].node;
+        kept.inEntry = myColumns.columns[at].inEntry;
         setLeaf(kept, Shape::kept, "z");
         return true;
     }

@@ -59,6 +59,9 @@ struct Column
     /// Octets of a row of a number or a label.
     std::uint8_t width = 0;
     std::uint32_t node = theNone;
+    /// Of a variant record that shares the entry of a record, and of what is kept of it: where it
+    /// stands in this record.
+    std::uint32_t inEntry = 0;
     /// The columns in it: all fields of a record; the discriminant, all alternatives and what is
     /// kept of a variant record; the element of a list.
     std::uint32_t first = 0;
