@@ -16,6 +16,8 @@ KEPT_OF_A_NAME = 3
 KEPT_ROWS = 200
 RECORD = bytes.fromhex("0103004E3D020000") + bytes(16)  # what fuzzRecords takes in front of the table
 
+OCTETS = bytes.fromhex("0001000200030000000148454c4c4f00000000103fc00000c0000000") * 2
+
 
 def thin(element):
     """Takes off all but the first few of the children of one name, at every depth."""
@@ -59,6 +61,7 @@ def seeds_of_xml(model):
     yield "xmlReader", b"4" + text  # merged with the standard MIM
     yield "readWriteRead", text
     yield "modelRead", text
+    yield "codec", text + b"\0\0" + OCTETS
 
 
 def seeds_of_hla13(model):
@@ -66,10 +69,12 @@ def seeds_of_hla13(model):
     yield "omtReader", text
     yield "readWriteRead", text
     yield "modelRead", text
+    yield "codec", text + b"\0\0" + OCTETS
 
 
 def seeds_of_table(model):
     rows = model.read_bytes().splitlines(keepends=True)
+    yield "codecTexts", b"\5" + b"".join(rows[:KEPT_ROWS])
     yield "records", RECORD + b"".join(rows[::max(1, len(rows) // KEPT_ROWS)])
 
 

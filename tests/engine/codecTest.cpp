@@ -234,19 +234,29 @@ TEST(CodecTest, DecodesPublishedValues)
     const Case cases[] = {
         {"BaseEntity.IsPartOf",
          "00 01 00 02 00 03 48 4c 41 34 32 00 00 03 00 02 00 02 00 00 00 10 00 00 3f c0 00 00 c0 "
-         "00 00 00 3f 00 00 00",                                "{\"HostEntityIdentifier\":{\"FederateIdentifier\":{\"SiteID\":1,\"ApplicationID\":2},"
+         "00 00 00 3f 00 00 00",                                      "{\"HostEntityIdentifier\":{\"FederateIdentifier\":{\"SiteID\":1,\"ApplicationID\":2},"
          "\"EntityNumber\":3},\"HostRTIObjectIdentifier\":\"HLA42\",\"Relationship\":{\"Nature\":"
          "\"FuelCarriedAsCargo\",\"Position\":\"Inside\"},\"NamedLocation\":{"
          "\"StationNumber\":2,\"StationName\":{\"StationName\":\"OnStationXYZ\","
          "\"RelativeLocation\":{\"BodyXDistance\":1.5,\"BodyYDistance\":-2,\"BodyZDistance\":0.5}}"
-         "}}",                      ""                                         },
+         "}}",                                     ""                                         },
         {"SetData.VariableDatumSet",
          "00 00 00 01 00 00 00 00 00 00 27 10 00 00 00 40 00 00 00 01 00 00 00 00 01 02 03 04 05 "
-         "06 07 08",                                            "[{\"DatumID\":\"Entity_Identification\",\"DatumLength\":64,\"DatumValue\":["
-         "72623859790382856]}]",                ""                                         },
-        {"BaseEntity.Spatial",       "0f 00 00 00",             "", "DeadReckoningAlgorithm at 0 needs 1 has 4"},
-        {"Waiter.Efficiency",        "00 00 00 02 00 00 00 05",
-         "{\"ValIndex\":\"Journeyman\",\"Rating\":5}",              ""                                         },
+         "06 07 08",                                                  "[{\"DatumID\":\"Entity_Identification\",\"DatumLength\":64,\"DatumValue\":["
+         "72623859790382856]}]",                               ""                                         },
+ // Two elements to the end, each with as many numbers as one of its fields says.
+        {"AggregateEntity.SilentEntities",
+         "00 05 00 02 01 02 00 03 04 05 06 07 00 00 00 09 00 00 00 0a 00 01 00 00 01 02 00 03 04 "
+         "05 "
+         "06 08",                                                     "[{\"NumberOfEntitiesOfThisType\":5,\"NumberOfAppearanceRecords\":2,\"EntityType\":{"
+         "\"EntityKind\":1,\"Domain\":2,\"CountryCode\":3,\"Category\":4,\"Subcategory\":5,"
+         "\"Specific\":6,\"Extra\":7},\"EntityAppearance\":[9,10]},{"
+         "\"NumberOfEntitiesOfThisType\":1,\"NumberOfAppearanceRecords\":0,\"EntityType\":{"
+         "\"EntityKind\":1,\"Domain\":2,\"CountryCode\":3,\"Category\":4,\"Subcategory\":5,"
+         "\"Specific\":6,\"Extra\":8},\"EntityAppearance\":[]}]", ""                                         },
+        {"BaseEntity.Spatial",             "0f 00 00 00",             "",          "DeadReckoningAlgorithm at 0 needs 1 has 4"},
+        {"Waiter.Efficiency",              "00 00 00 02 00 00 00 05",
+         "{\"ValIndex\":\"Journeyman\",\"Rating\":5}",                             ""                                         },
     };
     for (const Case& one : cases)
     {
@@ -269,18 +279,26 @@ TEST(CodecTest, AllocatesNothingOnceGrown)
     std::mt19937_64 random(1);
     for (const char* const name :
          {"SpatialVariantStruct", "EntityTypeStruct", "EnvironmentRecStruct",
-          "VariableDatumStructArray", "SilentEntityStruct"})
+          "VariableDatumStructArray", "SilentEntityStruct", "MarkingStruct", "IsPartOfStruct"})
     {
         const omt::Type type = codec.type(name);
         const Bytes octets = slow.make(name, random);
         omt::Value value;
         std::string json;
         Bytes again;
+        // Past an array whose count other fields state, a field indexes the value, which allocates.
+        const omt::Value first = type.decode(octets);
+        const bool isStated = std::string_view(name) == "SilentEntityStruct";
+        const bool isArray = first.root().kind() == omt::ValueKind::array;
+        const omt::Field field =
+            type.field(isArray ? "[0]" : first.root().name(isStated ? 0 : first.root().size() - 1));
         const auto once = [&]
         {
             type.decode(octets, value);
             json.clear();
             value.appendJson(json);
+            static_cast<void>(field.octets(octets));
+            again.assign(value.octets().begin(), value.octets().end());
         };
         once();
         once();

@@ -150,7 +150,7 @@ TEST(HintsTest, SaysWhatDoesNotFit)
         "h.json:1: warning: the hint about \"None\" does not fit: the model has no such "
         "datatype and no such field of a record [hint]\n"
         "h.json:1: warning: the hint about \"All.Where\" does not fit: it is no array of "
-        "octets [hint]\n"
+        "octets, or one of more than 65536 [hint]\n"
         "h.json:1: warning: the hint about \"WorldLocationStruct\" does not fit: it is no "
         "record of seven integers of 1, 1, 2, 1, 1, 1, 1 octets [hint]\n"
         "h.json:2: warning: the hint about \"EntityTypeStruct\" does not fit: it is no record "

@@ -75,12 +75,15 @@ void Compiler::applyHints()
 
 void Compiler::applyText(Id id, std::size_t hint)
 {
+    // One of a fixed size is filled up, so that it is bounded.
+    constexpr std::uint32_t theLongest = 65536;
     Node& node = myPlan.nodes[id];
-    const bool isArray = node.form == Form::array && node.extent != Extent::padding;
+    const bool isArray = node.form == Form::array && node.extent != Extent::padding &&
+                         (node.extent != Extent::fixed || node.count <= theLongest);
     const Node* const element = isArray ? &myPlan.nodes[node.element] : nullptr;
     if (!element || element->form != Form::number || element->size != 1 ||
         element->table != theNone)
-        return complain(hint, "it is no array of octets");
+        return complain(hint, "it is no array of octets, or one of more than 65536");
     node.look = Look::text;
 }
 

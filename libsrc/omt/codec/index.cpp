@@ -330,10 +330,11 @@ bool Indexer::piece(std::uint32_t id, std::size_t& at, const Around& around)
         case Form::octets:
             break;
     }
+    const std::size_t start = at;
     const std::uint32_t entry = open(at);
     at = std::max(at, around.limit - std::min(around.limit, around.reserve));
     close(entry, at);
-    return true;
+    return at != start || charge(1, at, around);
 }
 
 bool Indexer::fixed(std::uint32_t id, std::size_t& at, const Around& around)

@@ -192,6 +192,8 @@ private:
             case QuickForm::octets:
             {
                 const std::size_t end = kept(at, around);
+                // Pieces without octets are counted.
+                if (end == at) return theOdd;
                 add(at, end, 0);
                 return end;
             }

@@ -173,8 +173,32 @@ private:
                 return fail(
                     "the alternative cannot begin with zeros, so it has to be given itself");
         }
+        else if (isKept(spot))
+        {
+            text += ",\"octets\":";
+            keepOctets(spot);
+        }
         text += '}';
         return true;
+    }
+
+    bool isKept(const Spot& variant) const
+    {
+        return mySteps.index.entries[variant.entry].count == theUnknown;
+    }
+
+    // The octets of an alternative that is not known.
+    void keepOctets(const Spot& variant)
+    {
+        constexpr char theDigits[] = "0123456789abcdef";
+        const std::uint32_t end = mySteps.index.entries[variant.entry].end;
+        text += '"';
+        for (std::uint32_t i = variant.offset + myPlan.nodes[variant.node].body; i < end; ++i)
+        {
+            text += theDigits[myOctets[i] >> 4];
+            text += theDigits[myOctets[i] & 15];
+        }
+        text += '"';
     }
 
     bool zeros(std::uint32_t node)
