@@ -250,7 +250,7 @@ TEST_F(ModelsTest, BothMIMsAreThePublishedOnesInOtherWords)
     std::ostringstream file;
     file << std::ifstream(projectFile("data/HLAstandardMIM.xml")).rdbuf();
     EXPECT_EQ(file.str(), std::string(reinterpret_cast<const char*>(HLAstandardMIM_xml),
-                                      HLAstandardMIM_xml_len));
+                                      static_cast<std::size_t>(HLAstandardMIM_xml_len)));
     for (const std::string name : {"mim/HLAstandardMIM.xml", "2025/HLAstandardMIM-2025.xml"})
     {
         SCOPED_TRACE(name);
