@@ -9,6 +9,7 @@ packagesFor()
         build) echo g++ cmake ninja-build pkg-config ccache libxml2-dev libexpat1-dev libsimdjson-dev \
                     libgeographiclib-dev libcli11-dev nlohmann-json3-dev ;;
         test)  echo libgtest-dev libgmock-dev python3 ;;
+        python) echo python3-venv python3-dev ;;
         ci)    echo clang libclang-rt-14-dev clang-format clang-tidy shellcheck doxygen libxml2-utils abigail-tools \
                     dpkg-dev file groff-base ;;
         measure) echo libbenchmark-dev gnuplot-nox ;;

@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: Apache-2.0
+// The module omtreader._core: models, codecs, fields and tables of libomt for Python.
+#include "dicts.h"
+#include "omt/codec/layout.h"
+#include "tables.h"
+
+#include <nanobind/stl/optional.h>
+#include <nanobind/stl/string.h>
+#include <nanobind/stl/string_view.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace nb = nanobind;
+
+namespace
+{
+
+using omtpy::Table;
+
+/// The octets of any object that has some, for as long as this lives.
+class View
+{
+public:
+    explicit View(nb::handle object)
+    {
+        if (PyObject_GetBuffer(object.ptr(), &myBuffer, PyBUF_SIMPLE) != 0)
+            throw nb::python_error();
+    }
+    View(const View&) = delete;
+    View& operator=(const View&) = delete;
+    ~View() { PyBuffer_Release(&myBuffer); }
+
+    omt::Octets octets() const { return {myBuffer.buf, static_cast<std::size_t>(myBuffer.len)}; }
+
+private:
+    Py_buffer myBuffer;
+};
+
+[[noreturn]] void raise(nb::object error)
+{
+    PyErr_SetObject(reinterpret_cast<PyObject*>(Py_TYPE(error.ptr())), error.ptr());
+    throw nb::python_error();
+}
+
+nb::list findingsOf(const omt::Findings& findings)
+{
+    const nb::object make = omtpy::typeNamed("Finding");
+    nb::list all;
+    for (const omt::Finding& one : findings)
+    {
+        std::ostringstream text;
+        text << one;
+        all.append(make(nb::str(omt::name(one.severity).data()), one.name, one.text, one.place.file,
+                        one.place.line, text.str()));
+    }
+    return all;
+}
+
+// Codecs -------------------------------------------------------------------------------------
+
+class Field;
+
+class Codec
+{
+public:
+    explicit Codec(const omt::Model& model)
+        : myCodec(std::make_shared<const omt::Codec>(model)),
+          myNames(std::make_shared<omtpy::Names>())
+    {
+    }
+
+    nb::list findings() const { return findingsOf(myCodec->findings()); }
+
+    nb::object decode(std::string_view name, nb::handle octets)
+    {
+        const View view(octets);
+        return decodeAs(type(name), view.octets(), *myNames);
+    }
+
+    static nb::object decodeAs(const omt::Type& type, omt::Octets octets, omtpy::Names& names)
+    {
+        // Kept for its memory; Python's lock is held as long as it is used, but an object that is
+        // made may run code of others, which may come here again.
+        static thread_local omt::Value theKept;
+        omt::Value value = std::move(theKept);
+        type.decodeInPlace(octets, value);
+        nb::object result = omtpy::toPython(value, names);
+        if (value.fault() || value.left() > 0) fail(value, std::move(result));
+        theKept = std::move(value);
+        return result;
+    }
+
+    nb::bytes encode(std::string_view name, nb::handle value)
+    {
+        std::string json;
+        omtpy::appendJson(value, json);
+        return encodeJson(name, json);
+    }
+
+    nb::bytes encodeJson(std::string_view name, std::string_view json)
+    {
+        std::vector<std::uint8_t> octets;
+        if (const auto error = type(name).encode(json, octets))
+            raise(omtpy::typeNamed("EncodeError")(error->what, error->path));
+        return nb::bytes(octets.data(), octets.size());
+    }
+
+    nb::str decodeJson(std::string_view name, nb::handle octets)
+    {
+        const View view(octets);
+        omt::Value value;
+        type(name).decodeInPlace(view.octets(), value);
+        if (value.fault() || value.left() > 0) fail(value, omtpy::toPython(value, *myNames));
+        const std::string json = value.json();
+        return nb::str(json.data(), json.size());
+    }
+
+    Table decodeColumn(std::string_view name, nb::handle column, std::string_view labels,
+                       bool widenUnsigned)
+    {
+        return Table::decode(columns(name, labels, widenUnsigned), omtpy::takeColumn(column));
+    }
+
+    Table encodeColumn(std::string_view name, nb::handle column)
+    {
+        return Table::encode(columns(name, "dictionary", false), omtpy::takeColumn(column));
+    }
+
+    std::string layout(std::string_view name);
+
+    /// A member where there is a period, else a datatype; found once.
+    const omt::Type& type(std::string_view name)
+    {
+        const auto place = myTypes.find(std::string(name));
+        if (place != myTypes.end()) return place->second;
+        return myTypes.emplace(name, find(name)).first->second;
+    }
+
+    const std::shared_ptr<const omt::Codec>& codec() const { return myCodec; }
+    const std::shared_ptr<omtpy::Names>& names() const { return myNames; }
+
+private:
+    omt::Type find(std::string_view name) const
+    {
+        if (std::optional<omt::Type> found = myCodec->findType(name)) return *found;
+        try
+        {
+            return name.find('.') == name.npos ? myCodec->type(name) : myCodec->member(name);
+        }
+        catch (const omt::UnknownName& unknown)
+        {
+            raise(omtpy::typeNamed("UnknownName")(unknown.what()));
+        }
+    }
+
+    omt::Columns columns(std::string_view name, std::string_view labels, bool widenUnsigned)
+    {
+        constexpr std::string_view theLabels[] = {"dictionary", "string", "number"};
+        const auto* const found = std::find(std::begin(theLabels), std::end(theLabels), labels);
+        if (found == std::end(theLabels))
+            throw nb::value_error("labels are \"dictionary\", \"string\" or \"number\"");
+        omt::ColumnOptions options;
+        options.labels = static_cast<omt::Labels>(found - theLabels);
+        options.widensUnsigned = widenUnsigned;
+        return omt::Columns(type(name), options);
+    }
+
+    [[noreturn]] static void fail(const omt::Value& value, nb::object partial)
+    {
+        const std::size_t left = value.left();
+        const omt::Fault fault = value.fault()
+                                     ? *value.fault()
+                                     : omt::Fault{std::to_string(left) + " octets are left over",
+                                                  "", value.octets().size(), 0, left};
+        raise(omtpy::typeNamed("DecodeError")(fault.what, fault.path, fault.offset, fault.needed,
+                                              fault.left, std::move(partial)));
+    }
+
+    std::shared_ptr<const omt::Codec> myCodec;
+    std::shared_ptr<omtpy::Names> myNames;
+    std::unordered_map<std::string, omt::Type> myTypes;
+};
+
+std::string Codec::layout(std::string_view name)
+{
+    std::ostringstream out;
+    out << "offset  octets  name\n";
+    for (const omt::LayoutRow& row : omt::layout(type(name)))
+    {
+        const std::string offset = row.offset ? std::to_string(*row.offset) : "-";
+        const std::string size =
+            std::to_string(row.leastSize) + (row.greatestSize == row.leastSize ? "" : "+");
+        out << std::string(6 - std::min<std::size_t>(offset.size(), 6), ' ') << offset << "  "
+            << std::string(6 - std::min<std::size_t>(size.size(), 6), ' ') << size << "  "
+            << std::string(std::size_t{2} * row.depth, ' ') << row.name
+            << (row.name.empty() ? "" : ": ") << row.type;
+        if (!row.remark.empty()) out << " (" << row.remark << ')';
+        out << '\n';
+    }
+    return out.str();
+}
+
+class Field
+{
+public:
+    Field(const Codec& codec, omt::Field field)
+        : myNames(codec.names()), myCodec(codec.codec()), myField(std::move(field))
+    {
+    }
+
+    /// None where the octets do not have this part.
+    nb::object operator()(nb::handle octets) const
+    {
+        const View view(octets);
+        const omt::Octets value = view.octets();
+        const omt::Type type = myField.type();
+        switch (type.kind())
+        {
+            case omt::ValueKind::number:
+                if (isInteger()) break;
+                if (const std::optional<double> number = myField.number(value))
+                    return nb::float_(*number);
+                return nb::none();
+            case omt::ValueKind::enumerated:
+                if (const std::optional<std::string_view> label = myField.label(value))
+                    return nb::borrow(myNames->label(*label, *myField.integer(value)));
+                break;
+            default:
+                break;
+        }
+        const std::optional<omt::Octets> part = myField.octets(value);
+        if (!part) return nb::none();
+        return Codec::decodeAs(type, *part, *myNames);
+    }
+
+private:
+    bool isInteger() const
+    {
+        const std::uint8_t zeros[8] = {};
+        return myField.type()
+            .decode(omt::Octets(zeros, *myField.type().size()))
+            .root()
+            .integer()
+            .has_value();
+    }
+
+    std::shared_ptr<omtpy::Names> myNames;
+    std::shared_ptr<const omt::Codec> myCodec;
+    omt::Field myField;
+};
+
+Field fieldOf(Codec& codec, std::string_view name, std::string_view path)
+{
+    if (std::optional<omt::Field> found = codec.type(name).findField(path))
+        return Field(codec, *found);
+    raise(omtpy::typeNamed("UnknownName")(std::string(name) + " has no \"" + std::string(path) +
+                                          "\""));
+}
+
+// Models -------------------------------------------------------------------------------------
+
+omt::Reading readDocuments(nb::handle documents, bool mim)
+{
+    std::vector<std::string> texts;
+    std::vector<omt::Document> all;
+    std::vector<std::string> names;
+    for (nb::handle one : documents)
+    {
+        const View view(one[1]);
+        names.push_back(nb::cast<std::string>(one[0]));
+        texts.emplace_back(reinterpret_cast<const char*>(view.octets().data()),
+                           view.octets().size());
+    }
+    for (std::size_t i = 0; i < texts.size(); ++i) all.push_back({names[i], texts[i]});
+    const nb::gil_scoped_release unlocked;
+    return omt::readDocuments(all, omt::ReadOptions().withMim(mim));
+}
+
+}  // namespace
+
+NB_MODULE(_core, module)
+{
+    nb::class_<omt::Reading>(module, "Model")
+        .def_prop_ro("findings",
+                     [](const omt::Reading& reading) { return findingsOf(reading.findings); })
+        .def_prop_ro("is_sound", &omt::Reading::isSound)
+        .def("codec", [](const omt::Reading& reading) { return Codec(reading.model); });
+    nb::class_<Codec>(module, "Codec")
+        .def_prop_ro("findings", &Codec::findings)
+        .def("decode", &Codec::decode, nb::arg("name"), nb::arg("octets"))
+        .def("encode", &Codec::encode, nb::arg("name"), nb::arg("value").none())
+        .def("decode_json", &Codec::decodeJson, nb::arg("name"), nb::arg("octets"))
+        .def("encode_json", &Codec::encodeJson, nb::arg("name"), nb::arg("json"))
+        .def("field", fieldOf, nb::arg("name"), nb::arg("path"))
+        .def("decode_column", &Codec::decodeColumn, nb::arg("name"), nb::arg("column"),
+             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false)
+        .def("encode_column", &Codec::encodeColumn, nb::arg("name"), nb::arg("column"))
+        .def("layout", &Codec::layout, nb::arg("name"));
+    nb::class_<Field>(module, "Field").def("__call__", &Field::operator(), nb::arg("octets"));
+    nb::class_<Table>(module, "Table")
+        .def("__len__", &Table::rows)
+        .def("__arrow_c_schema__", &Table::schemaCapsule)
+        .def(
+            "__arrow_c_array__",
+            [](const Table& table, nb::handle) { return table.arrayCapsules(); },
+            nb::arg("requested_schema") = nb::none())
+        .def(
+            "__arrow_c_stream__",
+            [](const Table& table, nb::handle) { return table.streamCapsule(); },
+            nb::arg("requested_schema") = nb::none());
+    module.def("read_documents", readDocuments, nb::arg("documents"), nb::arg("mim"));
+}

@@ -1,0 +1,63 @@
+# SPDX-License-Identifier: Apache-2.0
+from collections.abc import Iterable, Sequence
+from typing import Any, Literal, Protocol
+
+from typing_extensions import Buffer
+
+from ._types import Finding
+
+class ArrowColumn(Protocol):
+    def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]: ...
+
+class ArrowStream(Protocol):
+    def __arrow_c_stream__(self, requested_schema: object = None) -> object: ...
+
+class Model:
+    @property
+    def findings(self) -> list[Finding]: ...
+    @property
+    def is_sound(self) -> bool:
+        """Whether no finding is an error."""
+    def codec(self) -> Codec:
+        """Compiles all datatypes."""
+
+class Field:
+    def __call__(self, octets: Buffer) -> Any:
+        """Reads the part out of a value; None where the value does not have it."""
+
+class Table:
+    """Batches of two columns; for whatever takes Arrow arrays or streams of them."""
+
+    def __len__(self) -> int: ...
+    def __arrow_c_schema__(self) -> object: ...
+    def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]: ...
+    def __arrow_c_stream__(self, requested_schema: object = None) -> object: ...
+
+class Codec:
+    """Datatypes of a model, by member ("BaseEntity.Spatial") or by name."""
+
+    @property
+    def findings(self) -> list[Finding]: ...
+    def decode(self, name: str, octets: Buffer) -> Any:
+        """One value: dicts, lists, numbers, str, bytes, Enumerator. Raises DecodeError."""
+    def encode(self, name: str, value: Any) -> bytes:
+        """The octets of a value. Raises EncodeError."""
+    def decode_json(self, name: str, octets: Buffer) -> str: ...
+    def encode_json(self, name: str, json: str) -> bytes: ...
+    def field(self, name: str, path: str) -> Field:
+        """One part of a value, read without decoding the rest."""
+    def decode_column(
+        self,
+        name: str,
+        column: ArrowColumn | ArrowStream | Iterable[Buffer | None],
+        *,
+        labels: Literal["dictionary", "string", "number"] = "dictionary",
+        widen_unsigned: bool = False,
+    ) -> Table:
+        """Decodes a column of octets to "value" and "fault", row by row the same."""
+    def encode_column(self, name: str, column: ArrowColumn | ArrowStream) -> Table:
+        """Encodes a column of values to "octets" and "fault"."""
+    def layout(self, name: str) -> str:
+        """Where the octets of a datatype stand."""
+
+def read_documents(documents: Sequence[tuple[str, bytes]], mim: bool) -> Model: ...

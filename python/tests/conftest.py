@@ -1,0 +1,68 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Models, and values of their datatypes that are made by growing random octets until they fit."""
+
+import os
+import random
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+from typing import NamedTuple
+
+import pytest
+
+import omtreader as omt
+
+EXAMPLES = Path(__file__).parents[2] / "examples" / "models"
+NETN = ["evolved/RPR-Foundation_v2.0.xml", "evolved/RPR-Enumerations_v2.0.xml",
+        "evolved/RPR-Base_v2.0.xml", "evolved/RPR-SE_v2.0.xml", "2025/NETN-BASE.xml",
+        "2025/NETN-SMC.xml", "2025/NETN-ORG.xml", "2025/NETN-ETR.xml", "2025/NETN-COM.xml",
+        "2025/NETN-SE.xml", "2025/NETN-METOC.xml"]
+PUBLISHED = {"RPR": ["evolved/RPR_FOM_v2.0_1516-2010.xml"], "MIM": ["mim/HLAstandardMIM.xml"],
+             "NETN": NETN}
+
+
+class Loaded(NamedTuple):
+    codec: omt.Codec
+    files: list[str]
+    names: list[str]
+
+
+def datatypes(files: list[str]) -> list[str]:
+    kinds = ("arrayData", "fixedRecordData", "variantRecordData", "enumeratedData", "simpleData")
+    names = []
+    for file in files:
+        for element in ElementTree.parse(file).iter():
+            if element.tag.rpartition("}")[2] in kinds:
+                names += [one.text.strip() for one in element if one.tag.endswith("}name")]
+    return sorted(set(names))
+
+
+def loaded(files: list[str]) -> Loaded:
+    return Loaded(omt.load(*files, mim=True).codec(), files, datatypes(files))
+
+
+@pytest.fixture(scope="session", params=["Harbour", *PUBLISHED])
+def model(request: pytest.FixtureRequest) -> Loaded:
+    if request.param == "Harbour":
+        return loaded([str(EXAMPLES / name) for name in ("HarbourBase.xml", "HarbourTraffic.xml")])
+    if "OMT_MODELS" not in os.environ:
+        pytest.skip("OMT_MODELS is not set")
+    return loaded([os.environ["OMT_MODELS"] + "/" + name for name in PUBLISHED[request.param]])
+
+
+def grow(codec: omt.Codec, name: str, octets: bytes, source: random.Random) -> bytes | None:
+    """Octets that are a value, made from any; None where that does not come to an end."""
+    for _ in range(200):
+        try:
+            codec.decode(name, octets)
+            return octets
+        except omt.DecodeError as fault:
+            missing = fault.needed - fault.left
+            at = fault.offset
+            if fault.what.endswith("left over"):
+                octets = octets[:at]
+            elif 0 < missing <= 2000:
+                octets += source.randbytes(missing)
+            else:
+                small = bytes([0, 0, 0, source.randrange(3)]) if missing > 0 else bytes(8)
+                octets = (octets[:at] + small + octets[at + len(small):])[:4000]
+    return None
