@@ -124,8 +124,10 @@ struct OneReplaced : Host
     explicit OneReplaced(std::size_t slot)
     {
         Manager plain;
+        const Slots own = slotsOf(*this);
         slots = slotsOf(plain);
-        slots[slot] = slotsOf(*this)[slot];
+        slots[1] = own[1];  // its type
+        slots[slot] = own[slot];
         *tableOf(*this) = &slots[2];
     }
     Slots slots;
