@@ -321,7 +321,7 @@ std::multiset<std::string> findingsOf(const omt::Findings& findings)
 
 TEST(NothingLostTest, WhatIsWrittenOfAnyEditionIsValidAndReadsBack)
 {
-    const std::vector<std::string> files = filesOf({"evolved", "mim", "2025", "x2000"});
+    const std::vector<std::string> files = filesOf({"evolved", "mim", "2025", "x2000", "hla13"});
     if (files.empty()) GTEST_SKIP() << "OMT_MODELS is not set";
     for (const omt::Edition edition : {omt::Edition::ieee2010, omt::Edition::ieee2025})
     {

@@ -2,6 +2,7 @@
 #include "omt/model/fitting.h"
 
 #include "omt/model/compare.h"
+#include "omt/model/lowering13.h"
 #include "omt/model/xmlWriter.h"
 
 #include <algorithm>
@@ -21,6 +22,7 @@ Fitting::Fitting(const Model& model, Edition edition, Findings& findings)
 
 const Tables& Fitting::fit()
 {
+    Lowering13(myModel, myBuilder, myEdition, myFindings).lower();
     fitIdentification();
     fitSections();
     fitServices();
