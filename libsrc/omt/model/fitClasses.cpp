@@ -4,12 +4,23 @@
 #include "omt/model/compare.h"
 #include "omt/model/fitting.h"
 
-#include <algorithm>
+#include <map>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
 namespace omt
 {
+
+namespace
+{
+
+template <typename T>
+constexpr auto membersOf = &T::attributes;
+template <>
+constexpr auto membersOf<InteractionClass> = &InteractionClass::parameters;
+
+}  // namespace
 
 void Fitting::fitClasses()
 {
@@ -64,16 +75,6 @@ void Fitting::joinRoots(std::vector<T>& table, std::string_view rootName)
     }
 }
 
-/// Members of a class that is there twice go to the first.
-template <typename T, typename Part>
-void Fitting::joinMembers(T& node, const List<Part>& more, List<Part> T::*list)
-{
-    if (more.empty()) return;
-    std::vector<Part> parts((node.*list).begin(), (node.*list).end());
-    parts.insert(parts.end(), more.begin(), more.end());
-    node.*list = myBuilder.list(parts);
-}
-
 template <typename T, typename Part>
 void Fitting::dropTwins(T& node, List<Part> T::*list)
 {
@@ -106,6 +107,8 @@ void Fitting::joinSiblings(std::vector<T>& table)
         }
     };
     std::unordered_map<std::pair<std::uint32_t, std::string_view>, std::uint32_t, Hash> firsts;
+    using Part = std::decay_t<decltype(*(std::declval<T&>().*membersOf<T>).begin())>;
+    std::map<std::uint32_t, std::vector<Part>> more;
     std::vector<std::uint32_t> places(table.size());
     std::vector<T> kept;
     kept.reserve(table.size());
@@ -123,17 +126,17 @@ void Fitting::joinSiblings(std::vector<T>& table)
         }
         change(node, node.name,
                describe(node, T::theKind) + " is there twice; what it holds goes to the first");
-        T& whole = kept[first->second];
-        if constexpr (std::is_same_v<T, ObjectClass>)
-        {
-            joinMembers(whole, node.attributes, &T::attributes);
-            dropTwins(whole, &T::attributes);
-        }
-        else
-        {
-            joinMembers(whole, node.parameters, &T::parameters);
-            dropTwins(whole, &T::parameters);
-        }
+        const auto& members = node.*membersOf<T>;
+        std::vector<Part>& all = more[first->second];
+        all.insert(all.end(), members.begin(), members.end());
+    }
+    for (const auto& [index, members] : more)
+    {
+        const auto& own = kept[index].*membersOf<T>;
+        std::vector<Part> all(own.begin(), own.end());
+        all.insert(all.end(), members.begin(), members.end());
+        kept[index].*membersOf<T> = myBuilder.list(all);
+        dropTwins(kept[index], membersOf<T>);
     }
     if (kept.size() != table.size()) table = std::move(kept);
 }
@@ -145,6 +148,9 @@ void Fitting::moveDimensions(ObjectClass& node)
     { return !dimensions.empty() && saysSomething(dimensions[0].view()); };
     std::vector<Attribute> attributes(node.attributes.begin(), node.attributes.end());
     std::vector<Text> all(node.dimensions.begin(), node.dimensions.end());
+    std::unordered_set<std::string_view> known(all.begin(), all.end());
+    // A document may give any number of dimensions to any number of attributes.
+    constexpr std::size_t theMostMoved = 1000000;
     bool isMoved = false;
     for (Attribute& attribute : attributes)
     {
@@ -154,14 +160,18 @@ void Fitting::moveDimensions(ObjectClass& node)
         isMoved = true;
         if (isTo)
         {
-            attribute.dimensions = node.dimensions;
+            if ((myMovedDimensions += node.dimensions.size()) <= theMostMoved)
+                attribute.dimensions = node.dimensions;
+            else
+                lose(attribute, node.dimensions[0],
+                     "one of too many uses of dimensions, at " +
+                         describe(attribute, Kind::attribute) + ",");
             continue;
         }
         for (const Text& dimension : std::as_const(attribute.dimensions))
         {
-            const bool isAgain = std::find(all.begin(), all.end(), dimension) != all.end();
-            if (!isAgain && (all.empty() || saysSomething(dimension.view())))
-                all.push_back(dimension);
+            const bool isWanted = all.empty() || saysSomething(dimension.view());
+            if (isWanted && known.insert(dimension).second) all.push_back(dimension);
         }
         if (says(attribute.dimensions))
             change(attribute, attribute.dimensions[0],

@@ -46,10 +46,7 @@ std::string Fitting::madeLabel(std::string_view label)
                                : isNumber(label) ? "Note" + std::string(label)
                                : label.empty()   ? "Note"
                                                  : asXmlName(label);
-    std::string made = wanted;
-    for (std::size_t number = 2; !myIds.insert(made).second; ++number)
-        made = wanted + '_' + std::to_string(number);
-    return made;
+    return myIds.free(wanted);
 }
 
 /// The labels that an aside refers to, as they are written; a label that nothing has is left out.

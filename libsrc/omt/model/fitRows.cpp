@@ -170,12 +170,8 @@ Text Fitting::madeName(const Text& name)
     const auto [known, isNewName] = myNames.try_emplace(name.str());
     if (isNewName)
     {
-        const std::string wanted = name.empty() ? "Unnamed" : asXmlName(name);
-        std::string made = wanted;
-        for (std::size_t number = 2; isTaken(made); ++number)
-            made = wanted + '_' + std::to_string(number);
-        myTaken.insert(made);
-        known->second = made;
+        if (!std::exchange(isTakenFilled, true)) takeNames();
+        known->second = myTaken.free(name.empty() ? "Unnamed" : asXmlName(name));
     }
     return text(known->second, name);
 }
@@ -204,26 +200,24 @@ bool Fitting::fitEnumerators(Alternative& alternative)
     return true;
 }
 
-bool Fitting::isTaken(const std::string& name)
+/// The names of all definitions and of their parts.
+void Fitting::takeNames()
 {
-    if (!std::exchange(isTakenFilled, true))
-        forEachNamedTable(
-            [this](auto table)
+    forEachNamedTable(
+        [this](auto table)
+        {
+            for (const auto& definition : tables().*table)
             {
-                for (const auto& definition : tables().*table)
-                {
-                    myTaken.insert(definition.name.str());
-                    forEachPartList<std::decay_t<decltype(definition)>>(
-                        [&](auto list)
-                        {
-                            using Part = std::decay_t<decltype(*(definition.*list).begin())>;
-                            if constexpr (!std::is_same_v<Part, Text>)
-                                for (const Part& part : definition.*list)
-                                    myTaken.insert(part.name.str());
-                        });
-                }
-            });
-    return myTaken.count(name) != 0;
+                myTaken.take(definition.name.str());
+                forEachPartList<std::decay_t<decltype(definition)>>(
+                    [&](auto list)
+                    {
+                        using Part = std::decay_t<decltype(*(definition.*list).begin())>;
+                        if constexpr (!std::is_same_v<Part, Text>)
+                            for (const Part& part : definition.*list) myTaken.take(part.name.str());
+                    });
+            }
+        });
 }
 
 // Asides
@@ -261,7 +255,7 @@ bool Fitting::isKept(const Definition& definition, Kind kind, const Aside& aside
     const bool isAttribute = aside.what == Aside::What::attribute;
     if (isAttribute && aside.name == "idtag")
     {
-        if (isXmlName(aside.text) && myIds.insert(aside.text.str()).second) return true;
+        if (isXmlName(aside.text) && myIds.take(aside.text.str())) return true;
         lose(definition, aside.text,
              "the identifier `" + aside.text.str() +
                  "`, which is no name "

@@ -119,21 +119,7 @@ bool isSchemaPlace(const Aside& aside)
 /// become those of one.
 void Fitting::fitSections()
 {
-    std::vector<std::pair<std::string_view, std::string_view>> seen;
-    const auto isAgain = [&](const Section& section, const Aside& aside)
-    {
-        if (aside.what != Aside::What::attribute) return false;
-        if (!isUnchanged() && isSchemaPlace(aside)) return true;
-        for (const auto& [name, text] : seen)
-        {
-            if (name != aside.name) continue;
-            if (text != aside.text)
-                lose(section, aside.text, "the XML attribute `" + aside.name.str() + "`");
-            return true;
-        }
-        seen.emplace_back(aside.name, aside.text);
-        return false;
-    };
+    Seen seen;
     bool isPlaced = isUnchanged();
     for (Module& module : tables().modules)
     {
@@ -145,7 +131,8 @@ void Fitting::fitSections()
             // Comments before the root say whose document it was.
             const bool isForeign = isRoot && module.isBuiltIn;
             for (const Aside& aside : section.asides)
-                if (!isForeign && !(isRoot && isAgain(section, aside))) asides.push_back(aside);
+                if (!isForeign && !(isRoot && isLeftOut(section, aside, seen)))
+                    asides.push_back(aside);
             if (isRoot && !std::exchange(isPlaced, true)) addSchemaPlace(asides, seen);
             section.asides = myBuilder.list(asides);
         }
@@ -159,11 +146,21 @@ void Fitting::fitSections()
     }
 }
 
-void Fitting::addSchemaPlace(std::vector<Aside>& asides,
-                             std::vector<std::pair<std::string_view, std::string_view>>& seen)
+/// Whether an XML attribute of a root is there already, or says where the schema of another edition
+/// stands.
+bool Fitting::isLeftOut(const Section& root, const Aside& aside, Seen& seen)
+{
+    if (aside.what != Aside::What::attribute) return false;
+    if (!isUnchanged() && isSchemaPlace(aside)) return true;
+    const auto [first, isFirst] = seen.try_emplace(aside.name, aside.text);
+    if (!isFirst && first->second != aside.text)
+        lose(root, aside.text, "the XML attribute `" + aside.name.str() + "`");
+    return !isFirst;
+}
+
+void Fitting::addSchemaPlace(std::vector<Aside>& asides, Seen& seen)
 {
     constexpr std::string_view thePrefix = "xmlns:xsi";
-    constexpr std::string_view thePlace = "xsi:schemaLocation";
     const auto add = [&](std::string_view name, std::string_view text)
     {
         Aside aside;
@@ -171,15 +168,13 @@ void Fitting::addSchemaPlace(std::vector<Aside>& asides,
         aside.name = myBuilder.text(name);
         aside.text = myBuilder.text(text);
         asides.push_back(aside);
-        seen.emplace_back(aside.name, aside.text);
+        seen.emplace(aside.name, aside.text);
     };
     const std::string year = isNew() ? "2025" : "2010";
-    const auto isPrefix = [&](const auto& each) { return each.first == thePrefix; };
-    if (std::none_of(seen.begin(), seen.end(), isPrefix))
-        add(thePrefix, "http://www.w3.org/2001/XMLSchema-instance");
-    add(thePlace, std::string(namespaceOf(myEdition)) +
-                      " http://standards.ieee.org/downloads/1516/1516.2-" + year +
-                      "/IEEE1516-DIF-" + year + ".xsd");
+    if (seen.count(thePrefix) == 0) add(thePrefix, "http://www.w3.org/2001/XMLSchema-instance");
+    add("xsi:schemaLocation", std::string(namespaceOf(myEdition)) +
+                                  " http://standards.ieee.org/downloads/1516/1516.2-" + year +
+                                  "/IEEE1516-DIF-" + year + ".xsd");
 }
 
 }  // namespace omt

@@ -2,6 +2,7 @@
 // Fitting turns the tables of any model into ones that the schema of an edition accepts.
 #pragma once
 
+#include "omt/model/freeNames.h"
 #include "omt/model/modelBuilder.h"
 #include "omt/model/rows.h"
 
@@ -36,8 +37,10 @@ private:
     void fitNotes();
     void fitRows();
 
-    void addSchemaPlace(std::vector<Aside>& asides,
-                        std::vector<std::pair<std::string_view, std::string_view>>& seen);
+    /// XML attributes of the root, by name.
+    using Seen = std::unordered_map<std::string_view, std::string_view>;
+    bool isLeftOut(const Section& root, const Aside& aside, Seen& seen);
+    void addSchemaPlace(std::vector<Aside>& asides, Seen& seen);
 
     template <typename T, typename Rows>
     void fitNamed(std::vector<T>& table, const Rows& rows);
@@ -49,8 +52,6 @@ private:
     void joinRoots(std::vector<T>& table, std::string_view rootName);
     template <typename T>
     void joinSiblings(std::vector<T>& table);
-    template <typename T, typename Part>
-    void joinMembers(T& node, const List<Part>& more, List<Part> T::*list);
     template <typename T, typename Part>
     void dropTwins(T& node, List<Part> T::*list);
     void moveDimensions(ObjectClass& node);
@@ -70,7 +71,7 @@ private:
     bool fitEnumerators(Alternative& alternative);
     bool isNotWritten(const Section& section) const;
     Text madeName(const Text& name);
-    bool isTaken(const std::string& name);
+    void takeNames();
 
     // What all share.
     bool isNew() const { return myEdition == Edition::ieee2025; }
@@ -91,12 +92,13 @@ private:
     Findings& myFindings;
     ModelBuilder myBuilder;
     bool hasOneModule = false;
+    std::size_t myMovedDimensions = 0;
 
     std::unordered_map<std::string, std::string> myNames;
-    std::unordered_set<std::string> myTaken;
+    FreeNames myTaken;
     bool isTakenFilled = false;
     /// Labels of notes and identifiers of elements that are in use.
-    std::unordered_set<std::string> myIds;
+    FreeNames myIds;
     /// What labels have become: by module and label, and by label alone for the first.
     std::unordered_map<std::string, std::string> myLabels;
 };

@@ -169,7 +169,7 @@ void Lowering13::lower()
         [this](auto table)
         {
             for (const auto& definition : myBuilder.tables().*table)
-                myNames.insert(definition.name.str());
+                myNames.take(definition.name.str());
         });
     for (Module& module : modules)
         if (isOld(module)) lowerIdentification(module);
@@ -308,13 +308,12 @@ Text Lowering13::todaysTransportation(const Text& transportation)
 void Lowering13::lowerRoutingSpaces()
 {
     Tables& tables = myBuilder.tables();
-    std::unordered_map<std::string, std::vector<Text>> spaces;
     for (const RoutingSpace& space : tables.routingSpaces)
         for (const RoutingDimension& from : space.dimensions)
         {
             Dimension dimension;
             static_cast<Definition&>(dimension) = from;
-            const std::string name = freeName(from.name.str());
+            const std::string name = myNames.free(from.name.str());
             dimension.name = myBuilder.text(name, from.name.line());
             dimension.asides = asidesFor(from, Kind::routingDimension, Kind::dimension);
             dimension.normalization = from.normalization;
@@ -324,42 +323,41 @@ void Lowering13::lowerRoutingSpaces()
                          "`" + cutText(each) + "` of dimension `" + from.name.str() +
                              "` is lost: 1516 has no place for it");
             tables.dimensions.push_back(dimension);
-            spaces[space.name.str()].push_back(dimension.name);
+            mySpaces[space.name.str()].push_back(dimension.name);
         }
     tables.routingSpaces.clear();
-    const auto replace = [&](List<Text>& dimensions)
-    {
-        std::vector<Text> all;
-        for (const Text& each : std::as_const(dimensions))
-        {
-            const auto found = spaces.find(each.str());
-            if (found == spaces.end())
-                all.push_back(each);
-            else
-                all.insert(all.end(), found->second.begin(), found->second.end());
-        }
-        if (!all.empty()) dimensions = myBuilder.list(all);
-    };
     for (ObjectClass& node : tables.objectClasses)
     {
         if (!isOf13(node)) continue;
         node.attributes = myBuilder.copy(node.attributes);
-        for (Attribute& attribute : node.attributes) replace(attribute.dimensions);
+        for (Attribute& attribute : node.attributes) replaceSpaces(attribute, attribute.dimensions);
     }
     for (InteractionClass& node : tables.interactionClasses)
-        if (isOf13(node)) replace(node.dimensions);
+        if (isOf13(node)) replaceSpaces(node, node.dimensions);
+}
+
+void Lowering13::replaceSpaces(const Definition& user, List<Text>& dimensions)
+{
+    // A document may put any number of attributes into a space of any size.
+    constexpr std::size_t theMost = 1000000;
+    std::vector<Text> all;
+    for (const Text& each : std::as_const(dimensions))
+    {
+        const auto found = mySpaces.find(each.str());
+        if (found == mySpaces.end())
+            all.push_back(each);
+        else if ((myReplaced += found->second.size()) <= theMost)
+            all.insert(all.end(), found->second.begin(), found->second.end());
+        else
+            lose(user, each,
+                 "the routing space of `" + user.name.str() +
+                     "` is lost: its dimensions are too many to be written for each attribute");
+    }
+    if (all.size() != dimensions.size() || !mySpaces.empty()) dimensions = myBuilder.list(all);
 }
 
 // Datatypes
 // ----------------------------------------------------------------------------------
-
-std::string Lowering13::freeName(std::string wanted)
-{
-    std::string name = wanted;
-    for (std::size_t number = 2; !myNames.insert(name).second; ++number)
-        name = wanted + '_' + std::to_string(number);
-    return name;
-}
 
 /// Numbers of enumerators that are counted, and the octets of all of them.
 void Lowering13::lowerEnumerations()
@@ -400,7 +398,7 @@ void Lowering13::lowerEnumerations()
 /// A definition of the standard MIM, once in the tables.
 std::string Lowering13::copyFromMim(std::string_view name)
 {
-    if (!myNames.insert(std::string(name)).second) return std::string(name);
+    if (!myNames.take(std::string(name))) return std::string(name);
     if (myMim.modules().empty())
     {
         Findings ignored;
@@ -437,7 +435,7 @@ std::string Lowering13::basicName(std::string_view type)
     if (!standard.empty()) return copyFromMim(standard);
     std::string& name = myMade["basic " + std::string(primitive.simple)];
     if (!name.empty()) return name;
-    name = freeName(std::string(primitive.simple) + "BE");
+    name = myNames.free(std::string(primitive.simple) + "BE");
     const std::string bits = std::to_string(primitive.octets * 8);
     BasicData data;
     data.module = myModule;
@@ -466,9 +464,9 @@ std::string Lowering13::simpleName(std::string_view type, const Member* member)
                                resolution + '\n' + accuracy];
     if (!name.empty()) return name;
     const bool isAlways = condition.empty() || condition == "always";
-    name = freeName(std::string(primitive.simple) + asWord(units) +
-                    asWord(isAlways ? said(&Member::accuracy) : accuracy) +
-                    (resolution.empty() ? "" : "By" + asWord(resolution)));
+    name = myNames.free(std::string(primitive.simple) + asWord(units) +
+                        asWord(isAlways ? said(&Member::accuracy) : accuracy) +
+                        (resolution.empty() ? "" : "By" + asWord(resolution)));
     SimpleData data;
     data.module = myModule;
     if (member) data.line = member->line;
@@ -502,7 +500,7 @@ const Lowering13::Laid* Lowering13::laidPrimitive(std::string_view name)
     {
         EnumeratedData data;
         data.module = myModule;
-        data.name = myBuilder.text(found.name = freeName("Boolean8"));
+        data.name = myBuilder.text(found.name = myNames.free("Boolean8"));
         data.representation = myBuilder.text(copyFromMim("HLAoctet"));
         std::vector<Enumerator> enumerators(2);
         for (std::size_t i = 0; i < 2; ++i)
@@ -547,7 +545,7 @@ std::string Lowering13::arrayName(const std::string& element, std::string_view s
     std::string& name =
         myMade["array " + element + '\n' + std::string(cardinality) + '\n' + std::string(encoding)];
     if (!name.empty()) return name;
-    name = freeName(element + std::string(suffix));
+    name = myNames.free(element + std::string(suffix));
     ArrayData data;
     data.module = myModule;
     data.name = myBuilder.text(name);

@@ -2,6 +2,7 @@
 // Lowering13 turns the definitions of HLA 1.3 into ones that 1516 has, with the same octets.
 #pragma once
 
+#include "omt/model/freeNames.h"
 #include "omt/model/modelBuilder.h"
 
 #include <cstdint>
@@ -94,6 +95,7 @@ private:
     void lowerMembers(List<T>& members);
     void lowerMember(Member& member);
     void lowerRoutingSpaces();
+    void replaceSpaces(const Definition& user, List<Text>& dimensions);
     void lowerEnumerations();
     Text todaysTransportation(const Text& transportation);
 
@@ -108,7 +110,6 @@ private:
                           std::string_view cardinality, std::string_view encoding);
     std::string octets(std::uint64_t count);
     std::string tailOctets();
-    std::string freeName(std::string wanted);
 
     // Complex datatypes
     void lowerComplex();
@@ -119,7 +120,6 @@ private:
     std::optional<Laid> element(const Member& member);
     void loseUnits(const Member& member);
     static bool isSimple(std::string_view type);
-    bool hasField(std::string_view name) const;
     void place(const Component& from, const Piece& piece, Laid& whole);
     void placeOctets(const ComplexRecord& record, std::size_t first, std::size_t count,
                      std::optional<std::uint64_t> size, Laid& whole);
@@ -140,9 +140,15 @@ private:
     Findings& myFindings;
     std::unordered_map<std::string, Laid> myLaid;
     std::unordered_map<std::string, std::string> myMade;
-    std::unordered_set<std::string> myNames;
+    std::unordered_map<std::string, std::vector<Text>> mySpaces;
+    std::size_t myReplaced = 0;
+    FreeNames myNames;
     std::unordered_set<std::string_view> myBusy;
+    /// Of the record that is being lowered: its fields, and the last component that each name
+    /// decides about.
     std::vector<RecordField> myFields;
+    std::unordered_map<std::string_view, std::size_t> myLastDecided;
+    std::unordered_set<std::string_view> myFieldNames;
     Model myMim;
     std::uint32_t myModule = 0;
 };

@@ -104,6 +104,11 @@ void Lowering13::lowerComplex(const ComplexRecord& record)
     whole.name = record.name.str();
     whole.size = 0;
     myFields.clear();
+    myFieldNames.clear();
+    myLastDecided.clear();
+    for (std::size_t i = 0; i < record.components.size(); ++i)
+        if (const auto how = occurrence(record.components[i].cardinality))
+            if (!how->decider.empty()) myLastDecided[how->decider] = i;
     const std::optional<Run> run = findRun(record, 0);
     const bool isVariant =
         run && run->end == record.components.size() && placeVariant(record, *run, whole, true);
@@ -157,7 +162,7 @@ void Lowering13::place(const Component& from, const Piece& piece, Laid& whole)
         Note note;
         note.module = from.module;
         note.line = from.line;
-        note.name = myBuilder.text(freeName("CountOf" + from.name.str()));
+        note.name = myBuilder.text(myNames.free("CountOf" + from.name.str()));
         note.semantics = myBuilder.text("RPRlengthlessArrayLength=" + piece.count);
         myBuilder.tables().notes.push_back(note);
         Aside aside;
@@ -165,6 +170,7 @@ void Lowering13::place(const Component& from, const Piece& piece, Laid& whole)
         field.asides = myBuilder.appended(field.asides, aside);
     }
     myFields.push_back(field);
+    myFieldNames.insert(from.name);
     if (piece.padding != 0)
         whole.extent = {piece.padding, 0};
     else
@@ -245,7 +251,7 @@ std::optional<Lowering13::Piece> Lowering13::piece(const ComplexRecord& record, 
             all->count = how->decider;
         else if (isCountByName(before))
             all->count = before;
-        if (all->count.empty() || hasField(all->count)) return all;
+        if (all->count.empty() || myFieldNames.count(all->count) != 0) return all;
         if (!how->decider.empty()) return std::nullopt;
         all->count.clear();
         return all;
@@ -256,12 +262,6 @@ std::optional<Lowering13::Piece> Lowering13::piece(const ComplexRecord& record, 
     piece.size = element->size;
     piece.isTail = element->isTail;
     return piece;
-}
-
-bool Lowering13::hasField(std::string_view name) const
-{
-    return std::any_of(myFields.begin(), myFields.end(),
-                       [&](const RecordField& field) { return field.name == name; });
 }
 
 /// An array, with the elements where HLA 1.3 has them; nothing where there is none.
@@ -325,9 +325,9 @@ std::optional<Lowering13::Run> Lowering13::findRun(const ComplexRecord& record,
         const auto how = occurrence(components[run.end].cardinality);
         if (how->value.empty() || how->most != 1) return std::nullopt;
     }
-    for (std::size_t i = run.end; i < components.size(); ++i)
-        if (isDecided(i)) return std::nullopt;
-    return run.end > run.first ? std::optional(run) : std::nullopt;
+    if (run.end == run.first) return std::nullopt;
+    const auto last = myLastDecided.find(components[decider].name);
+    return last->second < run.end ? std::optional(run) : std::nullopt;
 }
 
 /// A variant record, if its padding is what HLA 1.3 has between the deciding component and the
@@ -405,7 +405,7 @@ void Lowering13::addVariant(const ComplexRecord& record, const Run& run,
     }
     else
     {
-        variant.name = myBuilder.text(freeName(whole.name + decider.name.str() + "Variant"));
+        variant.name = myBuilder.text(myNames.free(whole.name + decider.name.str() + "Variant"));
         RecordField field;
         static_cast<Definition&>(field) = decider;
         field.asides = asidesFor(decider, Kind::component, Kind::field);
@@ -421,7 +421,7 @@ std::string Lowering13::emptyRecord()
 {
     std::string& name = myMade["empty"];
     if (!name.empty()) return name;
-    name = freeName("Nothing");
+    name = myNames.free("Nothing");
     FixedRecord record;
     record.module = myModule;
     record.name = myBuilder.text(name);

@@ -2,9 +2,12 @@
 #include "omt/model/modelBuilder.h"
 
 #include "omt/model/modelIndex.h"
+#include "omt/model/parts.h"
+#include "omt/model/rows.h"
 
 #include <algorithm>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 namespace omt
@@ -86,6 +89,73 @@ std::size_t shrinkTables(Tables& tables)
 }
 
 }  // namespace
+
+namespace
+{
+
+/// Whether texts of a row name datatypes.
+bool namesDatatype(const Row& row)
+{
+    return row.value == ValueForm::reference &&
+           (row.key == "dataType" || row.key == "representation");
+}
+
+/// How many names in a definition itself, without its parts, are changed.
+template <typename T>
+std::size_t rename(ModelBuilder& builder, T& definition, std::string_view from, const Text& to)
+{
+    std::size_t count = 0;
+    const auto replace = [&](Text& text)
+    {
+        if (!text.isThere() || text != from) return;
+        text = Text(to, text.line());
+        ++count;
+    };
+    if constexpr (isDatatype(T::theKind)) replace(definition.name);
+    for (const Row& row : rowsOf(T::theKind))
+    {
+        if (!namesDatatype(row)) continue;
+        if (row.oneText) replace(definition.*row.oneText);
+        if (!row.someTexts || (definition.*row.someTexts).empty()) continue;
+        definition.*row.someTexts = builder.copy(definition.*row.someTexts);
+        for (Text& text : definition.*row.someTexts) replace(text);
+    }
+    return count;
+}
+
+}  // namespace
+
+std::size_t ModelBuilder::renameDatatype(std::string_view from, std::string_view to)
+{
+    const Text name = text(to);
+    std::size_t count = 0;
+    const auto renameParts = [&](auto& definition)
+    {
+        forEachPartList<std::decay_t<decltype(definition)>>(
+            [&](auto list)
+            {
+                using Part = std::decay_t<decltype(*(definition.*list).begin())>;
+                if constexpr (!std::is_same_v<Part, Text>)
+                {
+                    List<Part> parts = copy(definition.*list);
+                    std::size_t changed = 0;
+                    for (Part& part : parts) changed += rename(*this, part, from, name);
+                    if (changed > 0) definition.*list = parts;
+                    count += changed;
+                }
+            });
+    };
+    forEachNamedTable(
+        [&](auto table)
+        {
+            for (auto& definition : tables().*table)
+            {
+                count += rename(*this, definition, from, name);
+                renameParts(definition);
+            }
+        });
+    return count;
+}
 
 Model ModelBuilder::build()
 {

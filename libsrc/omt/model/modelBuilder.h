@@ -56,6 +56,10 @@ public:
     }
     /// Adds a module without definitions and gives its index.
     std::uint32_t addModule(std::string_view file, Edition edition);
+    /// Gives a datatype, or a basic data representation, another name, wherever it is defined or
+    /// referred to by a datatype, a representation or a dimension; how many places that were. Takes
+    /// time by the size of the model.
+    std::size_t renameDatatype(std::string_view from, std::string_view to);
     /// Keeps alive what another model's texts and lists live in, so that definitions copied from it
     /// may stand in this one.
     void share(const Model& model);
