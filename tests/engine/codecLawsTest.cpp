@@ -5,6 +5,7 @@
 #include "omt/codec/layout.h"
 #include "omt/omt.h"
 #include "slowCodec.h"
+#include "slowCodec13.h"
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -181,6 +182,34 @@ TEST(CodecLawsTest, HoldForAllDatatypesOfPublishedModels)
         run(tables.basicData), run(tables.arrayData), run(tables.fixedRecords);
         run(tables.variantRecords);
     }
+}
+
+TEST(CodecLawsTest, AgreesWithASlowDecoderOfHla13)
+{
+    if (folder().empty()) GTEST_SKIP() << "OMT_MODELS is not set";
+    const omt::Model model = omt::read({folder() + "hla13/RPR2-D17.omd"}).model;
+    omt::CodecOptions options;
+    options.hasBuiltInHints = false;
+    const omt::Codec codec(model, options);
+    SlowCodec13 slow(model);
+    std::mt19937_64 random(1998);
+    std::size_t whole = 0;
+    for (const omt::ComplexRecord& data : model.tables().complexRecords)
+        for (int i = 0; i < 60; ++i)
+        {
+            // Small and printable octets: counts that fit, no NaN, nothing to escape.
+            Bytes octets(random() % 120);
+            for (std::uint8_t& octet : octets)
+                octet = static_cast<std::uint8_t>(random() % 3 != 0 ? random() % 4
+                                                                    : 'A' + random() % 26);
+            std::size_t left = 0;
+            const std::string json = slow.decode(data.name.str(), octets, left);
+            const omt::Value value = codec.type(data.name).decode(octets);
+            EXPECT_EQ(value.fault() ? "" : value.json(), json) << data.name;
+            EXPECT_TRUE(value.fault() || value.left() == left) << data.name;
+            whole += json.empty() ? 0 : 1;
+        }
+    EXPECT_GE(whole, 1000u);
 }
 
 // Where two editions say the same, they mean the same octets.

@@ -205,6 +205,7 @@ TEST(CodecTest, AgreesWithASlowDecoder)
         "evolved/RPR_FOM_v2.0_1516-2010.xml",
         "evolved/RestaurantFOMmodule.xml",
         "x2000/RPR2-D17.xml",
+        "2025/HLAstandardMIM-2025.xml",
         "2025/RestaurantFOMmodule-2025.xml 2025/RestaurantExtensionFOMmodule-2025.xml",
         "evolved/RPR-Foundation_v2.0.xml evolved/RPR-Enumerations_v2.0.xml "
         "evolved/RPR-Base_v2.0.xml evolved/RPR-SE_v2.0.xml 2025/NETN-BASE.xml 2025/NETN-SMC.xml "
