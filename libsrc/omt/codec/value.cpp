@@ -294,6 +294,39 @@ Item Item::operator[](std::size_t index) const
     return found.isThere() ? Item(*myValue, found.node, found.offset, found.entry) : Item();
 }
 
+void Item::forEach(const std::function<bool(std::string_view, const Item&)>& visit) const
+{
+    if (!myValue) return;
+    const Steps steps = myValue->myParts->steps();
+    const Spot spot{myNode, myOffset, myEntry};
+    const Node& node = steps.plan.nodes[myNode];
+    const auto tell = [&](const Part* part, const Spot& one)
+    {
+        return visit(part ? steps.plan.text(part->name) : std::string_view(),
+                     Item(*myValue, one.node, one.offset, one.entry));
+    };
+    if (node.form == Form::record)
+        steps.forEachField(spot,
+                           [&](const Part& part, const Spot& one) { return tell(&part, one); });
+    if (node.form == Form::array)
+    {
+        const std::uint32_t count = steps.count(spot);
+        Spot one = steps.element(spot, 0);
+        for (std::uint32_t i = 0; i < count && tell(nullptr, one); ++i)
+        {
+            if (one.entry != theNone) one.entry = steps.index.entries[one.entry].next;
+            one.offset = one.entry == theNone ? one.offset + node.stride
+                         : i + 1 < count      ? steps.index.entries[one.entry].offset
+                                              : one.offset;
+        }
+    }
+    if (node.form != Form::variant) return;
+    const Part* part = &steps.plan.parts[node.first];
+    if (!tell(part, {node.element, spot.offset})) return;
+    const Spot alternative = steps.alternative(spot, part);
+    if (alternative.isThere()) tell(part, alternative);
+}
+
 Item Item::operator[](std::string_view path) const
 {
     if (!myValue) return {};

@@ -4,6 +4,7 @@
 
 #include "omt/codec/type.h"
 
+#include <functional>
 #include <memory>
 
 namespace omt
@@ -40,6 +41,12 @@ public:
     Item operator[](std::size_t index) const;
     /// By a path such as "WorldLocation.X" or "Datums[2].Value".
     Item operator[](std::string_view path) const;
+
+    /// Calls `visit` with the name and the piece of each field, or with each element and an empty
+    /// name, in their order until it gives false. Takes time by their number.
+    void forEach(const std::function<bool(std::string_view name, const Item& part)>& visit) const;
+    /// Where the piece begins, in octets from the start of the value.
+    std::size_t offset() const { return myOffset; }
 
     /// A number, as Field has it.
     std::optional<double> number() const;
