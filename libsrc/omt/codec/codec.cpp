@@ -59,20 +59,41 @@ Type Codec::get(std::string_view path, Which which) const
                                                          : "attribute or parameter";
     const std::vector<MemberUse> uses = myModel.findMembers(path);
     if (uses.size() > 1)
-        throw UnknownName("\"" + std::string(path) + "\" means more than one " + what);
+        throw UnknownName("\"" + std::string(path) + "\" means more than one " + what + ": " +
+                          fullNames(uses));
     if (uses.size() == 1 && !findType(uses[0].member().dataType))
         throw UnknownName("\"" + std::string(path) + "\" is of the unknown datatype \"" +
                           uses[0].member().dataType.str() + "\"");
     // Where the class is known, its members may be meant, else other classes.
     const std::size_t period = path.rfind('.');
     const std::string_view owner = path.substr(0, std::min(period, path.size()));
-    const bool isKnown =
-        period != std::string_view::npos && (!myModel.findObjectClasses(owner).empty() ||
-                                             !myModel.findInteractionClasses(owner).empty());
+    const bool isObject = which != Which::parameter && !myModel.findObjectClasses(owner).empty();
+    const bool isInteraction =
+        which != Which::attribute && !myModel.findInteractionClasses(owner).empty();
+    const bool isKnown = period != std::string_view::npos && (isObject || isInteraction);
+    const std::string kind = which == Which::attribute   ? "object class"
+                             : which == Which::parameter ? "interaction class"
+                                                         : "class";
     throw UnknownName("\"" + std::string(path) + "\": " +
-                      unknownName(isKnown ? what : "class",
-                                  isKnown ? path.substr(period + 1) : owner,
+                      unknownName(isKnown ? what : kind, isKnown ? path.substr(period + 1) : owner,
                                   namesNear(path, which)));
+}
+
+std::string Codec::fullNames(const std::vector<MemberUse>& uses) const
+{
+    constexpr std::size_t theMost = 5;
+    std::string names;
+    for (std::size_t i = 0; i < uses.size() && i <= theMost; ++i)
+    {
+        const MemberUse& use = uses[i];
+        names += i > 0 ? ", " : "";
+        if (i == theMost) return names + "...";
+        names += use.objectClass        ? myModel.fullName(*use.objectClass)
+                 : use.interactionClass ? myModel.fullName(*use.interactionClass)
+                                        : std::string();
+        names += '.' + use.member().name.str();
+    }
+    return names;
 }
 
 // "Class.member" for all members, with the class as the path has it where there is that class.

@@ -66,6 +66,7 @@ private:
     };
     std::optional<Type> find(std::string_view path, Which which) const;
     Type get(std::string_view path, Which which) const;
+    std::string fullNames(const std::vector<MemberUse>& uses) const;
     std::vector<std::string_view> namesNear(std::string_view path, Which which) const;
 
     Model myModel;

@@ -33,11 +33,11 @@ private:
         row.boundary = node.boundary;
         row.leastSize = node.size;
         row.greatestSize = greatest(id);
-        row.remark += (row.remark.empty() ? "" : "; ") + remark(node);
+        const std::string more = remark(node);
+        row.remark += (row.remark.empty() || more.empty() ? "" : "; ") + more;
         const bool isKnown = std::find(myOpen.begin(), myOpen.end(), id) != myOpen.end();
         const unsigned depth = row.depth + 1;
         if (isKnown) row.remark = "holds itself";
-        if (row.remark == "; ") row.remark.clear();
         myRows.push_back(std::move(row));
         if (isKnown || myOpen.size() > theDeepest || myRows.size() > theMostRows) return;
         myOpen.push_back(id);

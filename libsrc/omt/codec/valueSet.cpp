@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Value::set(): one piece changed, in place where nothing else moves.
+#include "omt/base/nearestNames.h"
 #include "omt/codec/valueParts.h"
 
 #include <charconv>
@@ -65,6 +66,14 @@ private:
         return false;
     }
 
+    bool failUnknown(const Node& node, std::string_view name)
+    {
+        std::vector<std::string_view> names;
+        for (std::uint32_t i = 0; i < node.parts; ++i)
+            names.push_back(myPlan.text(myPlan.parts[node.first + i].name));
+        return fail(unknownName("field", name, names));
+    }
+
     void keep(const Spot& spot) { appendJsonOf(myPlan, myOctets, mySteps.index, spot, text, {}); }
 
     bool record(const Spot& spot, const PathStep& step, std::string_view path)
@@ -87,7 +96,7 @@ private:
                                  return isWritten;
                              });
         text += '}';
-        return isWritten && (isFound || fail("the value has no such piece"));
+        return isWritten && (isFound || failUnknown(myPlan.nodes[spot.node], step.name));
     }
 
     bool array(const Spot& spot, const PathStep& step, std::string_view path)
