@@ -20,18 +20,20 @@ class Descriptor
 {
 public:
     explicit Descriptor(const std::string& name)
-        : myNumber(name == "-" ? STDIN_FILENO : ::open(name.c_str(), O_RDONLY | O_CLOEXEC))
+        : myIsOurs(name != "-"),
+          myNumber(myIsOurs ? ::open(name.c_str(), O_RDONLY | O_CLOEXEC) : STDIN_FILENO)
     {
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor()
     {
-        if (myNumber > STDERR_FILENO) ::close(myNumber);
+        if (myIsOurs && myNumber >= 0) ::close(myNumber);
     }
     int number() const { return myNumber; }
 
 private:
+    bool myIsOurs;
     int myNumber;
 };
 
