@@ -12,13 +12,13 @@ import sys
 
 MODEL = "models/HarbourBase.xml models/HarbourTraffic.xml --mim"
 COMMANDS = [
-    f"omt decode {MODEL} --map harbour.map --attribute Vessel.Cargo "
+    f"omt decode {MODEL} --hex --member Vessel.Cargo "
     "00 01 00 00 00 00 01 9C 00 00 02 60 00 00 00 25",
-    f"omt decode {MODEL} --geodetic --position-datatype GeocentricPosition "
-    "--attribute Vessel.Position "
+    f"omt decode {MODEL} --hints harbourHints.json --geodetic --member Vessel.Position "
     "41 4C 81 14 60 00 00 00 41 1D 02 72 00 00 00 00 41 53 91 F5 08 00 00 00",
     "omt entity entity-types.csv 1:3:999:1:1:2:0",
-    "omt encode models/HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 -1.5\"",
+    "omt encode models/HarbourBase.xml --mim --member Berth.Identifier "
+    "--from \"42 00 00 07\" --set Number=8",
 ]
 COLUMNS, CHARACTER, LINE, MARGIN = 92, 8.4, 18, 16
 STYLE = "font: 14px 'DejaVu Sans Mono', Menlo, Consolas, monospace; white-space: pre"

@@ -125,7 +125,6 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         {"unknown member", "small.xml --class Van.Sped", "", "\"Sped\"; did you mean Speed"},
         {"unknown class for JSON", "small.xml --json --class Cra", "", "did you mean Car"},
         {"a member for JSON", "small.xml --json --class Van.Speed", "", "name the class Van"},
-        {"standard input twice", "- - <small.xml", "", "standard input can be read only once"},
         {"ambiguous class", "small.xml --class Road", "",
          "choose one of HLAobjectRoot.Road, HLAinteractionRoot.Road\n"},
         {"unknown datatype", "small.xml --datatype Paints", "", "did you mean Paint"},
@@ -177,13 +176,13 @@ TEST_F(ToolTest, WrongUsageIsStatusTwo)
 {
     for (const char* arguments :
          {"", "shwo", "show", "show small.xml --bogus", "show a --class", "show a --json --uses A",
-          "show a --class A --datatype B", "show a -q -v"})
+          "show a --class A --datatype B", "show a -q -v", "show - - <small.xml"})
     {
         SCOPED_TRACE(arguments);
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.status, 2);
         EXPECT_EQ(outcome.out, "");
-        EXPECT_THAT(outcome.err, HasSubstr("ee omt --help\n"));
+        EXPECT_THAT(outcome.err, testing::ContainsRegex("[sS]ee omt( show)? --help\n"));
     }
     EXPECT_THAT(run("shwo a").err, HasSubstr("no command \"shwo\"; did you mean show?"));
     EXPECT_THAT(run("show a --clas B").err,
@@ -360,19 +359,15 @@ TEST_F(ToolTest, WhatCannotBeReadOrWrittenIsSaidInOneSentence)
         std::string arguments;
         std::string message;
     } cases[] = {
-        {"full disk",               "show small.xml >/dev/full 2>.err #",        full                                 },
-        {"full disk for JSON",      "show small.xml --json >/dev/full 2>.err #", full                                 },
-        {"full disk for the help",  "--help >/dev/full 2>.err #",                full                                 },
-        {"closed standard output",  "show small.xml >&- 2>.err #",
-         "standard output: Bad file descriptor"                                                                       },
-        {"closed standard input",   decode + "<&-",                              "standard input: Bad file descriptor"},
-        {"directory for a list",    decode + "--lines <.",                       "standard input: Is a directory"     },
-        {"octets that break off",   decode + "--file /proc/self/mem",            broken                               },
-        {"mapping that breaks off", decode + "0 --map /proc/self/mem",           broken                               },
-        {"table that breaks off",   "entity /proc/self/mem 1",                   broken                               },
-        {"directory for a table",   "entity . 1",                                ".: Is a directory"                  },
-        {"directory for octets",    decode + "--file .",                         ".: Is a directory"                  },
-        {"no name of a mapping",    decode + "0 --map ''",                       "the name of a file is empty"        },
+        {"full disk",              "show small.xml >/dev/full 2>.err #",        full                                 },
+        {"full disk for JSON",     "show small.xml --json >/dev/full 2>.err #", full                                 },
+        {"full disk for the help", "--help >/dev/full 2>.err #",                full                                 },
+        {"closed standard output", "show small.xml >&- 2>.err #",
+         "standard output: Bad file descriptor"                                                                      },
+        {"closed standard input",  decode + "<&-",                              "standard input: Bad file descriptor"},
+        {"directory for a list",   decode + "--lines <.",                       "standard input: Is a directory"     },
+        {"octets that break off",  decode + "--file /proc/self/mem",            broken                               },
+        {"directory for octets",   decode + "--file .",                         ".: Is a directory"                  },
     };
     for (const auto& one : cases)
     {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "classReport.h"
 
-#include "modelInput.h"
+#include "errors.h"
 #include "modelWords.h"
 #include "omt/base/nearestNames.h"
 #include "plainText.h"

@@ -22,6 +22,9 @@ struct Result
     bool isPainted = false;
 };
 
+/// Where what is wrong has been written already.
+inline const Result theFailure = {"", {}, true};
+
 /// One subcommand: its place on the command line, and what it does once it was chosen there.
 ///
 /// A new one is a pair of files with a function that returns this, and a line in main.cpp.

@@ -10,7 +10,7 @@ _omt()
         [[ $word == -* ]] || { command=$word; break; }
     done
     help=$("$1" --help 2> /dev/null; [[ -z $command ]] || "$1" "$command" --help 2> /dev/null)
-    if [[ $3 == -* ]] && grep -qE -- "^ +(-.,)?$3 (NAME|CLASS\.NAME|TEXT|N|INT)\b" <<< "$help"; then
+    if [[ $3 == -* ]] && grep -qE -- "^ +(-.,)?$3 (NAME|CLASS\.NAME|TEXT|HEX|PATH=VALUE|N|UINT)\b" <<< "$help"; then
         compopt +o default
     elif [[ $2 == -* ]]; then
         words=$(grep -oE -- '^ +(-[a-z],)?--[a-z-]+' <<< "$help" | sed 's|^ *||; s|,|\n|' | sort -u)

@@ -2,7 +2,7 @@
 #include "convertCommand.h"
 
 #include "engineInput.h"
-#include "modelInput.h"
+#include "errors.h"
 #include "omt/model/write.h"
 #include "outputFile.h"
 

@@ -3,7 +3,7 @@
 
 #include "datatypeTree.h"
 #include "datatypeUses.h"
-#include "modelInput.h"
+#include "errors.h"
 #include "modelWords.h"
 #include "omt/base/nearestNames.h"
 #include "textTable.h"

@@ -1,175 +1,203 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "decodeCommand.h"
 
+#include "errors.h"
 #include "messages.h"
-#include "modelInput.h"
-#include "namedRecords.h"
 #include "octetInput.h"
 #include "plainText.h"
 #include "valueJson.h"
 #include "valueTable.h"
 #include "valueTarget.h"
-#include "watchedDecoder.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <iterator>
 #include <memory>
+#include <set>
 
 namespace
 {
 
-using Octets = DtDatatypeManager::Octets;
-
 struct DecodeChoice
 {
-    ModelChoice model;
-    ConversionChoice conversion;
-    NamedRecordChoice records;
     TargetChoice target;
     OctetChoice octets;
-    int precision = 0;
-    CLI::Option* precisionOption = nullptr;
+    TableChoice table;
+    std::string entityTypes;
+    bool isGeodetic = false;
     bool asLine = false;
     bool asJson = false;
+
+    /// Whether something may stand beside values.
+    bool hasOverlays() const { return isGeodetic || !entityTypes.empty() || !target.hints.empty(); }
 };
 
-/// Whether an argument can only be meant as a file. No octets have a dot or a slash.
-bool isFileName(const std::string& word)
+/// The octets begin at the first word that is no file by its form.
+void prepare(DecodeChoice& choice)
 {
-    std::error_code ignored;
-    return word.find_first_of("./") != std::string::npos ||
-           std::filesystem::is_regular_file(word, ignored);
-}
-
-/// The octets begin at the first word behind a file that is none itself.
-void splitWords(DecodeChoice& choice)
-{
-    std::vector<std::string>& words = choice.model.files;
-    const auto first = std::find_if_not(std::next(words.begin()), words.end(), isFileName);
-    choice.octets.words.assign(first, words.end());
-    words.erase(first, words.end());
-    if (choice.octets.words.empty()) return;
-    if (!choice.octets.file.empty())
-        throw CLI::ValidationError("HEX", "octets stand in the arguments and in a file");
-    if (choice.octets.isByLine)
-        throw CLI::ValidationError("HEX", "--lines reads from a file or from standard input");
+    SplitWords words = splitWords(choice.target.words, isDumpLine);
+    choice.target.model.files = std::move(words.files);
+    choice.octets.words = std::move(words.others);
+    if (!choice.octets.words.empty() && !choice.octets.file.empty())
+        throw UsageError("octets stand in the arguments and in a file");
+    if (!choice.octets.words.empty() && choice.octets.isByLine)
+        throw UsageError("--lines reads from a file or from standard input");
+    checkStandardInput(choice.target.model, choice.octets.isFromStandardInput());
 }
 
 /// Decodes one value after the other and collects what they show.
 class Decoding
 {
 public:
-    Decoding(const DecodeChoice& choice, WatchedDecoder& decoder)
-        : myChoice(choice), myDecoder(decoder), myTarget(findTarget(decoder, choice.target))
+    Decoding(const DecodeChoice& choice, const ValueTarget& target,
+             const omt::EntityTable& entityTypes)
+        : myChoice(choice), myTarget(target), myEntityTypes(entityTypes)
     {
     }
 
     void add(const GivenValue& given);
-    Result takeResult() { return std::move(myResult); }
+    Result takeResult();
 
 private:
-    std::string line(const Octets& octets);
-    std::string json(const Octets& octets);
-    void reportWarnings(const std::vector<std::string>& warnings);
+    void findOverlays();
+    void show();
+    std::string line() const;
+    void reportNotes();
 
     const DecodeChoice& myChoice;
-    WatchedDecoder& myDecoder;
-    const ValueTarget myTarget;
+    const ValueTarget& myTarget;
+    const omt::EntityTable& myEntityTypes;
+    omt::Value myValue;
+    std::vector<omt::Overlay> myOverlays;
     Result myResult;
     std::set<std::string> myReported;
+    bool myHasPosition = false;
+    bool myHasEntityType = false;
 };
 
 void Decoding::add(const GivenValue& given)
 {
-    Octets octets;
-    try
+    if (!given.complaint.empty())
     {
-        octets = octetsOf(given);
-    }
-    catch (const InputError& error)  // the next line may be better
-    {
-        myResult.complaints.emplace_back(error.what());
+        myResult.complaints.push_back(given.place + given.complaint);
         return;
     }
-    const WatchedValue value = myDecoder.watch(myTarget, octets);
-    reportWarnings(value.warnings);
-    if (!value.complaint.empty()) myResult.complaints.push_back(given.place + value.complaint);
+    myTarget.type.decodeInPlace(given.octets, myValue);
+    if (myChoice.hasOverlays()) findOverlays();
+    show();
+    const std::string complaint = complaintOf(myTarget, myValue);
+    if (!complaint.empty()) myResult.complaints.push_back(given.place + complaint);
+    if (!myChoice.asJson) reportNotes();
+}
+
+void Decoding::findOverlays()
+{
+    myOverlays = omt::overlays(myValue, &myEntityTypes);
+    for (const omt::Overlay& one : myOverlays)
+    {
+        myHasPosition |= one.kind == omt::Overlay::Kind::geodetic;
+        myHasEntityType |= one.kind == omt::Overlay::Kind::entityType;
+    }
+    if (myChoice.isGeodetic) return;
+    const auto isPosition = [](const omt::Overlay& one)
+    { return one.kind == omt::Overlay::Kind::geodetic; };
+    myOverlays.erase(std::remove_if(myOverlays.begin(), myOverlays.end(), isPosition),
+                     myOverlays.end());
+}
+
+Result Decoding::takeResult()
+{
+    if (myChoice.isGeodetic && !myHasPosition)
+        writeWarning("--geodetic: no position is known in what was decoded; see --hints");
+    if (!myChoice.entityTypes.empty() && !myHasEntityType)
+        writeWarning(
+            "--entity-types: no entity type is known in what was decoded, or none has a "
+            "row; see --hints");
+    return std::move(myResult);
+}
+
+/// The JSON of the value, and after it what stands beside its parts.
+std::string Decoding::line() const
+{
+    std::string text = myValue.json();
+    for (const omt::Overlay& one : myOverlays)
+        text += "  " + one.path + (one.path.empty() ? "" : ": ") + one.text;
+    return visible(text);
+}
+
+void Decoding::show()
+{
+    std::string& text = myResult.text;
     if (myChoice.asJson)
-        myResult.text += json(octets) + '\n';
+        appendEnvelope(myValue, myChoice.hasOverlays() ? &myOverlays : nullptr, text);
     else if (myChoice.asLine)
-        myResult.text += visible(line(octets)) + '\n';
-    else if (value.tree)
-        myResult.text += (myResult.text.empty() ? "" : "\n") +
-                         valueTable(myDecoder, myTarget.name, *value.tree, octets);
+        text += line();
+    else if (myValue.root())
+        text += (text.empty() ? "" : "\n") +
+                valueTable(myTarget.name, myValue, myOverlays, myChoice.table);
+    if (myChoice.asJson || myChoice.asLine) text += '\n';
 }
 
-std::string Decoding::line(const Octets& octets)
+/// Each note once, however many values it comes from.
+void Decoding::reportNotes()
 {
-    const HeldWarnings ignored;  // they were reported while the value was watched
-    return myDecoder.line(myTarget, octets).str();
+    constexpr std::size_t theMostNotes = 1000;
+    for (const omt::ValueNote& note : myValue.notes())
+    {
+        const std::string text = nameIn(myTarget, note.path) + ": octet " +
+                                 std::to_string(note.offset) + ": " + note.what;
+        if (myReported.size() < theMostNotes && myReported.insert(text).second) writeWarning(text);
+    }
 }
 
-std::string Decoding::json(const Octets& octets)
+Result decode(DecodeChoice& choice)
 {
-    const HeldWarnings ignored;
-    const auto length = static_cast<int>(octets.size());
-    int consumed = 0;
-    const std::unique_ptr<DtStringTree> tree(
-        myTarget.member ? myDecoder.createStringTreeRep(myTarget.member, octets.data(), length,
-                                                        consumed, 0, nullptr)
-                        : myDecoder.createStringTreeRep(myTarget.datatype, octets.data(), length,
-                                                        consumed, nullptr, 0, nullptr, nullptr));
-    return "{\"text\":" + jsonText(line(octets)) + ",\"consumed\":" + std::to_string(consumed) +
-           ",\"tree\":" + jsonOf(tree.get()) + '}';
-}
-
-/// Each warning once, however many values it comes from.
-void Decoding::reportWarnings(const std::vector<std::string>& warnings)
-{
-    for (const std::string& warning : warnings)
-        if (myReported.insert(warning).second) DtWarn << warning << "\n";
-    for (const std::string& datatype : myDecoder.unmapped())
-        if (myReported.insert(datatype).second)
-            DtWarn << "no representation is mapped to " << datatype
-                   << ": its values are shown in hexadecimal, and take all octets that are left\n";
-}
-
-Result decode(const DecodeChoice& choice)
-{
-    const DtOMTTreePtr tree = readModel(choice.model);
-    if (*choice.precisionOption) setFloatPrecision(choice.precision);
-    WatchedDecoder decoder;
-    decoder.prepare(*tree, choice.conversion);
-    addNamedRecords(decoder, choice.records);
-    Decoding decoding(choice, decoder);
-    for (const GivenValue& given : readValues(choice.octets)) decoding.add(given);
+    prepare(choice);
+    const std::optional<ValueTarget> target = findTarget(choice.target);
+    if (!target) return theFailure;
+    omt::EntityTableReading table;
+    if (!choice.entityTypes.empty()) table = omt::EntityTable::readFile(choice.entityTypes);
+    writeFindings(table.findings);
+    if (hasError(table.findings)) return theFailure;
+    Decoding decoding(choice, *target, table.table);
+    readValues(choice.octets, [&](const GivenValue& given) { decoding.add(given); });
     return decoding.takeResult();
 }
 
 void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
 {
-    addModelArguments(command, choice.model)
-        ->description(
-            "Files of the model, and behind them HEX, the octets in one argument or in several");
-    addTargetArguments(command, choice.target);
-    addConversionArguments(command, choice.conversion);
-    addNamedRecordArguments(command, choice.records);
-    choice.precisionOption =
-        command.add_option("--precision", choice.precision, "Digits of floating-point numbers (5)")
-            ->check(CLI::Range(1, 50));
+    addTargetArguments(command, choice.target,
+                       "Files of the model, and after them HEX, the octets in one argument or in "
+                       "several");
     command
         .add_option("--file", choice.octets.file,
-                    "Read the octets as they are from a file; with --lines, in hexadecimal")
+                    "Read the octets as they are from a file, - for standard input; with --lines, "
+                    "in hexadecimal")
         ->type_name("FILE")
         ->check([](const std::string& name)
                 { return name.empty() ? "the name of a file is empty" : ""; });
     command.add_flag("--lines", choice.octets.isByLine,
                      "Each line of the file, or of standard input, is a value");
-    CLI::Option* const line =
-        command.add_flag("--line", choice.asLine, "Show a value as one line of text");
-    command.add_flag("--json", choice.asJson, "Show a value as one JSON object, for programs")
-        ->excludes(line);
+    command
+        .add_option("--entity-types", choice.entityTypes,
+                    "Show entity types by the names of a table as omt entity reads it")
+        ->type_name("CSV");
+    command.add_flag("--geodetic", choice.isGeodetic,
+                     "Show positions as latitude, longitude and altitude on WGS 84");
+    CLI::Option* const line = command.add_flag("--line", choice.asLine,
+                                               "Show a value as one line, its JSON alone, which "
+                                               "omt encode takes");
+    CLI::Option* const json = command
+                                  .add_flag("--json", choice.asJson,
+                                            "Show a value as one line of JSON with all that is to "
+                                            "be said about it")
+                                  ->excludes(line);
+    command.add_flag("--hex", choice.table.hasOctets, "Show the octets of each row as well")
+        ->excludes(line)
+        ->excludes(json);
+    command
+        .add_flag("--all", choice.table.isWhole,
+                  "Show all elements of long arrays, long texts and octets")
+        ->excludes(line)
+        ->excludes(json);
 }
 
 }  // namespace
@@ -179,22 +207,25 @@ Command addDecodeCommand(CLI::App& app)
     CLI::App* const command = app.add_subcommand("decode", "Show what the octets of a value say");
     auto choice = std::make_shared<DecodeChoice>();
     addDecodeArguments(*command, *choice);
-    command->parse_complete_callback([choice] { splitWords(*choice); });
     command->footer(
-        "Octets are two hexadecimal digits each, with or without blanks between them; without HEX\n"
-        "and --file they come from standard input. A value that ends too early is shown as far as\n"
-        "it goes. That, and octets left over behind a value, are reported with exit status 1. An\n"
-        "attribute or parameter holds as many values as its octets do.\n"
+        "A word with a dot or a slash, or -, is a file of the model, up to the first that is "
+        "none:\n"
+        "there the octets begin. They are read as traces show them: with or without blanks, "
+        "commas,\n"
+        "colons or dashes, 0x01, \\x01, lists of C, lines of xxd, hexdump -C, od -tx1, tcpdump "
+        "and\n"
+        "Wireshark; without HEX and --file from standard input. A value is shown as far as it "
+        "goes;\n"
+        "one that ends too early, and octets left over, are reported with exit status 1.\n"
         "\n"
         "Examples:\n"
-        "  omt decode HarbourBase.xml --mim --map harbour.map --type BerthIdentifier 42 00 00 07\n"
-        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"3675000 446000 5177000\" "
-        "|\n"
-        "      omt decode HarbourBase.xml --mim --attribute PortEntity.Position \\\n"
-        "          --geodetic --position-datatype GeocentricPosition\n"
+        "  omt decode HarbourBase.xml --mim --member Berth.Identifier 42 00 00 07\n"
+        "  omt decode HarbourBase.xml --mim --type SignalKind 0x10 --json\n"
+        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \\\n"
+        "          '{\"X\": 3675000, \"Y\": 446000, \"Z\": 5177000}' |\n"
+        "      omt decode HarbourBase.xml --mim --member PortEntity.Position --hex\n"
         "  grep ^PortEntity.EntityType updates.txt | cut -d ' ' -f 2- |\n"
-        "      omt decode HarbourBase.xml --mim --attribute PortEntity.EntityType --lines --line "
-        "\\\n"
-        "          --entity-types entity-types.csv --entity-type-datatype EntityTypeRecord");
+        "      omt decode HarbourBase.xml --mim --member PortEntity.EntityType --lines --line \\\n"
+        "          --hints harbourHints.json --entity-types entity-types.csv");
     return {command, [choice] { return decode(*choice); }};
 }

@@ -1,93 +1,139 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "encodeCommand.h"
 
-#include "checkedEncoder.h"
-#include "messages.h"
-#include "modelInput.h"
-#include "octetInput.h"
-#include "plainText.h"
+#include "errors.h"
+#include "inputFile.h"
+#include "octetForms.h"
 #include "valueTarget.h"
 
+#include <nlohmann/json.hpp>
+
+#include <cctype>
 #include <memory>
+#include <sstream>
 
 namespace
 {
 
-using Octets = DtDatatypeManager::Octets;
-
-constexpr int theExactPrecision = 17;  // digits with which every number reads back as it was
+using Octets = std::vector<std::uint8_t>;
 
 struct EncodeChoice
 {
-    ModelChoice model;
-    ConversionChoice conversion;
     TargetChoice target;
-    std::vector<std::string> words;
     std::string text;
+    std::string file;
+    std::string from;
+    std::vector<std::string> changes;
+    CLI::Option* textOption = nullptr;
+    CLI::Option* fileOption = nullptr;
+    CLI::Option* fromOption = nullptr;
 };
 
-/// Keeps the words as they were typed: CLI11 takes a text in brackets for a list, and strips it. It
-/// has validators look at every word as it is, and once more at what it made of all of them.
-void keepWords(CLI::App& command, CLI::Option& option, EncodeChoice& choice)
+bool isNumber(const std::string& word)
 {
-    command.validate_positionals();
-    option.check(CLI::Validator(
-        [&choice](std::string& word)
-        {
-            choice.words.push_back(word);
-            return std::string();
-        },
-        ""));
+    return nlohmann::json::parse(word, nullptr, false).is_number();
 }
 
-/// The text is the last word behind the files, unless an option gave it.
-void splitWords(EncodeChoice& choice, bool hasText)
+/// Whether a word with a dot or a slash is a value.
+bool isJson(const std::string& word)
 {
-    std::vector<std::string>& words = choice.words;
-    words.resize(words.size() - choice.model.files.size());
-    if (!hasText)
+    return word.find_first_of("{[\"") == 0 || isNumber(word);
+}
+
+/// A name or text without its quotes.
+bool isBare(const std::string& text)
+{
+    const auto isLetter = [](char c)
+    { return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '_' || (c & 0x80) != 0; };
+    return !text.empty() &&
+           (isLetter(text[0]) || (text.size() > 1 && text[0] == '-' && isLetter(text[1])));
+}
+
+void prepare(EncodeChoice& choice)
+{
+    SplitWords words = splitWords(choice.target.words, isJson);
+    choice.target.model.files = std::move(words.files);
+    const bool isGiven = *choice.textOption || *choice.fileOption || *choice.fromOption;
+    if (words.others.size() > (isGiven ? 0 : 1))
+        throw UsageError('"' + words.others.back() +
+                         "\" is too much: the value is given once, in one argument");
+    const bool isFromInput = !isGiven && words.others.empty();
+    if (isFromInput) choice.file = "-";
+    if (!words.others.empty()) choice.text = std::move(words.others.front());
+    checkStandardInput(choice.target.model, choice.file == "-");
+    for (const std::string& change : choice.changes)
+        if (change.find('=') == std::string::npos || change.front() == '=')
+            throw UsageError("--set: \"" + change + "\" is not of the form PATH=VALUE");
+}
+
+/// The octets of a JSON text, from an argument or a file.
+Octets written(const EncodeChoice& choice, const omt::Type& type)
+{
+    std::string text = choice.text;
+    if (choice.file == "-") text = contentOf(stdin, "standard input");
+    if (!choice.file.empty() && choice.file != "-") text = contentOf(choice.file);
+    if (choice.file.empty() && isBare(text))
+        text = nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    Octets octets;
+    const std::optional<omt::ValueError> error = type.encode(text, octets);
+    if (!error) return octets;
+    std::ostringstream message;
+    message << (choice.file.empty() ? "JSON" : choice.file) << (error->line > 0 ? ":" : ": ")
+            << *error;
+    throw InputError(message.str());
+}
+
+/// The octets that were given with some parts changed.
+Octets changed(const EncodeChoice& choice, const ValueTarget& target)
+{
+    omt::Value value = target.type.decode(readOctets(choice.from));
+    const std::string complaint = complaintOf(target, value);
+    if (!complaint.empty()) throw InputError("--from: " + complaint);
+    for (const std::string& change : choice.changes)
     {
-        if (words.size() < 2) throw CLI::RequiredError("TEXT");
-        choice.text = std::move(words.back());
-        words.pop_back();
+        const std::size_t end = change.find('=');
+        const std::optional<omt::ValueError> error =
+            value.set(change.substr(0, end), change.substr(end + 1));
+        if (!error) continue;
+        const std::string path = error->path.empty() ? change.substr(0, end) : error->path;
+        throw InputError("--set " + path + ": " + error->what);
     }
-    choice.model.files = words;
+    return {value.octets().begin(), value.octets().end()};
 }
 
-/// Warns of octets that do not say what the text did. The representations of some datatypes write
-/// another form than they read.
-void checkReadBack(CheckedEncoder& encoder, const std::string& datatype, const Octets& octets)
+Result encode(EncodeChoice& choice)
 {
-    std::string line;
-    bool isSame = false;
-    {
-        const HeldWarnings ignored;
-        int consumed = 0;
-        const auto length = static_cast<int>(octets.size());
-        line = encoder.getStringRep(datatype, octets.data(), length, consumed).str();
-        try
-        {
-            isSame = consumed == length && encoder.encode(datatype, line) == octets;
-        }
-        catch (const InputError&)  // the line is no text of the datatype at all
-        {
-        }
-    }
-    if (!isSame && !octets.empty())
-        DtWarn << "the octets read back as another value: \"" << clipped(visible(line), 60)
-               << "\"; the representations of " << datatype << " do not write what they read\n";
+    prepare(choice);
+    const std::optional<ValueTarget> target = findTarget(choice.target);
+    if (!target) return theFailure;
+    const Octets octets =
+        *choice.fromOption ? changed(choice, *target) : written(choice, target->type);
+    return {hexadecimalText(octets.data(), octets.size()) + '\n'};
 }
 
-std::string encode(const EncodeChoice& choice)
+void addEncodeArguments(CLI::App& command, EncodeChoice& choice)
 {
-    const DtOMTTreePtr tree = readModel(choice.model);
-    CheckedEncoder encoder;
-    encoder.prepare(*tree, choice.conversion);
-    const ValueTarget target = findTarget(encoder, choice.target);
-    const Octets octets = encoder.encode(target.name, choice.text);
-    setFloatPrecision(theExactPrecision);
-    checkReadBack(encoder, target.name, octets);
-    return hexadecimalText(octets) + '\n';
+    addTargetArguments(command, choice.target,
+                       "Files of the model, and after them JSON, the value in one argument");
+    choice.textOption = command.add_option(
+        "--text", choice.text, "JSON as --text=JSON, for one that begins with a - and a letter");
+    choice.fileOption = command.add_option("--file", choice.file, "Read the JSON from a file")
+                            ->type_name("FILE")
+                            ->excludes(choice.textOption);
+    choice.fromOption =
+        command
+            .add_option("--from", choice.from,
+                        "Begin with these octets, in any form that omt decode takes")
+            ->type_name("HEX")
+            ->excludes(choice.textOption)
+            ->excludes(choice.fileOption);
+    command
+        .add_option("--set", choice.changes,
+                    "Change the part of a path, such as Position.X, and nothing else; several "
+                    "times for several parts")
+        ->type_name("PATH=VALUE")
+        ->allow_extra_args(false)
+        ->needs(choice.fromOption);
 }
 
 }  // namespace
@@ -95,25 +141,24 @@ std::string encode(const EncodeChoice& choice)
 Command addEncodeCommand(CLI::App& app)
 {
     CLI::App* const command =
-        app.add_subcommand("encode", "Give the octets of a value that is written as text");
+        app.add_subcommand("encode", "Give the octets of a value that is written as JSON");
     auto choice = std::make_shared<EncodeChoice>();
-    CLI::Option& words = *addModelArguments(*command, choice->model);
-    words.description("Files of the model, and behind them TEXT, the value in one argument");
-    keepWords(*command, words, *choice);
-    addDatatypeArgument(*command, choice->target);
-    addConversionArguments(*command, choice->conversion);
-    const CLI::Option* const text = command->add_option(
-        "--text", choice->text, "TEXT as --text=TEXT, for one that begins with a -");
-    command->parse_complete_callback([choice, text] { splitWords(*choice, !text->empty()); });
+    addEncodeArguments(*command, *choice);
     command->footer(
-        "TEXT is what omt decode --line prints: a record's fields behind each other with a blank\n"
-        "between them, an array's elements as 1[2[3]], an enumerator's name. An array of octets\n"
-        "that are characters may be written as plain text. Variant records cannot be encoded. A\n"
-        "text that does not fit is reported, with exit status 1.\n"
+        "JSON is what omt decode --line prints: a record as an object, an array as an array, "
+        "texts\n"
+        "and names of enumerators in quotes, which may be left out in arguments. A word with a "
+        "dot\n"
+        "or a slash, or -, is a file of the model, unless it is a number or begins with a brace, "
+        "a\n"
+        "bracket or a quote. Without JSON, --file and --from it comes from standard input. What\n"
+        "does not fit the datatype is reported with exit status 1.\n"
         "\n"
         "Examples:\n"
-        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
         "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
-        "  omt encode HarbourBase.xml --mim --type GeocentricPosition --text=\"-inf 0 0\"");
-    return {command, [choice] { return Result{encode(*choice)}; }};
+        "  omt encode HarbourBase.xml --mim --member Berth.Identifier "
+        "'{\"Pier\": 66, \"Number\": 7}'\n"
+        "  omt encode HarbourBase.xml --mim --member Berth.Identifier \\\n"
+        "      --from '42 00 00 07' --set Number=8");
+    return {command, [choice] { return encode(*choice); }};
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engineInput.h"
 
+#include "errors.h"
 #include "inputFile.h"
 #include "messages.h"
-#include "modelInput.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -46,22 +46,15 @@ bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
 
 }  // namespace
 
-void writeFindings(const omt::Findings& findings)
+void addMimArgument(CLI::App& command, EngineChoice& choice)
 {
-    const bool isQuiet = DtNotifyLevel() < DtMessageLevel::warn;
-    for (const omt::Finding& finding : findings)
-    {
-        if (isQuiet && finding.severity != omt::Severity::error) continue;
-        std::ostringstream line;
-        line << finding;
-        writeLine(line.str());
-    }
+    command.add_flag("--mim", choice.withMim,
+                     "Merge the standard MIM of the newest edition in, before the files");
 }
 
 void addEngineArguments(CLI::App& command, EngineChoice& choice)
 {
-    command.add_flag("--mim", choice.withMim,
-                     "Merge the standard MIM of the newest edition in, before the files");
+    addMimArgument(command, choice);
     command.add_flag(
         "--strict", choice.isStrict,
         "Exit status 1 where a definition contradicts another or a finding is an error");
@@ -71,10 +64,35 @@ void addEngineArguments(CLI::App& command, EngineChoice& choice)
         ->required();
 }
 
+void writeFindings(const omt::Findings& findings)
+{
+    const bool isQuiet = messageLevel() == MessageLevel::errors;
+    for (const omt::Finding& finding : findings)
+    {
+        if (isQuiet && finding.severity != omt::Severity::error) continue;
+        std::ostringstream line;
+        line << finding;
+        writeLine(line.str());
+    }
+}
+
+void checkStandardInput(const EngineChoice& choice, bool isTaken)
+{
+    const auto count = std::count(choice.files.begin(), choice.files.end(), "-");
+    if (count + (isTaken ? 1 : 0) > 1 && count > 0)
+        throw UsageError("standard input can be read only once");
+}
+
+bool hasError(const omt::Findings& findings)
+{
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const omt::Finding& finding)
+                       { return finding.severity == omt::Severity::error; });
+}
+
 EngineInput readEngine(const EngineChoice& choice)
 {
-    if (std::count(choice.files.begin(), choice.files.end(), "-") > 1)
-        throw InputError("standard input can be read only once");
+    checkStandardInput(choice);
     std::vector<std::string> files;
     for (const std::string& name : choice.files) files.push_back(placeOf(name));
     const omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));

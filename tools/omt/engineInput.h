@@ -18,8 +18,13 @@ struct EngineChoice
     bool isStrict = false;
 };
 
-/// Adds the arguments that fill the choice to a subcommand.
+/// Adds the arguments that fill the choice to a subcommand: --mim alone, or all of them.
+void addMimArgument(CLI::App& command, EngineChoice& choice);
 void addEngineArguments(CLI::App& command, EngineChoice& choice);
+
+/// Throws UsageError where standard input would be read twice: as two files, or as a file and for
+/// something else.
+void checkStandardInput(const EngineChoice& choice, bool isTaken = false);
 
 /// What came of reading, its findings written already.
 struct EngineInput
@@ -40,3 +45,4 @@ EngineInput readModule(const std::string& name);
 
 /// Writes findings to standard error, a line each; with --quiet errors only.
 void writeFindings(const omt::Findings& findings);
+bool hasError(const omt::Findings& findings);

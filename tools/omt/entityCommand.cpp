@@ -1,66 +1,59 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "entityCommand.h"
 
-#include "entityKey.h"
-#include "entityTable.h"
-#include "entityTableCheck.h"
-#include "modelInput.h"
+#include "engineInput.h"
+#include "errors.h"
+#include "omt/codec/entityTable.h"
 #include "plainText.h"
 #include "textTable.h"
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <memory>
 
 namespace
 {
 
 using Json = nlohmann::ordered_json;
-using Rows = std::vector<const DtDisEntityTypeEntry*>;
+using Codes = omt::EntityCodes;
+using Rows = std::vector<const omt::EntityTable::Row*>;
+
+constexpr std::size_t theCountry = 2;
 
 struct EntityChoice
 {
     std::string file;
     std::vector<std::string> key;
-    int limit = 20;
+    std::size_t limit = 20;
     bool asJson = false;
 };
 
 /// The row that fits a whole key best, or all rows that fit a key with open numbers.
-Rows findRows(const EntityTable& table, const DtEntityMapperKey& key)
+Rows findRows(const omt::EntityTable& table, const Codes& key)
 {
-    Rows rows;
-    if (!isOpen(key))
-    {
-        if (const DtDisEntityTypeEntry* const row = table.findEntry(key)) rows.push_back(row);
-        return rows;
-    }
-    for (const auto& [pattern, row] : table.enumerationList())
-        if (pattern == key) rows.push_back(row);
-    return rows;
+    if (key.isOpen()) return table.findAll(key);
+    const omt::EntityTable::Row* const row = table.find(key);
+    return row ? Rows{row} : Rows();
 }
 
 /// What a country is called; nothing where the row is open there.
-std::string countryOf(EntityTable& table, const DtDisEntityTypeEntry& row)
+std::string_view countryOf(const omt::EntityTable& table, const omt::EntityTable::Row& row)
 {
-    constexpr int theCountry = 2;
-    const int code = row[theCountry];
-    return code == DtEntityMapperKey::theAny ? "" : table.findCountry(code).str();
+    const std::int32_t code = row.codes[theCountry];
+    return code == Codes::theOpen ? "" : table.country(code);
 }
 
 /// The names of a row, level by level, beside the numbers of the key.
-std::string rowReport(EntityTable& table, const DtEntityMapperKey& key,
-                      const DtDisEntityTypeEntry& row)
+std::string rowReport(const omt::EntityTable& table, const Codes& key,
+                      const omt::EntityTable::Row& row)
 {
     TextTable levels({whole("Level"), whole("Code"), wrap("Name")});
-    for (int place = 0; place < DtEntityMapperKey::theSize; ++place)
-    {
-        const auto at = static_cast<std::size_t>(place);
-        levels.add({theEntityLevels[at].name, std::to_string(key[place]),
-                    at < row.strings().size() ? row.strings()[at].str() : ""});
-    }
+    for (std::size_t level = 0; level < Codes::theLevels; ++level)
+        levels.add({std::string(omt::entityLevelName(level)), std::to_string(key[level]),
+                    std::string(level < row.names.size() ? row.names[level] : "")});
     PropertyList properties;
-    properties.add("Row", textOf(row));
+    properties.add("Row", row.codes.text());
     properties.add("Country", countryOf(table, row));
     return levels.text() + '\n' + properties.text();
 }
@@ -70,42 +63,51 @@ std::string rowList(const Rows& rows, std::size_t limit)
     TextTable list({whole("Row"), wrap("Names")});
     for (std::size_t at = 0; at < std::min(limit, rows.size()); ++at)
     {
-        std::vector<std::string> names;
-        for (const DtString& name : rows[at]->strings()) names.push_back(name.str());
-        list.add({textOf(*rows[at]), joined(names, ":")});
+        const std::vector<std::string> names(rows[at]->names.begin(), rows[at]->names.end());
+        list.add({rows[at]->codes.text(), joined(names, ":")});
     }
     if (rows.size() <= limit) return list.text();
     return list.text() + "  and " + std::to_string(rows.size() - limit) + " more\n";
 }
 
-std::string jsonOf(EntityTable& table, const DtEntityMapperKey& key, const Rows& rows,
+/// The numbers with colons between them, -1 for an open one.
+std::string numbersOf(const Codes& codes)
+{
+    std::vector<std::string> numbers;
+    for (const std::int32_t code : codes.levels) numbers.push_back(std::to_string(code));
+    return joined(numbers, ":");
+}
+
+std::string jsonOf(const omt::EntityTable& table, const Codes& key, const Rows& rows,
                    std::size_t limit)
 {
-    Json result;
-    result["key"] = key.string().str();
-    result["matches"] = Json::array();
+    Json result = {
+        {"key",     numbersOf(key)},
+        {"matches", Json::array() }
+    };
     for (std::size_t at = 0; at < std::min(limit, rows.size()); ++at)
-    {
-        Json match;
-        match["row"] = rows[at]->string().str();
-        match["names"] = Json::array();
-        for (const DtString& name : rows[at]->strings()) match["names"].push_back(name.str());
-        match["country"] = countryOf(table, *rows[at]);
-        result["matches"].push_back(std::move(match));
-    }
+        result["matches"].push_back({
+            {"row",            numbersOf(rows[at]->codes)},
+            {         "names", rows[at]->names                          },
+            { "country",      countryOf(table,                                *rows[at])}
+        });
     result["more"] = rows.size() - result["matches"].size();
     return result.dump(2, ' ', true, Json::error_handler_t::replace) + '\n';
 }
 
-std::string show(const EntityChoice& choice)
+Result show(const EntityChoice& choice)
 {
-    const DtEntityMapperKey key = readEntityKey(joined(choice.key, " "));
-    EntityTable table(choice.file);
-    const Rows rows = findRows(table, key);
-    if (rows.empty()) throw InputError(choice.file + ": no entity type matches " + textOf(key));
-    const auto limit = static_cast<std::size_t>(choice.limit);
-    if (choice.asJson) return jsonOf(table, key, rows, limit);
-    return isOpen(key) ? rowList(rows, limit) : rowReport(table, key, *rows.front());
+    std::string complaint;
+    const std::optional<Codes> key = Codes::read(joined(choice.key, " "), complaint);
+    if (!key) throw InputError("the key: " + complaint);
+    const omt::EntityTableReading reading = omt::EntityTable::readFile(choice.file);
+    writeFindings(reading.findings);
+    if (hasError(reading.findings)) return theFailure;
+    const Rows rows = findRows(reading.table, *key);
+    if (rows.empty()) throw InputError(choice.file + ": no entity type matches " + key->text());
+    if (choice.asJson) return {jsonOf(reading.table, *key, rows, choice.limit)};
+    return {key->isOpen() ? rowList(rows, choice.limit)
+                          : rowReport(reading.table, *key, *rows.front())};
 }
 
 }  // namespace
@@ -138,5 +140,5 @@ Command addEntityCommand(CLI::App& app)
         "  omt entity entity-types.csv 1:3:999:1:1:2:0\n"
         "  omt entity entity-types.csv 1:3:999 --limit 5\n"
         "  omt entity entity-types.csv any:any:any:any:any:1");
-    return {command, [choice] { return Result{show(*choice)}; }};
+    return {command, [choice] { return show(*choice); }};
 }

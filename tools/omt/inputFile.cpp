@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "inputFile.h"
 
-#include "modelInput.h"
+#include "errors.h"
 
 #include <cerrno>
 #include <filesystem>

@@ -4,6 +4,8 @@
 #include "decodeCommand.h"
 #include "encodeCommand.h"
 #include "entityCommand.h"
+#include "errors.h"
+#include "layoutCommand.h"
 #include "messages.h"
 #include "omt/base/nearestNames.h"
 #include "plainText.h"
@@ -28,16 +30,16 @@ enum ExitStatus
     theWrongUsage = 2
 };
 
-/// What holds for all subcommands, and may stand before or behind their names.
+/// What holds for all subcommands, and may stand before or after their names.
 struct GeneralChoice
 {
     bool isVerbose = false;
     bool isQuiet = false;
 
-    DtMessageLevel level() const
+    MessageLevel level() const
     {
-        if (isQuiet) return DtMessageLevel::fatal;
-        return isVerbose ? DtMessageLevel::verbose : DtMessageLevel::info;
+        if (isQuiet) return MessageLevel::errors;
+        return isVerbose ? MessageLevel::all : MessageLevel::usual;
     }
 };
 
@@ -46,7 +48,7 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
     app.set_version_flag("--version", std::string("omt ") + OMT_VERSION);
     CLI::Option* const verbose =
         app.add_flag("-v,--verbose", choice.isVerbose,
-                     "Say what is being done (before or behind the subcommand)");
+                     "Say all that was found, also of datatypes that are not asked for");
     app.add_flag("-q,--quiet", choice.isQuiet, "Show errors only, no warnings")->excludes(verbose);
     app.fallthrough();
     app.footer(
@@ -56,7 +58,8 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "Examples:\n"
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
-        "  omt encode HarbourBase.xml --mim --type GeocentricPosition \"6378137 0 0\"\n"
+        "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
+        "  omt layout HarbourBase.xml --mim BerthIdentifier\n"
         "  omt convert Harbour.omd -o Harbour.xml\n"
         "  omt entity entity-types.csv 1:3:999:1:1:2:0\n"
         "\n"
@@ -104,6 +107,13 @@ std::vector<std::string> namesInPlace(const CLI::App& app, bool areOptions)
     return names;
 }
 
+/// Where to read on: the help of the command that was chosen, if there is one.
+std::string helpOf(const CLI::App& app)
+{
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    return "omt " + (chosen.empty() ? "" : chosen.front()->get_name() + ' ') + "--help";
+}
+
 /// What is wrong with the arguments; for a command or an option that there is not, the nearest.
 std::string whyWrong(const CLI::App& app, const CLI::ParseError& error)
 {
@@ -115,9 +125,9 @@ std::string whyWrong(const CLI::App& app, const CLI::ParseError& error)
             if (!isOption && !app.get_subcommands().empty()) continue;
             return omt::unknownName(isOption ? "option" : "command", word,
                                     namesInPlace(app, isOption)) +
-                   " See omt --help";
+                   " See " + helpOf(app);
         }
-    return error.what() + std::string("; see omt --help");
+    return error.what() + ("; see " + helpOf(app));
 }
 
 /// Help and the version are results; anything else that ends parsing is wrong usage.
@@ -130,7 +140,7 @@ ExitStatus endParsing(const CLI::App& app, const CLI::ParseError& error)
     return theWrongUsage;
 }
 
-ExitStatus run(const Command& command)
+ExitStatus run(const CLI::App& app, const Command& command)
 {
     try
     {
@@ -138,6 +148,11 @@ ExitStatus run(const Command& command)
         const ExitStatus status = writeResult(result.text, result.isPainted);
         for (const std::string& complaint : result.complaints) writeMessage(complaint);
         return result.complaints.empty() && !result.isFailure ? status : theBadInput;
+    }
+    catch (const UsageError& error)
+    {
+        writeMessage(error.what() + ("; see " + helpOf(app)));
+        return theWrongUsage;
     }
     catch (const std::exception& error)
     {
@@ -153,7 +168,8 @@ int main(int argumentCount, char** arguments)
     CLI::App app("Reads HLA object models and the values that they describe.", "omt");
     GeneralChoice choice;
     addGeneralArguments(app, choice);
-    const Command commands[] = {addShowCommand(app), addDecodeCommand(app), addEncodeCommand(app),
+    const Command commands[] = {addShowCommand(app),    addDecodeCommand(app),
+                                addEncodeCommand(app),  addLayoutCommand(app),
                                 addConvertCommand(app), addEntityCommand(app)};
     try
     {
@@ -164,9 +180,9 @@ int main(int argumentCount, char** arguments)
         return endParsing(app, error);
     }
 
-    showMessages(choice.level());
+    setMessageLevel(choice.level());
     for (const Command& command : commands)
-        if (*command.app) return run(command);
+        if (*command.app) return run(app, command);
     writeMessage("a subcommand is needed; see omt --help");
     return theWrongUsage;
 }

@@ -4,10 +4,11 @@
 #include "plainText.h"
 
 #include <cstdio>
-#include <utility>
 
 namespace
 {
+
+MessageLevel theLevel = MessageLevel::usual;
 
 std::string_view withoutLineBreak(std::string_view text)
 {
@@ -16,6 +17,16 @@ std::string_view withoutLineBreak(std::string_view text)
 }
 
 }  // namespace
+
+MessageLevel messageLevel()
+{
+    return theLevel;
+}
+
+void setMessageLevel(MessageLevel level)
+{
+    theLevel = level;
+}
 
 void writeMessage(std::string_view text)
 {
@@ -28,21 +39,7 @@ void writeLine(std::string_view text)
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-void showMessages(DtMessageLevel level)
+void writeWarning(std::string_view text)
 {
-    DtSetNotifyLevel(level);
-    DtSetMessageSink([](DtMessageLevel, std::string_view message) { writeMessage(message); });
-}
-
-HeldWarnings::HeldWarnings() : myLevelBefore(DtNotifyLevel())
-{
-    DtSetNotifyLevel(DtMessageLevel::warn);
-    mySinkBefore = DtSetMessageSink([this](DtMessageLevel, std::string_view message)
-                                    { myWarnings.emplace_back(withoutLineBreak(message)); });
-}
-
-HeldWarnings::~HeldWarnings()
-{
-    DtSetMessageSink(std::move(mySinkBefore));
-    DtSetNotifyLevel(myLevelBefore);
+    if (theLevel != MessageLevel::errors) writeMessage(text);
 }

@@ -2,37 +2,36 @@
 // The octets that the user gives: as arguments, from a file, or from standard input.
 #pragma once
 
-#include "omtReader/datatypeManager.h"
-
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
 /// Where the octets come from.
 struct OctetChoice
 {
-    /// In hexadecimal; none where they come from a file or from standard input.
+    /// In any form that readOctets() takes; none where they come from elsewhere.
     std::vector<std::string> words;
-    /// Empty for standard input.
+    /// "-" and, in hexadecimal, empty for standard input.
     std::string file;
     /// Whether each line is a value of its own, in hexadecimal.
     bool isByLine = false;
+
+    bool isFromStandardInput() const { return words.empty() && (file.empty() || file == "-"); }
 };
 
-/// One value as it was given.
+/// Whether a word is octets though it has a dot: a line of a dump with its column of text.
+bool isDumpLine(const std::string& word);
+
+/// One value, or why there is none.
 struct GivenValue
 {
     /// What messages begin with; nothing for a single value.
     std::string place;
-    std::string content;
-    bool isHexadecimal;
+    std::vector<std::uint8_t> octets;
+    std::string complaint;
 };
 
-/// All values; lines with nothing in them are left out. Throws InputError for what cannot be read.
-std::vector<GivenValue> readValues(const OctetChoice& choice);
-
-/// The octets of a value, at an address that is a multiple of every alignment. Throws InputError
-/// for a text that is not pairs of hexadecimal digits with or without blanks between the pairs.
-DtDatatypeManager::Octets octetsOf(const GivenValue& value);
-
-/// The text that octetsOf() takes: "00 2A FF".
-std::string hexadecimalText(const DtDatatypeManager::Octets& octets);
+/// Calls `take` for every value; lines with nothing in them are left out. Throws InputError where
+/// nothing can be read, UsageError for a word that can be no octets.
+void readValues(const OctetChoice& choice, const std::function<void(const GivenValue&)>& take);

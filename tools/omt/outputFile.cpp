@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "outputFile.h"
 
-#include "modelInput.h"
+#include "errors.h"
 #include "util/dtWholeFile.h"
 
 #include <csignal>

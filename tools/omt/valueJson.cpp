@@ -6,46 +6,62 @@
 namespace
 {
 
-void write(const DtStringTree& node, std::string& out);
+using Json = nlohmann::ordered_json;
 
-/// An element chain, or all the fields with their further values.
-void writeAll(const DtStringTree* first, const char* key, std::string& out)
+std::string textOf(const Json& json)
 {
-    out += std::string(",\"") + key + "\":[";
-    bool isFirst = true;
-    for (const DtStringTree* field = first; field; field = field->nextSibling())
-        for (const DtStringTree* one = field; one; one = one->nextElement())
-        {
-            if (!isFirst) out += ',';
-            isFirst = false;
-            write(*one, out);
-            out += '}';
-        }
-    out += ']';
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// All but the closing brace. Goes down as deep as datatypes do, which is little.
-void write(const DtStringTree& node, std::string& out)
+std::string faultsOf(const omt::Value& value)
 {
-    out += "{\"key\":" + jsonText(node.key());
-    out += ",\"datatype\":" + jsonText(node.datatype());
-    out += ",\"offset\":" + std::to_string(node.offset());
-    out += ",\"value\":" + jsonText(node.value());
-    writeAll(node.firstChild(), "children", out);
+    const std::optional<omt::Fault>& fault = value.fault();
+    if (!fault) return "[]";
+    return '[' +
+           textOf({
+               {"what",   fault->what  },
+               {"path",   fault->path  },
+               {"offset", fault->offset},
+               {"needed", fault->needed},
+               {"left",   fault->left  }
+    }) +
+           ']';
+}
+
+std::string notesOf(const omt::Value& value)
+{
+    Json notes = Json::array();
+    for (const omt::ValueNote& note : value.notes())
+        notes.push_back({
+            {"what",   note.what  },
+            {"path",   note.path  },
+            {"offset", note.offset}
+        });
+    return textOf(notes);
 }
 
 }  // namespace
 
-std::string jsonText(const DtString& text)
+void appendEnvelope(const omt::Value& value, const std::vector<omt::Overlay>* overlays,
+                    std::string& text)
 {
-    return nlohmann::json(text.str()).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
-}
-
-std::string jsonOf(const DtStringTree* tree)
-{
-    if (!tree) return "null";
-    std::string out;
-    write(*tree, out);
-    if (tree->nextElement()) writeAll(tree->nextElement(), "elements", out);
-    return out + '}';
+    text += '{';
+    const std::size_t start = text.size();
+    text += "\"value\":";
+    const std::size_t begin = text.size();
+    value.appendJson(text);
+    if (text.size() == begin)
+        text.resize(start);
+    else
+        text += ',';
+    if (overlays)
+    {
+        text += "\"overlays\":";
+        omt::appendJson(text, *overlays);
+        text += ',';
+    }
+    text += "\"octets\":" + std::to_string(value.octets().size());
+    text += ",\"left\":" + std::to_string(value.left());
+    text += ",\"faults\":" + faultsOf(value);
+    text += ",\"notes\":" + (value.notes().empty() ? "[]" : notesOf(value)) + '}';
 }

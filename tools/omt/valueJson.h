@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// A decoded value for programs.
+// What came of decoding, as JSON for programs.
 #pragma once
 
-#include "omtReader/stringTree.h"
+#include "omt/codec/overlay.h"
 
 #include <string>
 
-/// A text in quotes, in ASCII; octets that are not UTF-8 are replaced.
-std::string jsonText(const DtString& text);
-
-/// A node with its fields or elements; "null" where there is none. Further values of an attribute,
-/// which are no parts of the first one, follow as its "elements".
-std::string jsonOf(const DtStringTree* tree);
+/// Appends `{"value", "overlays", "octets", "left", "faults", "notes"}`: the value as far as it was
+/// decoded, absent where nothing was; overlays where they are not null; how many octets were
+/// decoded, and how many are left; what stopped decoding; what is odd. No end of line.
+void appendEnvelope(const omt::Value& value, const std::vector<omt::Overlay>* overlays,
+                    std::string& text);

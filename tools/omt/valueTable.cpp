@@ -1,202 +1,195 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "valueTable.h"
 
-#include "modelLists.h"
-#include "namedRecords.h"
-#include "omtReader/datatypeRep.h"
+#include "octetForms.h"
 #include "plainText.h"
 #include "textTable.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace
 {
 
-/// What the table needs to know of a datatype.
-struct Kind
-{
-    bool isArray = false;
-    bool isVariant = false;
-    unsigned int characterSize = 0;  // in octets; 0 for anything but characters and arrays of them
-    bool isText = false;
-    std::string units = {};
-    std::vector<RecordPart> parts = {};  // of a record that is shown as a whole
-};
+constexpr std::size_t theMostElements = 10;  // of an array that is shown as a whole
+constexpr std::size_t theFirstElements = 8;  // of one that is not
+constexpr std::size_t theMostOctets = 16;
+constexpr std::size_t theLongestText = 60;
 
 class ValueRows
 {
 public:
-    ValueRows(DtDatatypeManager& manager, const DtDatatypeManager::Octets& octets)
-        : myManager(manager), myOctets(octets)
+    ValueRows(const omt::Value& value, const std::vector<omt::Overlay>& overlays,
+              const TableChoice& choice)
+        : myValue(value), myChoice(choice), myTable(columns(choice))
     {
+        for (const omt::Overlay& one : overlays) myOverlays.emplace(one.path, &one);
     }
 
-    void add(const DtStringTree& node, const std::string& name, std::size_t depth,
-             unsigned int offset);
+    void add(const omt::Item& item, std::string_view name, std::size_t depth);
     std::string text() const { return myTable.text(); }
 
 private:
-    const Kind& kindOf(const DtString& datatype);
-    Kind findKind(const DtString& datatype);
-    Kind findRepresentation(const DtString& datatype);
-    std::string valueOf(const DtStringTree& node, const Kind& kind) const;
-    std::string charactersOf(const DtStringTree& node, unsigned int size) const;
-    void addParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
-                  unsigned int offset);
-    void addRecordParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
-                        unsigned int offset);
-    void addRow(unsigned int offset, const std::string& name, std::size_t depth,
-                const std::string& datatype, const std::string& value, const std::string& units);
+    static std::vector<Column> columns(const TableChoice& choice);
+    void addPart(const omt::Item& part, std::string_view name, std::size_t depth);
+    void addElements(const omt::Item& array, std::size_t depth);
+    void addKept(const omt::Item& variant, std::size_t depth);
+    void addRow(std::size_t offset, const std::string& octets, std::string_view name,
+                std::size_t depth, std::string_view datatype, const std::string& value,
+                std::string_view units);
+    std::size_t offsetOf(omt::Octets octets) const
+    {
+        return static_cast<std::size_t>(octets.data() - myValue.octets().data());
+    }
+    std::string hexadecimal(omt::Octets octets) const;
+    std::string textOf(const omt::Item& item) const;
+    std::string valueOf(const omt::Item& item) const;
 
-    DtDatatypeManager& myManager;
-    const DtDatatypeManager::Octets& myOctets;
-    std::unordered_map<DtString, Kind> myKinds;
-    TextTable myTable{
-        {exact("Offset"), exact("Name"), whole("Datatype"), exact("Value"), whole("Units")}
-    };
+    const omt::Value& myValue;
+    const TableChoice& myChoice;
+    TextTable myTable;
+    std::unordered_map<std::string, const omt::Overlay*> myOverlays;  // by path
+    std::string myPath;
 };
 
-const Kind& ValueRows::kindOf(const DtString& datatype)
+std::vector<Column> ValueRows::columns(const TableChoice& choice)
 {
-    const auto [entry, isNew] = myKinds.try_emplace(datatype);
-    if (isNew) entry->second = findKind(datatype);
-    return entry->second;
+    std::vector<Column> columns = {exact("Offset"), exact("Name"), whole("Datatype"),
+                                   exact("Value"), whole("Units")};
+    if (choice.hasOctets) columns.insert(columns.begin() + 1, whole("Octets"));
+    return columns;
 }
 
-Kind ValueRows::findKind(const DtString& datatype)
+std::string ValueRows::hexadecimal(omt::Octets octets) const
 {
-    switch (myManager.getDatatypeEnum(datatype))
-    {
-        case DtDatatypeManager::DtDatatypeArray:
-        {
-            const auto* const node = myManager.omtTree()->getArrayDatatypeNode(datatype);
-            return {true, false, findRepresentation(node->getDatatype()).characterSize};
-        }
-        case DtDatatypeManager::DtDatatypeVariant:
-            return {false, true};
-        case DtDatatypeManager::DtDatatypeSimple:
-            return findRepresentation(datatype);
-        case DtDatatypeManager::DtDatatypeDefined:
-        {
-            Kind kind;
-            kind.parts = recordPartsOf(myManager, datatype);
-            return kind;
-        }
-        default:
-            return {};
-    }
+    if (myChoice.isWhole || octets.size() <= theMostOctets)
+        return hexadecimalText(octets.data(), octets.size());
+    return hexadecimalText(octets.data(), theMostOctets) + "... (" + std::to_string(octets.size()) +
+           " octets)";
 }
 
-Kind ValueRows::findRepresentation(const DtString& datatype)
-{
-    if (myManager.getDatatypeEnum(datatype) != DtDatatypeManager::DtDatatypeSimple) return {};
-    Kind kind;
-    const DtDatatypeRep* const rep = myManager.getSimpleDatatypeRep(datatype);
-    const std::string_view name = rep ? rep->datatype() : "";
-    kind.characterSize = name == "char" ? 1 : name == "utf16" ? 2 : 0;
-    kind.isText = kind.characterSize > 0 || name == "string" || name == "utf8";
-    const DtSimpleDatatypeNode* const node = myManager.omtTree()->getSimpleDatatypeNode(datatype);
-    if (node && node->getUnits() != "NA") kind.units = node->getUnits().str();
-    return kind;
-}
-
-/// The characters of an array. The zeros that fill it up at its end are left out; a code unit that
-/// has no text of its own is shown by its number.
-std::string ValueRows::charactersOf(const DtStringTree& node, unsigned int size) const
+/// In quotes, as JSON has it.
+std::string ValueRows::textOf(const omt::Item& item) const
 {
     std::string text;
-    std::size_t end = 0;
-    for (const DtStringTree* one = node.firstChild(); one; one = one->nextElement())
-    {
-        if (!one->value().empty() || one->offset() + size > myOctets.size())
-        {
-            text += visible(one->value().view());
-            if (!one->value().empty()) end = text.size();
-            continue;
-        }
-        unsigned int code = 0;
-        for (unsigned int at = 0; at < size; ++at)
-            code = code << 8 | static_cast<unsigned char>(myOctets[one->offset() + at]);
-        char escape[8];
-        std::snprintf(escape, sizeof escape, size == 1 ? "\\x%02x" : "\\u%04x", code);
-        text += escape;
-        if (code != 0) end = text.size();
-    }
-    return text.substr(0, end);
+    item.appendJson(text);
+    text = visible(text);
+    if (myChoice.isWhole || columnsOf(text) <= theLongestText) return text;
+    return clipped(text, theLongestText) + "\" (" + std::to_string(item.size()) + " characters)";
 }
 
-std::string ValueRows::valueOf(const DtStringTree& node, const Kind& kind) const
+std::string ValueRows::valueOf(const omt::Item& item) const
 {
-    if (kind.isArray && kind.characterSize > 0)
-        return '"' + charactersOf(node, kind.characterSize) + '"';
-    if (kind.isText) return '"' + node.value().str() + '"';
-    return node.value().str();
+    std::string text;
+    switch (item.kind())
+    {
+        case omt::ValueKind::text:
+            return textOf(item);
+        case omt::ValueKind::octets:
+            return hexadecimal(item.octets());
+        case omt::ValueKind::array:
+            return std::to_string(item.size()) + (item.size() == 1 ? " element" : " elements");
+        case omt::ValueKind::record:
+        case omt::ValueKind::variant:
+            return "";
+        case omt::ValueKind::number:
+        case omt::ValueKind::enumerated:
+            break;
+    }
+    item.appendJson(text);
+    const bool isObject = text.front() == '{';  // what has no form of its own in JSON
+    if (const std::optional<std::string_view> label = item.label())
+        return std::string(*label) + (isObject ? " (" + std::to_string(*item.integer()) + ')' : "");
+    if (isObject) return "NaN (" + hexadecimal(item.octets()) + ')';
+    return text.front() == '"' ? text.substr(1, text.size() - 2) : text;
 }
 
 // Goes down as deep as datatypes do, which is little; elements and fields are a loop.
-void ValueRows::add(const DtStringTree& node, const std::string& name, std::size_t depth,
-                    unsigned int offset)
+void ValueRows::add(const omt::Item& item, std::string_view name, std::size_t depth)
 {
-    const Kind& kind = kindOf(node.datatype());
-    addRow(offset, name, depth, node.datatype().str(), valueOf(node, kind), kind.units);
-    if (!kind.parts.empty())
-        addRecordParts(node, kind, depth + 1, offset);
-    else if (!kind.isArray || kind.characterSize == 0)
-        addParts(node, kind, depth + 1, offset);
+    const bool isLeaf = item.kind() != omt::ValueKind::record &&
+                        item.kind() != omt::ValueKind::variant &&
+                        item.kind() != omt::ValueKind::array;
+    const omt::Type type = item.type();
+    std::string value = valueOf(item);
+    std::string_view units = type.units();
+    if (const auto found = myOverlays.find(myPath); found != myOverlays.end())
+    {
+        const omt::Overlay& overlay = *found->second;
+        value = value.empty() ? overlay.text : value + " (" + overlay.text + ')';
+        if (overlay.kind == omt::Overlay::Kind::geodetic) units = "degree, metre";
+    }
+    addRow(item.offset(), isLeaf && myChoice.hasOctets ? hexadecimal(item.octets()) : "", name,
+           depth, type.name(), value, units);
+    if (isLeaf) return;
+    if (item.kind() == omt::ValueKind::array) return addElements(item, depth + 1);
+    item.forEach(
+        [&](std::string_view field, const omt::Item& part)
+        {
+            addPart(part, field, depth + 1);
+            return true;
+        });
+    if (item.kind() == omt::ValueKind::variant) addKept(item, depth + 1);
 }
 
-void ValueRows::addRow(unsigned int offset, const std::string& name, std::size_t depth,
-                       const std::string& datatype, const std::string& value,
-                       const std::string& units)
+void ValueRows::addPart(const omt::Item& part, std::string_view name, std::size_t depth)
+{
+    const std::size_t size = myPath.size();
+    if (size > 0 && name.front() != '[') myPath += '.';
+    myPath += name;
+    add(part, name, depth);
+    myPath.resize(size);
+}
+
+void ValueRows::addElements(const omt::Item& array, std::size_t depth)
+{
+    const std::size_t count = array.size();
+    const std::size_t most =
+        myChoice.isWhole || count <= theMostElements ? count : theFirstElements;
+    std::size_t index = 0;
+    array.forEach(
+        [&](std::string_view, const omt::Item& element)
+        {
+            if (index == most)
+            {
+                addRow(element.offset(), "", "...", depth, "",
+                       std::to_string(count - most) + " more, which --all shows", "");
+                return false;
+            }
+            addPart(element, '[' + std::to_string(index++) + ']', depth);
+            return true;
+        });
+}
+
+/// Octets of an alternative that is not known.
+void ValueRows::addKept(const omt::Item& variant, std::size_t depth)
+{
+    const omt::Octets kept = variant.octets();
+    if (variant.size() > 1 || kept.data() == variant[0].octets().data()) return;
+    addRow(offsetOf(kept), myChoice.hasOctets ? hexadecimal(kept) : "", "octets", depth, "",
+           hexadecimal(kept), "");
+}
+
+void ValueRows::addRow(std::size_t offset, const std::string& octets, std::string_view name,
+                       std::size_t depth, std::string_view datatype, const std::string& value,
+                       std::string_view units)
 {
     constexpr std::size_t theOffsetWidth = 6;
     std::string place = std::to_string(offset);
     place.insert(0, theOffsetWidth - std::min(place.size(), theOffsetWidth), ' ');
-    myTable.add({place, std::string(2 * depth, ' ') + oneLine(name), datatype, value, units});
-}
-
-/// The nodes of such parts have places of their own where all others have their offset, and no
-/// datatype of the model.
-void ValueRows::addRecordParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
-                               unsigned int offset)
-{
-    auto part = kind.parts.begin();
-    for (const DtStringTree* one = node.firstChild(); one && part != kind.parts.end();
-         one = one->nextSibling(), ++part)
-        addRow(offset + part->octet, one->key().str(), depth, "", one->value().str(), part->units);
-}
-
-void ValueRows::addParts(const DtStringTree& node, const Kind& kind, std::size_t depth,
-                         unsigned int offset)
-{
-    std::size_t index = 0;
-    for (const DtStringTree* part = node.firstChild(); part; part = part->nextSibling())
-    {
-        for (const DtStringTree* one = part; one; one = one->nextElement())
-        {
-            const std::string number = '[' + std::to_string(index++) + ']';
-            const bool isRepeated = part->nextElement() != nullptr;
-            const std::string name =
-                kind.isArray ? number : one->key().str() + (isRepeated ? number : "");
-            // A discriminant bears its size where all others have their offset.
-            const bool isDiscriminant = kind.isVariant && one == node.firstChild();
-            add(*one, name, depth, isDiscriminant ? offset : one->offset());
-        }
-        index = 0;
-    }
+    std::vector<std::string> cells = {place, std::string(2 * depth, ' ') + oneLine(name),
+                                      std::string(datatype), value,
+                                      units == "NA" ? "" : std::string(units)};
+    if (myChoice.hasOctets) cells.insert(cells.begin() + 1, octets);
+    myTable.add(cells);
 }
 
 }  // namespace
 
-std::string valueTable(DtDatatypeManager& manager, const std::string& name,
-                       const DtStringTree& value, const DtDatatypeManager::Octets& octets)
+std::string valueTable(const std::string& name, const omt::Value& value,
+                       const std::vector<omt::Overlay>& overlays, const TableChoice& choice)
 {
-    ValueRows rows(manager, octets);
-    std::size_t index = 0;
-    for (const DtStringTree* one = &value; one; one = one->nextElement())
-    {
-        const std::string number = '[' + std::to_string(index++) + ']';
-        rows.add(*one, value.nextElement() ? name + number : name, 0, one->offset());
-    }
+    ValueRows rows(value, overlays, choice);
+    if (const omt::Item root = value.root()) rows.add(root, name, 0);
     return rows.text();
 }

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "valueTarget.h"
 
-#include "classSearch.h"
-#include "modelInput.h"
-#include "omt/base/nearestNames.h"
+#include "messages.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
 
 namespace
 {
@@ -17,73 +19,135 @@ std::string whyNoMember(const std::string& name)
     return isWhole ? "" : '"' + name + "\" is not of the form CLASS.NAME";
 }
 
-/// The attribute or parameter that a class has of its own or from the classes above it.
-template <typename Class>
-ValueTarget findMember(DtOMTTree& tree, const std::string& path)
+using Names = std::set<std::string_view>;
+
+/// The names of a type and of all that is in it.
+Names namesIn(const omt::Type& root)
 {
-    const std::size_t dot = path.rfind('.');
-    const std::string name = path.substr(dot + 1);
-    const DtFedNode& owner =
-        findClass(classesOf<Class>(tree), ClassKind<Class>::word, path.substr(0, dot));
-    std::vector<std::string> names;
-    for (const DtFedNode* node = &owner; node; node = node->getParentObject())
+    Names names;
+    std::set<std::pair<std::string_view, omt::ValueKind>> known;
+    std::vector<omt::Type> open = {root};
+    const auto add = [&](omt::Type type)
     {
-        const auto* const one = dynamic_cast<const Class*>(node);
-        if (!one) break;
-        for (const DtDatatypeFedNode* member : ClassKind<Class>::members(*one))
+        if (known.emplace(type.name(), type.kind()).second) open.push_back(std::move(type));
+    };
+    while (!open.empty())
+    {
+        const omt::Type type = open.back();
+        open.pop_back();
+        names.insert(type.name());
+        for (std::size_t i = 0; i < type.partCount(); ++i)
         {
-            if (member->getName() == name.c_str()) return {name, member->getDatatype(), member};
-            names.push_back(member->getName().str());
+            names.insert(type.partName(i));
+            add(type.partType(i));
         }
+        if (std::optional<omt::Type> element = type.element()) add(std::move(*element));
     }
-    throw InputError(owner.getFullName().str() + ": " +
-                     omt::unknownName(ClassKind<Class>::memberWord, name, names));
+    return names;
 }
 
-ValueTarget findDatatype(DtDatatypeManager& manager, const std::string& name)
+/// Whether a sentence has one of the names in quotes.
+bool isAbout(std::string_view text, const Names& names)
 {
-    if (manager.getDatatypeEnum(name) != DtDatatypeManager::DtDatatypeUnknown)
-        return {name, name, nullptr};
-    std::vector<std::string> names;
-    for (const Datatype& datatype : datatypesOf(*manager.omtTree()))
-        names.push_back(nameOf(datatype).str());
-    throw InputError(omt::unknownName("datatype", name, names));
+    for (std::size_t quote = text.find('"'); quote != std::string_view::npos;)
+    {
+        const std::size_t end = text.find('"', quote + 1);
+        if (end == std::string_view::npos) break;
+        if (names.count(text.substr(quote + 1, end - quote - 1)) > 0) return true;
+        quote = end;
+    }
+    return false;
 }
 
-CLI::Option* addDatatypeOption(CLI::App& command, TargetChoice& choice, const char* text)
+/// What concerns other datatypes is of no interest here.
+void writeFindingsAbout(const omt::Type& type, const omt::Findings& findings)
 {
-    return command.add_option("--type", choice.datatype, text)->type_name("NAME");
+    if (findings.empty()) return;
+    const Names names = namesIn(type);
+    omt::Findings chosen;
+    std::copy_if(findings.begin(), findings.end(), std::back_inserter(chosen),
+                 [&](const omt::Finding& finding)
+                 {
+                     return messageLevel() == MessageLevel::all || finding.name == "hint" ||
+                            isAbout(finding.text, names);
+                 });
+    writeFindings(chosen);
+}
+
+ValueTarget lookUp(const omt::Codec& codec, const TargetChoice& choice)
+{
+    const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('.') + 1); };
+    if (!choice.member.empty()) return {nameOf(choice.member), codec.member(choice.member)};
+    if (!choice.attribute.empty())
+        return {nameOf(choice.attribute), codec.attribute(choice.attribute)};
+    if (!choice.parameter.empty())
+        return {nameOf(choice.parameter), codec.parameter(choice.parameter)};
+    return {choice.datatype, codec.type(choice.datatype)};
 }
 
 }  // namespace
 
-void addTargetArguments(CLI::App& command, TargetChoice& choice)
+void addTargetArguments(CLI::App& command, TargetChoice& choice, const std::string& words,
+                        bool mayBeNone)
 {
+    addWords(command, choice.words, words);
+    addMimArgument(command, choice.model);
     const CLI::Validator isMember([](std::string& name) { return whyNoMember(name); }, "",
                                   "member");
-    CLI::Option_group& what = *command.add_option_group("Which value", "One of these is needed");
-    what.add_option("--attribute", choice.attribute,
-                    "Of an attribute, also an inherited one; the class may be named by the end of "
-                    "its full name")
-        ->type_name(theMemberForm)
-        ->check(isMember);
-    what.add_option("--parameter", choice.parameter, "Of a parameter, in the same way")
-        ->type_name(theMemberForm)
-        ->check(isMember);
-    addDatatypeOption(what, choice, "Of a datatype");
-    what.require_option(1);
+    CLI::Option_group& what = *command.add_option_group(
+        "Which value", mayBeNone ? "At most one of these" : "One of these is needed");
+    const auto add = [&](const char* name, std::string& path, const char* description)
+    { what.add_option(name, path, description)->type_name(theMemberForm)->check(isMember); };
+    add("--member", choice.member,
+        "Of an attribute or parameter, also an inherited one; the class may be named by the end of "
+        "its full name");
+    add("--attribute", choice.attribute, "Of an attribute alone");
+    add("--parameter", choice.parameter, "Of a parameter alone");
+    what.add_option("--type", choice.datatype, "Of a datatype or basic data representation")
+        ->type_name("NAME");
+    what.require_option(mayBeNone ? 0 : 1, 1);
+    command
+        .add_option(
+            "--hints", choice.hints,
+            "A file that says which datatypes are text, entity types, positions, or numbers "
+            "with names")
+        ->type_name("FILE");
+    command.add_flag("--padding-from-start", choice.isPaddedFromStart,
+                     "Padding in records counts from the start of the value, as some write it");
 }
 
-void addDatatypeArgument(CLI::App& command, TargetChoice& choice)
+std::optional<ValueTarget> findTarget(const TargetChoice& choice)
 {
-    addDatatypeOption(command, choice, "The datatype of the value")->required();
+    const EngineInput input = readEngine(choice.model);
+    if (!input.isWhole) return std::nullopt;
+    omt::CodecOptions options;
+    options.isPaddedFromStart = choice.isPaddedFromStart;
+    if (!choice.hints.empty())
+    {
+        omt::HintsReading reading = omt::readHintsFile(choice.hints);
+        writeFindings(reading.findings);
+        if (hasError(reading.findings)) return std::nullopt;
+        options.hints = std::move(reading.hints);
+    }
+    const omt::Codec codec(input.model, options);
+    ValueTarget target = lookUp(codec, choice);
+    writeFindingsAbout(target.type, codec.findings());
+    return target;
 }
 
-ValueTarget findTarget(DtDatatypeManager& manager, const TargetChoice& choice)
+std::string nameIn(const ValueTarget& target, const std::string& path)
 {
-    DtOMTTree& tree = *manager.omtTree();
-    if (!choice.attribute.empty()) return findMember<DtObjectClassFedNode>(tree, choice.attribute);
-    if (!choice.parameter.empty())
-        return findMember<DtInteractionClassFedNode>(tree, choice.parameter);
-    return findDatatype(manager, choice.datatype);
+    const bool isField = !path.empty() && path.front() != '[';
+    return target.name + (isField ? "." : "") + path;
+}
+
+std::string complaintOf(const ValueTarget& target, const omt::Value& value)
+{
+    if (const std::optional<omt::Fault>& fault = value.fault())
+        return nameIn(target, fault->path) + ": octet " + std::to_string(fault->offset) + ": " +
+               fault->what;
+    const std::size_t left = value.left();
+    if (left == 0) return "";
+    return target.name + ": " + std::to_string(left) + (left == 1 ? " octet" : " octets") +
+           " left over at octet " + std::to_string(value.octets().size());
 }

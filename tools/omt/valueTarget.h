@@ -2,19 +2,25 @@
 // Which value the user means: that of an attribute, of a parameter, or of a datatype alone.
 #pragma once
 
-#include "omtReader/datatypeFedNode.h"
-#include "omtReader/datatypeManager.h"
+#include "argumentWords.h"
+#include "engineInput.h"
+#include "omt/omt.h"
 
-#include <CLI/CLI.hpp>
-
+#include <optional>
 #include <string>
 
-/// What the user named; one of them is not empty.
+/// The model, and what the user named; one of the names is not empty.
 struct TargetChoice
 {
+    ArgumentWords words;
+    EngineChoice model;
+    std::string member;
     std::string attribute;
     std::string parameter;
     std::string datatype;
+    /// A file of the user's hints; may be empty.
+    std::string hints;
+    bool isPaddedFromStart = false;
 };
 
 /// What was meant by it.
@@ -22,17 +28,22 @@ struct ValueTarget
 {
     /// What messages and tables call the value.
     std::string name;
-    DtString datatype;
-    /// The attribute or parameter; null for a datatype alone.
-    const DtDatatypeFedNode* member = nullptr;
+    omt::Type type;
 };
 
-/// Adds --attribute, --parameter and --type to a subcommand, of which it then takes one.
-void addTargetArguments(CLI::App& command, TargetChoice& choice);
+/// Adds the words, --mim, what names the value, and what a codec needs to know besides the model,
+/// to a subcommand. It takes one name, or none where `mayBeNone`.
+void addTargetArguments(CLI::App& command, TargetChoice& choice, const std::string& words,
+                        bool mayBeNone = false);
 
-/// Adds --type alone, which is needed.
-void addDatatypeArgument(CLI::App& command, TargetChoice& choice);
+/// Reads the model and looks up what was named; what is noteworthy about it goes to standard error.
+/// Nothing where a file could not be read, which was said already. Throws omt::UnknownName, with
+/// the nearest names.
+std::optional<ValueTarget> findTarget(const TargetChoice& choice);
 
-/// Looks up what was named in the manager's tree. Throws InputError, with the nearest names, where
-/// there is no such thing.
-ValueTarget findTarget(DtDatatypeManager& manager, const TargetChoice& choice);
+/// A part of the value as messages name it.
+std::string nameIn(const ValueTarget& target, const std::string& path);
+
+/// Why a value could not be decoded to its end, or which octets are left over; empty where neither
+/// is so.
+std::string complaintOf(const ValueTarget& target, const omt::Value& value);
