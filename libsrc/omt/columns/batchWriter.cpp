@@ -64,6 +64,9 @@ BatchWriter::BatchWriter(const ColumnPlan& columns, std::size_t expectedRows)
       myExpectedRows(expectedRows),
       myCells(columns.columns.size())
 {
+    const Node& root = myPlan.nodes[myRoot];
+    const bool isPlain = root.isFixed && root.size > 0 && root.empties == 0;
+    if (isPlain && root.height < theDeepest) myFixedSize = root.size;
 }
 
 void BatchWriter::clear()
@@ -87,7 +90,7 @@ void BatchWriter::addFault(std::string_view text)
     ++myRow;
 }
 
-void BatchWriter::addOctets(Octets octets)
+void BatchWriter::addOpen(Octets octets)
 {
     Piece& piece = myPieces[myPieceCount];
     piece.row = static_cast<std::uint32_t>(myRow);
@@ -113,33 +116,13 @@ void BatchWriter::addOctets(Octets octets)
     addFault(text.str());
 }
 
-// Values with nothing odd about them: those of fixed size, variant records with an alternative of
-// fixed size, and all others in which nothing is to be noted.
+// Values in which nothing is to be noted.
 bool BatchWriter::findQuickly(Octets octets, Piece& piece)
 {
-    const Node& node = myPlan.nodes[myRoot];
-    piece.place = octets.data();
-    piece.entry = theNone;
-    if (node.isFixed)
-        return octets.size() == node.size && node.size > 0 && node.empties == 0 &&
-               node.height < theDeepest;
-    if (octets.size() > theLargestSize) return false;
+    if (myPlan.nodes[myRoot].isFixed || octets.size() > theLargestSize) return false;
     const auto entry = static_cast<std::uint32_t>(myIndex.entries.size());
     piece.entry = entry;
-    if (node.form == Form::variant && node.length == Length::none && octets.size() >= node.body)
-    {
-        const std::uint32_t alternative =
-            myPlan.findAlternative(node, loadInteger(myPlan.nodes[node.element], octets.data()));
-        if (alternative >= theUnknown) return false;
-        const Node& inside = myPlan.nodes[myPlan.parts[node.first + alternative].node];
-        if (inside.isFixed && inside.empties == 0 && inside.size == octets.size() - node.body &&
-            inside.size > 0 && inside.height < theDeepest)
-        {
-            myIndex.entries.push_back(
-                {0, static_cast<std::uint32_t>(octets.size()), alternative, entry + 1});
-            return true;
-        }
-    }
+    piece.place = octets.data();
     QuickIndexer<true> quick(myPlan, octets, &myIndex);
     if (quick.piece(myRoot, 0, {octets.size(), 0, 0}) == octets.size()) return true;
     myIndex.entries.resize(entry);
@@ -439,24 +422,109 @@ void BatchWriter::texts(const Column& column, Cells& cells, const Piece* pieces,
     }
 }
 
-std::size_t BatchWriter::append(Cells& cells, const std::uint8_t* octets, std::size_t count)
+// Room for the text of a row, and one octet more, so that there is a buffer even where all rows are
+// empty.
+std::uint8_t* BatchWriter::room(Cells& cells, std::size_t octets) const
 {
-    // One octet more, so that there is a buffer even where all rows are empty.
-    const std::size_t size = cells.ends.size + count + 1;
+    const std::size_t size = cells.ends.size + octets + 1;
     const std::size_t share = myExpectedRows / std::max<std::size_t>(myRow, 1) + 1;
-    std::uint8_t* const to = cells.data.need(size, size * share);
-    if (count > 0) std::memcpy(to + cells.ends.size, octets, count);
+    return cells.data.need(size, size * share) + cells.ends.size;
+}
+
+std::size_t BatchWriter::append(Cells& cells, const std::uint8_t* octets, std::size_t count) const
+{
+    std::uint8_t* const to = room(cells, count);
+    if (count > 0) std::memcpy(to, octets, count);
     return count;
 }
 
 namespace
 {
 
-/// Half of a surrogate pair has no UTF-8: it becomes U+FFFD, in as many octets.
-void replaceSurrogates(std::string& text)
+std::uint8_t* putUtf8(std::uint8_t* to, std::uint32_t code)
 {
-    for (std::size_t i = 0; i + 2 < text.size(); ++i)
-        if (text[i] == '\xED' && (text[i + 1] & 0x20) != 0) text.replace(i, 3, "\xEF\xBF\xBD");
+    const auto put = [&to](std::uint32_t bits) { *to++ = static_cast<std::uint8_t>(bits); };
+    if (code < 0x80)
+    {
+        put(code);
+        return to;
+    }
+    if (code < 0x800)
+        put(0xC0 | code >> 6);
+    else
+    {
+        if (code < 0x10000)
+            put(0xE0 | code >> 12);
+        else
+        {
+            put(0xF0 | code >> 18);
+            put(0x80 | (code >> 12 & 0x3F));
+        }
+        put(0x80 | (code >> 6 & 0x3F));
+    }
+    put(0x80 | (code & 0x3F));
+    return to;
+}
+
+/// Into room for twice as many octets.
+std::uint8_t* putLatin1(std::uint8_t* to, const std::uint8_t* octets, std::size_t count)
+{
+    constexpr std::uint64_t theHigh = 0x8080808080808080;
+    std::size_t i = 0;
+    for (; i < count; ++i)
+    {
+        std::uint64_t eight = theHigh;
+        if (i + 8 <= count) std::memcpy(&eight, octets + i, 8);
+        if ((eight & theHigh) != 0)
+        {
+            to = putUtf8(to, octets[i]);
+            continue;
+        }
+        std::memcpy(to, &eight, 8);
+        to += 8;
+        i += 7;
+    }
+    return to;
+}
+
+/// Into room for three times as many octets as units. Half of a pair, which UTF-8 cannot say,
+/// becomes U+FFFD.
+template <bool isLittleEndian>
+std::uint8_t* putUtf16(std::uint8_t* to, const std::uint8_t* octets, std::size_t count)
+{
+    const auto load = [octets](std::size_t i)
+    {
+        const std::uint32_t first = octets[2 * i];
+        const std::uint32_t second = octets[2 * i + 1];
+        return isLittleEndian ? second << 8 | first : first << 8 | second;
+    };
+    // Four units of ASCII at once: their high octets are zero, and so is the highest bit.
+    constexpr std::uint64_t theHigh = isLittleEndian ? 0xFF80FF80FF80FF80 : 0x80FF80FF80FF80FF;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        std::uint64_t four = theHigh;
+        if (i + 4 <= count) std::memcpy(&four, octets + 2 * i, sizeof four);
+        if ((four & theHigh) == 0)
+        {
+            if (!isLittleEndian) four >>= 8;
+            four = (four | four >> 8) & 0x0000FFFF0000FFFF;
+            const auto letters = static_cast<std::uint32_t>(four | four >> 16);
+            std::memcpy(to, &letters, sizeof letters);
+            to += 4;
+            i += 3;
+            continue;
+        }
+        std::uint32_t code = load(i);
+        if ((code & 0xF800) == 0xD800)
+        {
+            const std::uint32_t next = i + 1 < count ? load(i + 1) : 0;
+            const bool isPair = (code & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00;
+            code = isPair ? 0x10000 + ((code & 0x3FF) << 10) + (next & 0x3FF) : 0xFFFD;
+            if (isPair) ++i;
+        }
+        to = putUtf8(to, code);
+    }
+    return to;
 }
 
 }  // namespace
@@ -477,6 +545,9 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
         const Run run = runOf(node, piece, offset);
         return append(cells, run.first, run.count);
     }
+    if (column.shape == Shape::latin1 || column.shape == Shape::utf16 ||
+        column.shape == Shape::hinted)
+        return characters(column, cells, runOf(node, piece, offset));
     myText.clear();
     if (column.shape == Shape::labelText)
     {
@@ -488,25 +559,28 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
         else
             myText = strangerText(number, node.scalar == Scalar::unsignedInteger);
     }
-    else if (column.shape == Shape::json)
+    else
     {
         const std::uint32_t place =
             node.isFixed ? 0 : myIndex.entries[piece.entry].offset + column.inEntry;
         appendJsonOf(myPlan, piece.place + offset - place, myIndex,
                      {column.node, place, node.isFixed ? theNone : piece.entry}, myText, {});
     }
-    else
-    {
-        const Run run = runOf(node, piece, offset);
-        if (column.shape == Shape::utf16)
-            appendUtf16(myText, myPlan.nodes[node.element], run.first, run.count);
-        else
-            appendLatin1(
-                myText, run.first,
-                column.shape == Shape::hinted ? textSize(run.first, run.count) : run.count);
-        if (column.shape == Shape::utf16) replaceSurrogates(myText);
-    }
     return append(cells, reinterpret_cast<const std::uint8_t*>(myText.data()), myText.size());
+}
+
+std::size_t BatchWriter::characters(const Column& column, Cells& cells, const Run& run) const
+{
+    const Node& node = myPlan.nodes[column.node];
+    const bool isWide = column.shape == Shape::utf16;
+    const std::size_t count =
+        column.shape == Shape::hinted ? textSize(run.first, run.count) : run.count;
+    std::uint8_t* const to = room(cells, (isWide ? 3 : 2) * count);
+    std::uint8_t* const end = !isWide ? putLatin1(to, run.first, count)
+                              : myPlan.nodes[node.element].isLittleEndian
+                                  ? putUtf16<true>(to, run.first, count)
+                                  : putUtf16<false>(to, run.first, count);
+    return static_cast<std::size_t>(end - to);
 }
 
 // The end ----------------------------------------------------------------------------------------

@@ -51,7 +51,11 @@ public:
     /// The next row of the block.
     void addNull() { ++myRow; }
     void addFault(std::string_view text);
-    void addOctets(Octets octets);
+    void addOctets(Octets octets)
+    {
+        if (octets.size() != myFixedSize) return addOpen(octets);
+        myPieces[myPieceCount++] = {octets.data(), static_cast<std::uint32_t>(myRow++), theNone};
+    }
     /// Writes the rows of the block; false where a column would grow too large for the batch.
     bool write();
 
@@ -69,6 +73,7 @@ private:
     };
     using Pieces = std::array<Piece, theBlock>;
 
+    void addOpen(Octets octets);
     bool findQuickly(Octets octets, Piece& piece);
     bool findSlowly(Octets octets, Piece& piece);
 
@@ -85,7 +90,9 @@ private:
     void texts(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
                std::size_t offset);
     std::size_t text(const Column& column, Cells& cells, const Piece& piece, std::size_t offset);
-    std::size_t append(Cells& cells, const std::uint8_t* octets, std::size_t count);
+    std::size_t characters(const Column& column, Cells& cells, const Run& run) const;
+    std::uint8_t* room(Cells& cells, std::size_t octets) const;
+    std::size_t append(Cells& cells, const std::uint8_t* octets, std::size_t count) const;
 
     void setBits(Buffer& bits, const Column& column, const Piece* pieces, std::size_t count) const;
     std::int32_t labelOf(const Column& column, Cells& cells, std::int64_t number);
@@ -102,6 +109,8 @@ private:
     const ColumnPlan& myColumns;
     const Plan& myPlan;
     std::uint32_t myRoot;
+    /// The size of all values that have nothing odd about them; as large as none where they differ.
+    std::size_t myFixedSize = ~std::size_t{0};
     std::size_t myExpectedRows;
     std::vector<Cells> myCells;
     Cells myFaults;

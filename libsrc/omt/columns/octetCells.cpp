@@ -56,22 +56,6 @@ std::optional<std::string> OctetCells::open(const ArrowSchema& schema, const Arr
     return std::nullopt;
 }
 
-bool OctetCells::isNull(std::size_t row) const
-{
-    return myValid && !isBitSet(myValid, myFirst + row);
-}
-
-template <typename Offset>
-std::optional<Octets> OctetCells::between(std::size_t row) const
-{
-    Offset offsets[2];
-    std::memcpy(offsets, myPlaces + (myFirst + row) * sizeof(Offset), sizeof offsets);
-    if (offsets[0] < 0 || offsets[1] < offsets[0]) return std::nullopt;
-    const auto size = static_cast<std::size_t>(offsets[1] - offsets[0]);
-    if (size > 0 && !myData) return std::nullopt;
-    return Octets(myData + (size > 0 ? offsets[0] : 0), size);
-}
-
 // Up to 12 octets stand in the view itself, more in one of the buffers.
 std::optional<Octets> OctetCells::view(std::size_t row) const
 {
@@ -88,22 +72,6 @@ std::optional<Octets> OctetCells::view(std::size_t row) const
         return std::nullopt;
     return Octets(static_cast<const std::uint8_t*>(myBuffers[buffer]) + offset,
                   static_cast<std::size_t>(size));
-}
-
-std::optional<Octets> OctetCells::operator[](std::size_t row) const
-{
-    switch (myForm)
-    {
-        case Form::offsets32:
-            return between<std::int32_t>(row);
-        case Form::offsets64:
-            return between<std::int64_t>(row);
-        case Form::views:
-            return view(row);
-        case Form::fixed:
-            break;
-    }
-    return Octets(myData + (myFirst + row) * myWidth, myWidth);
 }
 
 }  // namespace omt

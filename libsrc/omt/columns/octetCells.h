@@ -6,6 +6,7 @@
 #include "omt/codec/octets.h"
 #include "omt/columns/arrow.h"
 
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -57,6 +58,38 @@ std::optional<std::string> findArrayFault(const ArrowArray& array, std::int64_t 
 inline bool isBitSet(const std::uint8_t* bits, std::size_t at)
 {
     return (bits[at / 8] >> at % 8 & 1) != 0;
+}
+
+inline bool OctetCells::isNull(std::size_t row) const
+{
+    return myValid && !isBitSet(myValid, myFirst + row);
+}
+
+template <typename Offset>
+std::optional<Octets> OctetCells::between(std::size_t row) const
+{
+    Offset offsets[2];
+    std::memcpy(offsets, myPlaces + (myFirst + row) * sizeof(Offset), sizeof offsets);
+    if (offsets[0] < 0 || offsets[1] < offsets[0]) return std::nullopt;
+    const auto size = static_cast<std::size_t>(offsets[1] - offsets[0]);
+    if (size > 0 && !myData) return std::nullopt;
+    return Octets(myData + (size > 0 ? offsets[0] : 0), size);
+}
+
+inline std::optional<Octets> OctetCells::operator[](std::size_t row) const
+{
+    switch (myForm)
+    {
+        case Form::offsets32:
+            return between<std::int32_t>(row);
+        case Form::offsets64:
+            return between<std::int64_t>(row);
+        case Form::views:
+            return view(row);
+        case Form::fixed:
+            break;
+    }
+    return Octets(myData + (myFirst + row) * myWidth, myWidth);
 }
 
 }  // namespace omt
