@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// Models of libomt: reading against bare parsing, merging against reading, growth, memory.
+// Models of libomt: reading and writing against libxml2, merging against reading, growth, memory.
 #include "modelFiles.h"
 #include "omt/model/read.h"
+#include "omt/model/write.h"
 #include "ratio.h"
 
 #include <libxml/parser.h>
@@ -103,6 +104,42 @@ double mergeAllModules()
         });
 }
 
+/// What libxml2 takes to write the same document.
+double dumpRPR()
+{
+    const std::string& text = rprText();
+    xmlDoc* const document =
+        xmlReadMemory(text.data(), static_cast<int>(text.size()), "", nullptr, XML_PARSE_NOBLANKS);
+    const double seconds = secondsOf(
+        [&]
+        {
+            xmlChar* written = nullptr;
+            int size = 0;
+            xmlDocDumpFormatMemory(document, &written, &size, 1);
+            xmlFree(written);
+        });
+    xmlFreeDoc(document);
+    return seconds;
+}
+
+double writeText(const std::string& text)
+{
+    omt::Findings findings;
+    const omt::Model model = omt::readModule({"model", text}, findings);
+    return secondsOf([&] { omt::writeXml(model, omt::Edition::ieee2010); });
+}
+
+double writeRPR()
+{
+    return writeText(rprText());
+}
+
+template <int scale>
+double writeGenerated()
+{
+    return writeText(textOf(generatedPath(scale)));
+}
+
 // Octets in the place of seconds -----------------------------------------------------------------
 
 double octetsOfRPR()
@@ -163,11 +200,15 @@ std::vector<ratios::Ratio> ratios::modelEngineRatios()
 {
     constexpr Work readSmaller = readGenerated<theScale>;
     constexpr Work readLarger = readGenerated<10 * theScale>;
+    constexpr Work writeSmaller = writeGenerated<theScale>;
+    constexpr Work writeLarger = writeGenerated<10 * theScale>;
     return {
-        {"model_read",        parseRPR,       readRPR,         theRPR       },
-        {"model_growth",      readSmaller,    readLarger,      nullptr      },
-        {"model_merge",       readAllModules, mergeAllModules, theModules[0]},
-        {"model_memory",      octetsOfRPR,    octetsKept,      theRPR       },
-        {"model_memory_peak", octetsOfRPR,    octetsAtPeak,    theRPR       },
+        {"model_read",         parseRPR,       readRPR,         theRPR       },
+        {"model_growth",       readSmaller,    readLarger,      nullptr      },
+        {"model_write",        dumpRPR,        writeRPR,        theRPR       },
+        {"model_write_growth", writeSmaller,   writeLarger,     nullptr      },
+        {"model_merge",        readAllModules, mergeAllModules, theModules[0]},
+        {"model_memory",       octetsOfRPR,    octetsKept,      theRPR       },
+        {"model_memory_peak",  octetsOfRPR,    octetsAtPeak,    theRPR       },
     };
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Runs omt convert: what it writes, what it says is lost, and that no file is ever half-written.
+// Runs omt convert and omt fmt: what they write, what is lost, and that no file is ever
+// half-written.
 #include "toolRun.h"
 
 namespace
@@ -119,6 +120,43 @@ TEST_F(ConvertTest, AFileThatIsReplacedKeepsItsPlaceAndItsPermissions)
     run("-q convert old.omd -o new.out", "umask 027; env");
     EXPECT_EQ(mode("new.out"), 0640U);
     EXPECT_EQ(run("-q convert old.omd -o /dev/stdout").out, content("new.out"));
+}
+
+TEST_F(ConvertTest, FmtKeepsWhatAModuleSays)
+{
+    write("a.xml", R"(<?xml version="1.0"?><!-- <?a?> --><objectModel
+ xmlns="http://standards.ieee.org/IEEE1516-2010"><objects/><odd>1</odd>
+ <modelIdentification><name> A <!--c--></name><applicationDomain/></modelIdentification>
+</objectModel>)");
+    write("pi.xml", "<?xml version='1.0'?><?a b?>" + std::string(theNewModel));
+    const std::string canonical = R"(<?xml version="1.0" encoding="UTF-8"?>
+<!-- <?a?> -->
+<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010">
+  <modelIdentification>
+    <!--c-->
+    <name>A</name>
+    <applicationDomain/>
+  </modelIdentification>
+  <objects/>
+  <odd>1</odd>
+</objectModel>
+)";
+    const Outcome check = run("fmt --check a.xml");
+    EXPECT_EQ(check.status, 1);
+    EXPECT_EQ(check.out, "a.xml\n");
+    EXPECT_EQ(run("fmt - < a.xml").out, canonical);
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_EQ(run("fmt a.xml").status, 0);
+        EXPECT_EQ(content("a.xml"), canonical);
+    }
+    EXPECT_EQ(run("fmt --check a.xml").status, 0);
+    for (const char* const file : {"2000.xml", "old.omd", "pi.xml", "none.xml"})
+    {
+        const std::string before = content(file);
+        EXPECT_EQ(run(std::string("fmt a.xml ") + file).status, 1) << file;
+        EXPECT_EQ(content(file), before);
+    }
 }
 
 }  // namespace

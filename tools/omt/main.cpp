@@ -5,6 +5,7 @@
 #include "encodeCommand.h"
 #include "entityCommand.h"
 #include "errors.h"
+#include "fmtCommand.h"
 #include "layoutCommand.h"
 #include "messages.h"
 #include "omt/base/nearestNames.h"
@@ -168,9 +169,9 @@ int main(int argumentCount, char** arguments)
     CLI::App app("Reads HLA object models and the values that they describe.", "omt");
     GeneralChoice choice;
     addGeneralArguments(app, choice);
-    const Command commands[] = {addShowCommand(app),    addDecodeCommand(app),
-                                addEncodeCommand(app),  addLayoutCommand(app),
-                                addConvertCommand(app), addEntityCommand(app)};
+    const Command commands[] = {
+        addShowCommand(app),    addDecodeCommand(app), addEncodeCommand(app), addLayoutCommand(app),
+        addConvertCommand(app), addFmtCommand(app),    addEntityCommand(app)};
     try
     {
         app.parse(argumentCount, arguments);

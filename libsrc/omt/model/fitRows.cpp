@@ -265,7 +265,9 @@ bool Fitting::isKept(const Definition& definition, Kind kind, const Aside& aside
     const bool isForeign =
         aside.name.view().find(':') != std::string_view::npos ||
         (!isAttribute && aside.text.view().find("xmlns=") < aside.text.view().find('>'));
-    if (isForeign || isUnchanged()) return true;
+    // What HLA 1.3 has beside its properties is no XML.
+    const bool isXml = editionOf(definition) != Edition::hla13;
+    if (isXml && (isForeign || isUnchanged())) return true;
     const std::string_view what = isAttribute                       ? "the XML attribute "
                                   : aside.what == Aside::What::text ? "the text "
                                                                     : "the element ";
