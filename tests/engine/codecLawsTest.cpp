@@ -87,6 +87,7 @@ public:
         const omt::Octets placed = myMemory.place(octets);
         EXPECT_EQ(myLaws.check(type, placed), "");
         const bool isPlain = myLaws.isPlain();
+        EXPECT_EQ(myLaws.checkCuts(type, placed, isPlain), "");
         if (isPlain) atEdges(type, octets);
         myWhole += isPlain ? 1 : 0;
         for (std::size_t size = 0; size < octets.size(); size += octets.size() / 100 + 1)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/codec/value.h"
 
+#include "omt/base/character.h"
 #include "omt/codec/valueParts.h"
 
 #include <charconv>
@@ -14,32 +15,6 @@ namespace
 
 const std::optional<Fault> theNoFault;
 const std::vector<ValueNote> theNoNotes;
-
-void appendUtf8(std::string& text, std::uint32_t code)
-{
-    const auto six = [&text](std::uint32_t bits)
-    { text += static_cast<char>(0x80 | (bits & 0x3F)); };
-    if (code < 0x80)
-        text += static_cast<char>(code);
-    else if (code < 0x800)
-    {
-        text += static_cast<char>(0xC0 | code >> 6);
-        six(code);
-    }
-    else if (code < 0x10000)
-    {
-        text += static_cast<char>(0xE0 | code >> 12);
-        six(code >> 6);
-        six(code);
-    }
-    else
-    {
-        text += static_cast<char>(0xF0 | code >> 18);
-        six(code >> 12);
-        six(code >> 6);
-        six(code);
-    }
-}
 
 }  // namespace
 
