@@ -115,6 +115,9 @@ TEST_F(ValueTest, ShowsWhatAValueSays)
         {"odd.xml -q --type Rows 0000000c " + rows + " | sed -n '2p;$p'",
          "       0  Rows      Rows      12 elements\n"
          "     100    ...               4 more, which --all shows\n"},
+        {"--hex --type HLAopaqueData 00000002 0a ff",
+         "  Offset  Octets             Name           Datatype       Value\n"
+         "       0  00 00 00 02 0A FF  HLAopaqueData  HLAopaqueData  0A FF\n"},
         {"--type EntityName 00000028" + zeros + " | tail -n 1",
          "       0  EntityName  EntityName  \"\\u0000\\u0000\\u0000\\u0000\\u0000\\u0000\\u0000\\u0000\\u0000\\u..."
          "\" (40 characters)\n"},

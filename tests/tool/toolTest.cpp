@@ -185,6 +185,7 @@ TEST_F(ToolTest, WrongUsageIsStatusTwo)
         EXPECT_THAT(outcome.err, testing::ContainsRegex("[sS]ee omt( show)? --help\n"));
     }
     EXPECT_THAT(run("shwo a").err, HasSubstr("no command \"shwo\"; did you mean show?"));
+    EXPECT_THAT(run("decode a.xml --mebmer B.C 00").err, HasSubstr("did you mean --member"));
     EXPECT_THAT(run("show a --clas B").err,
                 HasSubstr("no option \"--clas\"; did you mean --class"));
     EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+\n"));

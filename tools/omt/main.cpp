@@ -94,10 +94,12 @@ ExitStatus writeResult(const std::string& result, bool isPainted = false)
 std::vector<std::string> namesInPlace(const CLI::App& app, bool areOptions)
 {
     std::vector<std::string> names;
-    const auto addOptions = [&](const CLI::App& one)
+    const std::function<void(const CLI::App&)> addOptions = [&](const CLI::App& one)
     {
         for (const CLI::Option* option : one.get_options())
             for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+        for (const CLI::App* group : one.get_subcommands(nullptr))
+            if (group->get_name().empty()) addOptions(*group);
     };
     if (areOptions) addOptions(app);
     for (const CLI::App* command : app.get_subcommands(nullptr))
@@ -118,16 +120,14 @@ std::string helpOf(const CLI::App& app)
 /// What is wrong with the arguments; for a command or an option that there is not, the nearest.
 std::string whyWrong(const CLI::App& app, const CLI::ParseError& error)
 {
-    const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-    if (isExtra)
-        for (const std::string& word : app.remaining(true))
-        {
-            const bool isOption = word.size() > 2 && word.compare(0, 2, "--") == 0;
-            if (!isOption && !app.get_subcommands().empty()) continue;
-            return omt::unknownName(isOption ? "option" : "command", word,
-                                    namesInPlace(app, isOption)) +
-                   " See " + helpOf(app);
-        }
+    for (const std::string& word : app.remaining(true))
+    {
+        const bool isOption = word.size() > 2 && word.compare(0, 2, "--") == 0;
+        if (!isOption && !app.get_subcommands().empty()) continue;
+        return omt::unknownName(isOption ? "option" : "command", word,
+                                namesInPlace(app, isOption)) +
+               " See " + helpOf(app);
+    }
     return error.what() + ("; see " + helpOf(app));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "valueTable.h"
 
+#include "octetDump.h"
 #include "octetForms.h"
 #include "plainText.h"
 #include "textTable.h"
@@ -42,6 +43,7 @@ private:
         return static_cast<std::size_t>(octets.data() - myValue.octets().data());
     }
     std::string hexadecimal(omt::Octets octets) const;
+    std::string octetsOf(const omt::Item& item) const;
     std::string textOf(const omt::Item& item) const;
     std::string valueOf(const omt::Item& item) const;
 
@@ -68,6 +70,18 @@ std::string ValueRows::hexadecimal(omt::Octets octets) const
            " octets)";
 }
 
+/// Octets without the count before them.
+std::string ValueRows::octetsOf(const omt::Item& item) const
+{
+    std::string text;
+    item.appendJson(text);
+    std::vector<std::uint8_t> octets;
+    for (std::size_t at = 1; at + 2 < text.size(); at += 2)
+        octets.push_back(static_cast<std::uint8_t>(hexadecimalDigit(text[at]) << 4 |
+                                                   hexadecimalDigit(text[at + 1])));
+    return hexadecimal(octets);
+}
+
 /// In quotes, as JSON has it.
 std::string ValueRows::textOf(const omt::Item& item) const
 {
@@ -86,7 +100,7 @@ std::string ValueRows::valueOf(const omt::Item& item) const
         case omt::ValueKind::text:
             return textOf(item);
         case omt::ValueKind::octets:
-            return hexadecimal(item.octets());
+            return octetsOf(item);
         case omt::ValueKind::array:
             return std::to_string(item.size()) + (item.size() == 1 ? " element" : " elements");
         case omt::ValueKind::record:
