@@ -70,11 +70,12 @@ struct Leaves : omt::Visitor
 
 /// The same by items, and each number by its path and by a Field.
 void collect(const omt::Type& type, const omt::Item& item, const std::string& path,
-             const Bytes& octets, std::string& all)
+             const Bytes& octets, std::string& all, std::vector<std::string>& paths)
 {
     if (item.kind() == omt::ValueKind::number || item.kind() == omt::ValueKind::enumerated)
     {
         const omt::Field field = type.field(path);
+        paths.push_back(path);
         if (item.label())
             all += std::string(*item.label()) + ';';
         else if (item.integer())
@@ -93,7 +94,7 @@ void collect(const omt::Type& type, const omt::Item& item, const std::string& pa
         const std::string step = name.empty()   ? '[' + std::to_string(i) + ']'
                                  : path.empty() ? name
                                                 : '.' + name;
-        collect(type, item[i], path + step, octets, all);
+        collect(type, item[i], path + step, octets, all, paths);
     }
 }
 
@@ -114,6 +115,7 @@ public:
             for (std::size_t i = 0; i < count && !testing::Test::HasFailure(); ++i)
             {
                 const Bytes whole = mySlow.make(name, myRandom);
+                myPaths.clear();
                 compare(type, whole);
                 roundTrip(type, whole);
                 garble(type, whole);
@@ -145,11 +147,26 @@ private:
         EXPECT_EQ(printed(myValue.fault()), printed(slow)) << name;
         EXPECT_EQ(myValue.octets().size(), slow.octets) << name;
         EXPECT_EQ(!myValue.notes().empty() && !slow.isFaulty, slow.hasNotes) << name;
+        compareFields(type, octets);
         if (!testing::Test::HasFailure()) return;
         std::string dump;
         char two[4];
         for (const std::uint8_t one : octets) dump += (std::snprintf(two, 4, "%02x ", one), two);
         FAIL() << dump;
+    }
+
+    // A field is where the item is, and nowhere if a fault stands before its end.
+    void compareFields(const omt::Type& type, const Bytes& octets)
+    {
+        constexpr std::size_t theMost = 12;
+        for (std::size_t i = 0; i < myPaths.size(); i += myPaths.size() / theMost + 1)
+        {
+            const omt::Item item = myValue[myPaths[i]];
+            const auto field = type.field(myPaths[i]).octets(octets);
+            const bool isThere = item && item.octets().size() == item.type().size();
+            EXPECT_EQ(field.has_value(), isThere) << type.name() << ' ' << myPaths[i];
+            EXPECT_TRUE(!field || !isThere || field->data() == item.octets().data()) << myPaths[i];
+        }
     }
 
     // What decodes without a note encodes to the same octets.
@@ -167,7 +184,8 @@ private:
         myValue.visit(leaves);
         std::string items;
         type.decodeInPlace(octets, myValue);
-        collect(type, myValue.root(), "", octets, items);
+        myPaths.clear();
+        collect(type, myValue.root(), "", octets, items, myPaths);
         EXPECT_EQ(leaves.all, items) << name;
     }
 
@@ -193,6 +211,8 @@ private:
     SlowCodec mySlow;
     const bool myIsLong;
     omt::Value myValue;
+    /// Of the numbers of the last whole value.
+    std::vector<std::string> myPaths;
     std::mt19937_64 myRandom{20100818};
 };
 

@@ -46,7 +46,10 @@ std::optional<Field> Type::findField(std::string_view path) const
                 field.myAlternative = one.index;
                 offset += node.body;
             }
-            else if (node.form == Form::record)
+            else if (node.form == Form::variant)
+                // Its number has to be looked at.
+                field.myIsDirect = field.myIsDirect && node.length != Length::none;
+            else
             {
                 const bool isPlaced = part.offset != theNone && part.decider == theNone;
                 field.myIsDirect = field.myIsDirect && isPlaced;
@@ -124,8 +127,10 @@ bool Field::findQuickly(Octets value, std::size_t& at, std::size_t& end) const
             at = quick.alternative(node, step.index, at, around);
         else if (node.form == Form::record)
             at = quick.field(node, step.index, at, around);
-        else
+        else if (quick.isKnown(node, at, around))
             around.depth += 1;
+        else
+            return false;
         if (at == theOdd) return false;
     }
     end = quick.piece(myNode, at, around);
