@@ -88,6 +88,7 @@ private:
     using Holes = std::vector<std::uint32_t>;
     void findShapes();
     void findShape(Node& node);
+    void setElements(Node& node) const;
     bool addHoles(Holes& holes, std::uint32_t from, std::uint32_t to) const;
     bool addHoles(Holes& holes, std::uint32_t at, const Node& child) const;
     bool addHoles(Holes& holes, const Node& node, std::uint32_t fields) const;

@@ -39,6 +39,7 @@ void Compiler::findShape(Node& node)
             break;
         case Form::array:
             node.quick = QuickForm::array;
+            setElements(node);
             break;
         case Form::octets:
             node.quick = QuickForm::octets;
@@ -46,6 +47,14 @@ void Compiler::findShape(Node& node)
         case Form::number:
             break;
     }
+}
+
+// What is the same for all elements of an array of open size.
+void Compiler::setElements(Node& node) const
+{
+    const Node& element = myPlan.nodes[node.element];
+    node.body = static_cast<std::uint32_t>(aligned(4, element.boundary));
+    node.hasPadding = element.hasPadding || node.stride != element.size;
 }
 
 void Compiler::addTargets(const Node& variant)

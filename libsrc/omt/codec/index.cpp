@@ -49,15 +49,27 @@ std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const L
     return stack[0];
 }
 
+void Entries::grow()
+{
+    constexpr std::size_t theFirst = 16;
+    const std::size_t size = this->size();
+    const std::size_t room = std::max(theFirst, 2 * size);
+    std::unique_ptr<Entry[]> larger(new Entry[room]);
+    std::copy(begin(), end(), larger.get());
+    myRoom = std::move(larger);
+    myEnd = myRoom.get() + size;
+    myLast = myRoom.get() + room;
+}
+
 void Index::forgetOddities()
 {
+    isOdd = false;
     notes.clear();
     fault.reset();
 }
 
-bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
+bool indexOpen(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
 {
-    index.clear();
     if (octets.size() <= theMostOctets && QuickIndexer<true>(plan, octets, &index).run(node))
         return true;
     return Indexer(plan, octets, index).run(node);

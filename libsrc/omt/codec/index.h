@@ -8,6 +8,7 @@
 
 #include <bit>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -19,13 +20,55 @@ namespace omt
 /// about has an entry of its own, with a count of 1 if it is there.
 struct Entry
 {
-    std::uint32_t offset = 0;
-    std::uint32_t end = 0;
+    std::uint32_t offset;
+    std::uint32_t end;
     /// Of an array: its elements, at a fault those of which there is something. Of a variant
     /// record: the index of its alternative, theNothing, or theUnknown where octets were kept.
-    std::uint32_t count = 0;
+    std::uint32_t count;
     /// The entry after those of this piece.
-    std::uint32_t next = 0;
+    std::uint32_t next;
+};
+
+/// A row of entries in memory that only grows and is not set to zero.
+class Entries
+{
+public:
+    Entries() = default;
+    Entries(const Entries& other) { *this = other; }
+    Entries& operator=(const Entries& other)
+    {
+        if (this == &other) return *this;
+        clear();
+        for (const Entry& entry : other) push_back(entry);
+        return *this;
+    }
+
+    std::size_t size() const { return static_cast<std::size_t>(myEnd - myRoom.get()); }
+    bool empty() const { return myEnd == myRoom.get(); }
+    Entry* begin() { return myRoom.get(); }
+    Entry* end() { return myEnd; }
+    const Entry* begin() const { return myRoom.get(); }
+    const Entry* end() const { return myEnd; }
+    Entry& operator[](std::size_t i) { return myRoom[i]; }
+    const Entry& operator[](std::size_t i) const { return myRoom[i]; }
+
+    void clear() { myEnd = myRoom.get(); }
+    /// To no more than there are.
+    void resize(std::size_t size) { myEnd = myRoom.get() + size; }
+    bool isFull() const { return myEnd == myLast; }
+    void grow();
+    /// Only where it is not full.
+    void add(const Entry& entry) { *myEnd++ = entry; }
+    void push_back(const Entry& entry)
+    {
+        if (isFull()) grow();
+        add(entry);
+    }
+
+private:
+    std::unique_ptr<Entry[]> myRoom;
+    Entry* myEnd = nullptr;
+    Entry* myLast = nullptr;
 };
 
 /// A field that others look at.
@@ -38,18 +81,20 @@ struct Looked
 /// What came of indexing. Kept by values, so that nothing is allocated once it has grown.
 struct Index
 {
-    std::vector<Entry> entries;
-    std::vector<ValueNote> notes;
-    std::optional<Fault> fault;
+    Entries entries;
     /// How many octets were decoded.
     std::uint32_t octets = 0;
+    /// Whether there may be notes or a fault.
+    bool isOdd = false;
+    std::vector<ValueNote> notes;
+    std::optional<Fault> fault;
     /// For the walk itself.
     std::vector<Looked> looked;
 
     void clear()
     {
         entries.clear();
-        if (fault || !notes.empty()) forgetOddities();
+        if (isOdd) forgetOddities();
     }
 
 private:
@@ -124,9 +169,6 @@ inline double loadNumber(const Node& node, const std::uint8_t* octets)
     return static_cast<double>(static_cast<std::uint64_t>(number));
 }
 
-/// Indexes a whole value; whether there was no fault.
-bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
-
 /// Whether padding of a node that begins here is zero, as far as it is listed.
 inline bool isZeroIn(const Plan& plan, std::uint32_t gaps, std::uint32_t count,
                      const std::uint8_t* octets)
@@ -140,6 +182,23 @@ inline bool isZeroIn(const Plan& plan, std::uint32_t gaps, std::uint32_t count,
     return true;
 }
 
+/// The same as indexValue() for an index that is clear, without the shortcut.
+bool indexOpen(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
+
+/// Indexes a whole value; whether there was no fault.
+inline bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
+{
+    index.clear();
+    const Node& type = plan.nodes[node];
+    if (type.quick == QuickForm::plain && type.size <= octets.size() &&
+        (type.gapCount == 0 || isZeroIn(plan, type.gaps, type.gapCount, octets.data())))
+    {
+        index.octets = type.size;
+        return true;
+    }
+    return indexOpen(plan, node, octets, index);
+}
+
 /// How many elements other fields state for an array, given what these hold.
 std::optional<std::int64_t> evaluate(const Plan& plan, const Part& part, const Looked* looked);
 
@@ -151,6 +210,7 @@ public:
     {
         myIndex.clear();
         myIndex.looked.clear();
+        myIndex.isOdd = true;
     }
 
     /// Lets notes go, which take memory.

@@ -67,10 +67,15 @@ std::uint32_t Plan::findEntry(const Enumeration& table, std::string_view name) c
 Target Plan::findSparse(const Node& variant, std::int64_t number) const
 {
     const Choices& table = choices[variant.table];
-    const auto place = std::lower_bound(table.numbers.begin(), table.numbers.end(), number,
-                                        [](const Choices::Range& row, std::int64_t wanted)
-                                        { return row.number < wanted; });
-    const bool isFound = place != table.numbers.end() && place->number == number;
+    // The last row that is not above the number, found without branches that cannot be foreseen.
+    const Choices::Range* place = table.numbers.data();
+    for (std::size_t size = table.numbers.size(); size > 1;)
+    {
+        const std::size_t half = size / 2;
+        place = place[half].number <= number ? place + half : place;
+        size -= half;
+    }
+    const bool isFound = !table.numbers.empty() && place->number == number;
     const std::uint32_t alternative = isFound                  ? place->alternative
                                       : table.other == theNone ? theUnknown
                                                                : table.other;

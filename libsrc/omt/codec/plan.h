@@ -128,7 +128,8 @@ struct alignas(64) Node
     /// V: 1, 2, 4 or 8.
     std::uint8_t boundary = 1;
     bool isFixed = false;
-    /// Whether there is padding anywhere in it; only for nodes of fixed size.
+    /// Whether there is padding anywhere in a node of fixed size, or in and between the elements
+    /// of an array of open size if they have a fixed one.
     bool hasPadding = false;
     /// Of a record: whether a field decides whether another is there or how long it is.
     bool isLooking = false;
@@ -163,7 +164,8 @@ struct alignas(64) Node
     /// Of a record of open size: how many plain fields it begins with; 0 where it has too much
     /// padding before the next one.
     std::uint32_t lead = 0;
-    /// Of a variant record: where the length stands, and the alternative.
+    /// Of a variant record: where the length stands, and the alternative. Of a counted array: the
+    /// elements.
     std::uint32_t lengthOffset = 0;
     std::uint32_t body = 0;
     /// Fields and elements without octets in a node of fixed size.

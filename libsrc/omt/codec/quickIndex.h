@@ -102,6 +102,14 @@ public:
         return theOdd;
     }
 
+    /// Whether a variant record begins with a discriminant that is no fault.
+    bool isKnown(const Node& node, std::size_t at, const Around& around) const
+    {
+        if (around.limit - at < myPlan.nodes[node.element].size) return false;
+        return node.length != Length::none ||
+               target(myPlan.forks[node.fork], at).alternative != theUnknown;
+    }
+
     /// Where the alternative of a variant record begins that has this index.
     std::size_t alternative(const Node& node, std::uint32_t wanted, std::size_t at, Around& around)
     {
@@ -120,17 +128,25 @@ public:
     }
 
 private:
+    bool isFull() const
+    {
+        if constexpr (!isKept) return false;
+        return myIndex->entries.isFull();
+    }
+    // Only where entries are not full.
     void add(std::size_t at, std::size_t end, std::uint64_t count)
     {
         if constexpr (!isKept) return;
-        const auto next = static_cast<std::uint32_t>(myIndex->entries.size() + 1);
-        myIndex->entries.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(end),
-                                    static_cast<std::uint32_t>(count), next});
+        Entries& entries = myIndex->entries;
+        const auto next = static_cast<std::uint32_t>(entries.size() + 1);
+        entries.add({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(end),
+                     static_cast<std::uint32_t>(count), next});
     }
     // The entry of a piece that may have entries in it.
     std::size_t begin(std::size_t at, std::uint64_t count = 0)
     {
         if constexpr (!isKept) return 0;
+        if (isFull()) myIndex->entries.grow();
         add(at, at, count);
         return myIndex->entries.size() - 1;
     }
@@ -151,7 +167,7 @@ private:
 
     std::uint32_t load(std::size_t at) const { return loadBig32(myData + at); }
 
-    bool isZero(std::size_t at, std::size_t end) const
+    [[gnu::noinline]] bool isZero(std::size_t at, std::size_t end) const
     {
         if constexpr (!isKept) return true;
         return std::all_of(myData + at, myData + end, [](std::uint8_t one) { return one == 0; });
@@ -190,13 +206,7 @@ private:
             case QuickForm::record:
                 return record(node, at, around);
             case QuickForm::octets:
-            {
-                const std::size_t end = kept(at, around);
-                // Pieces without octets are counted.
-                if (end == at) return theOdd;
-                add(at, end, 0);
-                return end;
-            }
+                return octets(at, around);
             case QuickForm::plain:
             case QuickForm::odd:
                 break;
@@ -204,7 +214,14 @@ private:
         return theOdd;
     }
 
-    std::size_t record(const Node& node, std::size_t at, const Around& around)
+    [[gnu::noinline]] std::size_t octets(std::size_t at, const Around& around)
+    {
+        const std::size_t end = kept(at, around);
+        // Pieces without octets are counted.
+        return end == at ? theOdd : finish(begin(at), end);
+    }
+
+    [[gnu::noinline]] std::size_t record(const Node& node, std::size_t at, const Around& around)
     {
         const std::size_t start = at;
         const std::size_t entry = begin(at);
@@ -236,19 +253,34 @@ private:
         return std::max(at, around.limit - std::min(around.limit, around.reserve));
     }
 
-    std::size_t array(const Node& node, std::size_t at, const Around& around)
+    [[gnu::noinline]] std::size_t array(const Node& node, std::size_t at, const Around& around)
+    {
+        if (node.extent != Extent::counted) return uncounted(node, at, around);
+        const std::size_t start = at;
+        std::uint64_t count = 0;
+        at = counted(node, at, around.limit, count);
+        if (at == theOdd) return theOdd;
+        const Node& element = myPlan.nodes[node.element];
+        const bool isPlain = element.quick == QuickForm::plain && !(isKept && node.hasPadding);
+        if (isFull() || (!isPlain && count > 0))
+        {
+            const std::size_t entry = begin(start);
+            at = elements(entry, node, start, at, count, around);
+            return at == theOdd ? theOdd : finish(entry, at);
+        }
+        if (count > 0) at += node.stride * (count - 1) + element.size;
+        add(start, at, count);
+        return at;
+    }
+
+    std::size_t uncounted(const Node& node, std::size_t at, const Around& around)
     {
         const std::size_t start = at;
         const std::size_t entry = begin(at);
-        std::uint64_t count = node.count;
         switch (node.extent)
         {
             case Extent::fixed:
-                at = elements(entry, node, start, at, count, around);
-                break;
-            case Extent::counted:
-                at = counted(node, at, around.limit, count);
-                if (at != theOdd) at = elements(entry, node, start, at, count, around);
+                at = elements(entry, node, start, at, node.count, around);
                 break;
             case Extent::lengthless:
                 at = toEnd(entry, node, at, around);
@@ -261,6 +293,8 @@ private:
                 setCount(entry, at - start);
                 if (at > around.limit) at = theOdd;
                 break;
+            case Extent::counted:
+                break;
         }
         return at == theOdd || at == start ? theOdd : finish(entry, at);
     }
@@ -272,23 +306,42 @@ private:
         count = load(at);
         if (count > theLargestSize || !isIn(node, count)) return theOdd;
         const Node& element = myPlan.nodes[node.element];
-        const std::size_t place = at + aligned(4, element.boundary);
+        const std::size_t place = at + node.body;
         if (count == 0)
         {
             myHasTail = myHasTail || place != at + 4;
             return at + 4;
         }
         const std::uint64_t needed = place - at + node.stride * (count - 1) + element.size;
-        return needed <= limit - at && isZero(at + 4, place) ? place : theOdd;
+        if (needed > limit - at) return theOdd;
+        // The elements begin at the 4th or the 8th octet.
+        return !isKept || place == at + 4 || load(at + 4) == 0 ? place : theOdd;
     }
 
-    std::size_t openElement(const Node& array, const Node& element, std::size_t start,
-                            std::size_t at, const Around& inner)
+    // What is the same for all elements of open size.
+    struct Elements
     {
-        at = padded(start, at, boundaryIn(array), inner.limit);
-        if (at == theOdd) return at;
-        if (element.quick == QuickForm::fork) return fork(myPlan.forks[element.fork], at, inner);
-        return open(element, at, inner);
+        const Node& element;
+        const Fork* fork;
+        std::size_t start;
+        std::size_t boundary;
+        Around inner;
+    };
+    Elements elementsOf(const Node& array, std::size_t start, const Around& around) const
+    {
+        const Node& element = myPlan.nodes[array.element];
+        const bool isFork = element.quick == QuickForm::fork;
+        return {
+            element, isFork ? &myPlan.forks[element.fork] : nullptr, start, boundaryIn(array),
+            Around{around.limit, around.reserve, around.depth + 1}
+        };
+    }
+    std::size_t openElement(const Elements& all, std::size_t at)
+    {
+        const std::size_t gap = (all.start - at) & (all.boundary - 1);
+        if (gap > 0 && (gap > all.inner.limit - at || !isZero(at, at + gap))) return theOdd;
+        return all.fork ? fork(*all.fork, at + gap, all.inner)
+                        : open(all.element, at + gap, all.inner);
     }
 
     std::size_t elements(std::size_t entry, const Node& node, std::size_t start, std::size_t at,
@@ -299,9 +352,8 @@ private:
         if (count == 0) return at;
         if (element.quick != QuickForm::plain)
         {
-            const Around inner{around.limit, around.reserve, around.depth + 1};
-            for (std::uint64_t i = 0; i < count && at != theOdd; ++i)
-                at = openElement(node, element, start, at, inner);
+            const Elements all = elementsOf(node, start, around);
+            for (std::uint64_t i = 0; i < count && at != theOdd; ++i) at = openElement(all, at);
             return at;
         }
         const std::uint64_t size = node.stride * (count - 1) + element.size;
@@ -329,12 +381,11 @@ private:
             at = elements(entry, node, start, at, count, inside);
             return start + count * node.stride >= inside.limit && isIn(node, count) ? at : theOdd;
         }
-        const std::uint32_t boundary = boundaryIn(node);
-        const Around inner{inside.limit, 0, around.depth + 1};
-        for (; start + aligned(at - start, boundary) < inside.limit; ++count)
+        const Elements all = elementsOf(node, start, inside);
+        for (; at + ((start - at) & (all.boundary - 1)) < inside.limit; ++count)
         {
             const std::size_t before = at;
-            at = openElement(node, element, start, at, inner);
+            at = openElement(all, at);
             if (at == theOdd || at == before) return theOdd;
         }
         setCount(entry, count);
@@ -363,39 +414,52 @@ private:
 
     Target target(const Fork& fork, std::size_t at) const
     {
-        const std::uint8_t* const octets = myData + at + fork.place;
-        std::uint64_t number = *octets;
         const Node& variant = myPlan.nodes[fork.variant];
+        return myPlan.findTarget(
+            variant, loadInteger(myPlan.nodes[variant.element], myData + at + fork.place));
+    }
+
+    // What is rare is left by calls at the end, so that the usual way needs no frame.
+    [[gnu::noinline]] std::size_t fork(const Fork& fork, std::size_t at, const Around& around)
+    {
+        if (around.limit - at < fork.body) return bareFork(fork, at, around);
+        const std::uint8_t* const octets = myData + at + fork.place;
+        std::uint32_t number = *octets;
         if (fork.load == Load::big32)
             number = loadBig32(octets);
         else if (fork.load == Load::big16)
             number = loadBig16(octets);
-        else if (fork.load == Load::other)
-            number = static_cast<std::uint64_t>(loadInteger(myPlan.nodes[variant.element], octets));
-        if (number < theTargets) return myPlan.targets[fork.targets + number];
-        return myPlan.findSparse(variant, static_cast<std::int64_t>(number));
+        if (number >= theTargets || fork.load == Load::other) return sparseFork(fork, at, around);
+        return chosen(fork, myPlan.targets[fork.targets + number], at, around);
     }
 
-    std::size_t fork(const Fork& fork, std::size_t at, const Around& around)
+    [[gnu::noinline]] std::size_t sparseFork(const Fork& fork, std::size_t at, const Around& around)
     {
-        if (around.limit - at < fork.body) return bareFork(fork, at, around);
         const Target target = this->target(fork, at);
+        return chosen(fork, target, at, around);
+    }
+
+    std::size_t chosen(const Fork& fork, const Target& target, std::size_t at, const Around& around)
+    {
         if (target.node == theNone) return bareFork(fork, at, around);
-        if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
         const Node& inside = myPlan.nodes[target.node];
-        if (inside.quick != QuickForm::plain) return openFork(fork, target, at, around);
-        const std::size_t end = plain(inside, at + fork.body, around.limit);
-        if (end == theOdd) return theOdd;
+        const std::size_t body = at + fork.body;
+        if (inside.quick != QuickForm::plain || isFull()) return openFork(fork, at, around);
+        if (inside.size > around.limit - body) return theOdd;
+        if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
+        if (!isPadded(inside.gaps, inside.gapCount, body)) return theOdd;
         if (fork.length != Length::none && load(at + fork.lengthPlace) != inside.size)
             return bareFork(fork, at, around);
+        const std::size_t end = body + inside.size;
         add(at, end, target.alternative);
         return end;
     }
 
     // With an alternative of open size.
-    [[gnu::noinline]] std::size_t openFork(const Fork& fork, const Target& target, std::size_t at,
-                                           const Around& around)
+    [[gnu::noinline]] std::size_t openFork(const Fork& fork, std::size_t at, const Around& around)
     {
+        if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
+        const Target target = this->target(fork, at);
         const std::size_t body = at + fork.body;
         Around inner{around.limit, around.reserve, around.depth + 2};
         if (fork.length != Length::none)
@@ -422,23 +486,18 @@ private:
         {
             if (target.alternative != theNothing) return theOdd;
             myHasTail = myHasTail || aligned(size, variant.boundary) != size;
-            add(at, end, theNothing);
-            return end;
+            return finish(begin(at, theNothing), end);
         }
         const std::size_t header = at + fork.lengthPlace + 4;
         const std::size_t body = at + fork.body;
         if (header > around.limit || !isZero(end, header - 4)) return theOdd;
         const std::size_t length = load(header - 4);
         if (length == 0 && (target.node == theNone || fork.length == Length::extendable))
-        {
-            add(at, header, theNothing);
-            return header;
-        }
+            return finish(begin(at, theNothing), header);
         if (target.alternative != theUnknown || body > around.limit ||
             length > around.limit - body || !isZero(header, body))
             return theOdd;
-        add(at, body + length, theUnknown);
-        return body + length;
+        return finish(begin(at, theUnknown), body + length);
     }
 
     const Plan& myPlan;
