@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Prints recorded attribute updates, "CLASS.ATTRIBUTE octets" on each line, as a mapping shows
-// them.
+// Prints recorded attribute updates, rows of CSV that end with class, attribute and octets, as a
+// mapping shows them.
 #include "omtReader/datatypeManager.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTreePtr.h"
@@ -22,10 +22,13 @@ static const DtAttributeFedNode* findAttribute(DtOMTTree& tree, const DtString& 
 static void print(DtDatatypeManager& manager, const std::string& update)
 {
     std::istringstream line(update);
-    std::string name;
+    std::string cells[7];
+    for (std::string& cell : cells) std::getline(line, cell, ',');
+    const std::string name = cells[4] + '.' + cells[5];
+    std::istringstream digits(cells[6]);
     std::vector<char> octets;
-    line >> name >> std::hex;
-    for (unsigned octet; line >> octet;) octets.push_back(static_cast<char>(octet));
+    digits >> std::hex;
+    for (unsigned octet; digits >> octet;) octets.push_back(static_cast<char>(octet));
     const DtAttributeFedNode* const attribute = findAttribute(*manager.omtTree(), name);
     if (!attribute) return;
     int consumed = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "decodeCommand.h"
 
+#include "decodeUpdates.h"
 #include "errors.h"
 #include "messages.h"
 #include "octetInput.h"
@@ -21,6 +22,7 @@ struct DecodeChoice
     TargetChoice target;
     OctetChoice octets;
     TableChoice table;
+    UpdatesChoice updates;
     std::string entityTypes;
     bool isGeodetic = false;
     bool asLine = false;
@@ -36,6 +38,21 @@ void prepare(DecodeChoice& choice)
     SplitWords words = splitWords(choice.target.words, isDumpLine);
     choice.target.model.files = std::move(words.files);
     choice.octets.words = std::move(words.others);
+    if (!choice.updates.file.empty())
+    {
+        if (!choice.octets.words.empty())
+            throw UsageError("octets stand in the arguments and in a recording");
+        if (!choice.target.datatype.empty() || !choice.target.attribute.empty() ||
+            !choice.target.parameter.empty())
+            throw UsageError("--updates takes --member, or nothing for all members");
+        if (choice.updates.asCsv && choice.target.member.empty())
+            throw UsageError("--csv takes --member, whose columns it has");
+        checkStandardInput(choice.target.model, choice.updates.file == "-");
+        return;
+    }
+    if (!choice.target.isNamed())
+        throw UsageError(
+            "one of --member, --attribute, --parameter, --type or --updates is needed");
     if (!choice.octets.words.empty() && !choice.octets.file.empty())
         throw UsageError("octets stand in the arguments and in a file");
     if (!choice.octets.words.empty() && choice.octets.isByLine)
@@ -151,12 +168,16 @@ void Decoding::reportNotes()
 Result decode(DecodeChoice& choice)
 {
     prepare(choice);
-    const std::optional<ValueTarget> target = findTarget(choice.target);
-    if (!target) return theFailure;
     omt::EntityTableReading table;
     if (!choice.entityTypes.empty()) table = omt::EntityTable::readFile(choice.entityTypes);
     writeFindings(table.findings);
     if (hasError(table.findings)) return theFailure;
+    if (!choice.updates.file.empty())
+        return decodeUpdates(choice.updates, choice.target,
+                             choice.entityTypes.empty() ? std::nullopt : std::optional(table.table),
+                             choice.isGeodetic);
+    const std::optional<ValueTarget> target = findTarget(choice.target);
+    if (!target) return theFailure;
     Decoding decoding(choice, *target, table.table);
     readValues(choice.octets, [&](const GivenValue& given) { decoding.add(given); });
     return decoding.takeResult();
@@ -166,7 +187,9 @@ void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
 {
     addTargetArguments(command, choice.target,
                        "Files of the model, and after them HEX, the octets in one argument or in "
-                       "several");
+                       "several",
+                       true);
+    addUpdatesArguments(command, choice.updates);
     command
         .add_option("--file", choice.octets.file,
                     "Read the octets as they are from a file, - for standard input; with --lines, "
@@ -224,8 +247,11 @@ Command addDecodeCommand(CLI::App& app)
         "  omt encode HarbourBase.xml --mim --type GeocentricPosition \\\n"
         "          '{\"X\": 3675000, \"Y\": 446000, \"Z\": 5177000}' |\n"
         "      omt decode HarbourBase.xml --mim --member PortEntity.Position --hex\n"
-        "  grep ^PortEntity.EntityType updates.txt | cut -d ' ' -f 2- |\n"
+        "  grep ,PortEntity,EntityType, updates.csv | cut -d , -f 7 |\n"
         "      omt decode HarbourBase.xml --mim --member PortEntity.EntityType --lines --line \\\n"
-        "          --hints harbourHints.json --entity-types entity-types.csv");
+        "          --hints harbourHints.json --entity-types entity-types.csv\n"
+        "  omt decode HarbourBase.xml HarbourTraffic.xml --mim --updates updates.csv\n"
+        "  omt decode HarbourBase.xml --mim --updates updates.csv --member PortEntity.Position "
+        "--csv");
     return {command, [choice] { return decode(*choice); }};
 }

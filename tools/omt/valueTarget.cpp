@@ -116,7 +116,7 @@ void addTargetArguments(CLI::App& command, TargetChoice& choice, const std::stri
                      "Padding in records counts from the start of the value, as some write it");
 }
 
-std::optional<ValueTarget> findTarget(const TargetChoice& choice)
+std::optional<omt::Codec> readCodec(const TargetChoice& choice)
 {
     const EngineInput input = readEngine(choice.model);
     if (!input.isWhole) return std::nullopt;
@@ -129,9 +129,15 @@ std::optional<ValueTarget> findTarget(const TargetChoice& choice)
         if (hasError(reading.findings)) return std::nullopt;
         options.hints = std::move(reading.hints);
     }
-    const omt::Codec codec(input.model, options);
-    ValueTarget target = lookUp(codec, choice);
-    writeFindingsAbout(target.type, codec.findings());
+    return omt::Codec(input.model, options);
+}
+
+std::optional<ValueTarget> findTarget(const TargetChoice& choice)
+{
+    const std::optional<omt::Codec> codec = readCodec(choice);
+    if (!codec) return std::nullopt;
+    ValueTarget target = lookUp(*codec, choice);
+    writeFindingsAbout(target.type, codec->findings());
     return target;
 }
 

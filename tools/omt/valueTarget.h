@@ -21,6 +21,11 @@ struct TargetChoice
     /// A file of the user's hints; may be empty.
     std::string hints;
     bool isPaddedFromStart = false;
+
+    bool isNamed() const
+    {
+        return !(member.empty() && attribute.empty() && parameter.empty() && datatype.empty());
+    }
 };
 
 /// What was meant by it.
@@ -40,6 +45,10 @@ void addTargetArguments(CLI::App& command, TargetChoice& choice, const std::stri
 /// Nothing where a file could not be read, which was said already. Throws omt::UnknownName, with
 /// the nearest names.
 std::optional<ValueTarget> findTarget(const TargetChoice& choice);
+
+/// The codec of the model, what is noteworthy about the model written to standard error. Nothing
+/// where a file could not be read.
+std::optional<omt::Codec> readCodec(const TargetChoice& choice);
 
 /// A part of the value as messages name it.
 std::string nameIn(const ValueTarget& target, const std::string& path);
