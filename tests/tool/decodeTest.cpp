@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
+#include <sstream>
 
 namespace
 {
@@ -243,6 +244,34 @@ TEST_F(ValueTest, ShowsLayouts)
     EXPECT_EQ(shown["parts"][1]["parts"][2]["name"], "Refrigerated");
     EXPECT_EQ(shown["leastSize"], 2);
     EXPECT_FALSE(shown.contains("greatestSize"));
+}
+
+TEST_F(ValueTest, DecodesARecordingInOrderOnManyThreads)
+{
+    constexpr int theRows = 60000;
+    std::string rows = "class,member,octets,time\n";
+    for (int i = 0; i < theRows; ++i)
+        rows += std::string("PortEntity,Name,0000000100") + (i % 100 == 7 ? "4," : "41,") +
+                std::to_string(i) + '\n';
+    write("rows.csv", rows);
+    const std::string command = "decode HarbourBase.xml --mim --updates ";
+    const Outcome outcome = run(command + "rows.csv --jobs 3", "env RTI_CONFIG=" OMT_EXAMPLES);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "omt: 60000 rows, 600 with a fault\n");
+    EXPECT_EQ(outcome.out, run(command + "- --jobs 1 <rows.csv", "env RTI_CONFIG=" OMT_EXAMPLES).out);
+    std::istringstream lines(outcome.out);
+    std::string line;
+    for (int i = 0; i < theRows && std::getline(lines, line); ++i)
+    {
+        const json row = json::parse(line);
+        ASSERT_EQ(row["time"], i);
+        ASSERT_EQ(row.contains("fault"), i % 100 == 7) << line;
+    }
+    // Who closes the pipe has seen enough.
+    EXPECT_EQ(run(command + "rows.csv | head -n 1", "env RTI_CONFIG=" OMT_EXAMPLES).err.find("pipe"),
+              std::string::npos);
+    EXPECT_EQ(run(command + "rows.csv 41").status, 2);
+    EXPECT_EQ(run(command + "rows.csv --csv").status, 2);
 }
 
 TEST_F(ValueTest, DecodesPublishedModels)

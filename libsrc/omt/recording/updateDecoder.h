@@ -30,7 +30,7 @@ struct UpdateOptions
 };
 
 /// How many rows were what.
-struct UpdateCounts
+struct OMT_EXPORT UpdateCounts
 {
     std::uint64_t rows = 0;
     /// Rows that are in the result.
