@@ -4,6 +4,7 @@
 #include "handWritten.h"
 #include "modelFiles.h"
 #include "omt/omt.h"
+#include "randomValues.h"
 #include "ratio.h"
 
 #include <algorithm>
@@ -12,11 +13,13 @@
 #include <deque>
 #include <fstream>
 #include <iterator>
-#include <random>
 
 namespace
 {
 
+using ratios::Maker;
+using ratios::rpr;
+using ratios::rprCodec;
 using ratios::secondsOf;
 using ratios::theRPR;
 using Buffer = std::vector<std::uint8_t>;
@@ -24,100 +27,7 @@ using Buffer = std::vector<std::uint8_t>;
 // One thread measures; nothing is added by two at a time.
 std::atomic<std::size_t> theRequests = 0;
 
-const omt::Model& rpr()
-{
-    static const omt::Model theModel =
-        omt::read({ratios::modelPath(theRPR).string()}, omt::ReadOptions().withMim()).model;
-    return theModel;
-}
-
-const omt::Codec& codec()
-{
-    static const omt::Codec theCodec(rpr());
-    return theCodec;
-}
-
 // Values -----------------------------------------------------------------------------------------
-
-/// Random values of all layouts, as they come in exercises.
-class Maker
-{
-public:
-    void make(byHand::Spatial& value)
-    {
-        value = {4, flag(), position(), vector(), vector(), vector(), vector()};
-    }
-    void make(byHand::EntityType& value)
-    {
-        value = {below(5),  below(5), static_cast<std::uint16_t>(below(226)), below(60), below(30),
-                 below(20), below(4)};
-    }
-    void make(byHand::Marking& value)
-    {
-        value = {static_cast<std::uint8_t>(1 + flag()), {}};
-        std::generate(std::begin(value.data), std::end(value.data),
-                      [this] { return static_cast<std::uint8_t>('A' + below(26)); });
-    }
-    void make(byHand::Parameters& value)
-    {
-        constexpr std::uint32_t theParts[] = {1024, 1056, 4096, 4128, 4416};
-        value.count = std::size(value.all);
-        for (byHand::Parameter& one : value.all)
-        {
-            one = {below(200),     below(9),   flag(),           theParts[below(5)],
-                   1U + below(15), vector().x, 512U + below(20), {}};
-            make(one.store);
-        }
-    }
-    void make(byHand::Environment& value)
-    {
-        constexpr std::uint32_t theTypes[] = {655360, 65536, 786432};
-        value.count = std::size(value.all);
-        for (std::uint32_t i = 0; i < value.count; ++i)
-            value.all[i] = {i, theTypes[i], position(), position(), vector().x, {}};
-    }
-    void make(byHand::Text& value)
-    {
-        value.count = std::size(value.units);
-        for (char16_t& unit : value.units)
-            unit = static_cast<char16_t>(below(12) == 0 ? 0xE0 + below(30) : 'a' + below(26));
-    }
-
-private:
-    std::uint8_t below(unsigned end) { return static_cast<std::uint8_t>(myRandom() % end); }
-    std::uint8_t flag() { return below(2); }
-    byHand::Position position()
-    {
-        std::uniform_real_distribution<double> metres(-6.4e6, 6.4e6);
-        return {metres(myRandom), metres(myRandom), metres(myRandom)};
-    }
-    byHand::Vector vector()
-    {
-        std::uniform_real_distribution<float> some(-300, 300);
-        return {some(myRandom), some(myRandom), some(myRandom)};
-    }
-    std::mt19937 myRandom{1516};
-};
-
-void fillNames()
-{
-    const auto fill = [](byHand::Names& names, const char* datatype)
-    {
-        for (const omt::EnumeratedData& data : rpr().tables().enumeratedData)
-            if (data.name == datatype)
-                for (const omt::Enumerator& one : data.enumerators)
-                    names.add(std::stoll(std::string(one.values[0])), one.name);
-    };
-    byHand::AllNames& names = byHand::names();
-    fill(names.algorithm, "DeadReckoningAlgorithmEnum8");
-    fill(names.boolean, "RPRboolean");
-    fill(names.marking, "MarkingEncodingEnum8");
-    fill(names.parameter, "ParameterTypeEnum32");
-    fill(names.part, "ArticulatedPartsTypeEnum32");
-    fill(names.metric, "ArticulatedTypeMetricEnum32");
-    fill(names.station, "StationEnum32");
-    fill(names.record, "EnvironmentRecordTypeEnum32");
-}
 
 constexpr std::size_t theRoom = 8192;
 
@@ -127,7 +37,7 @@ struct Values
 {
     static constexpr std::size_t theCount = 64;
 
-    Values() : type(codec().type(Layout::theType)), field(type.field(Layout::theField))
+    Values() : type(rprCodec().type(Layout::theType)), field(type.field(Layout::theField))
     {
         Maker maker;
         Buffer room(theRoom);
@@ -172,7 +82,7 @@ struct Values
 template <typename Layout>
 Values<Layout>& valuesOf()
 {
-    static const bool isFilled = (fillNames(), true);
+    static const bool isFilled = (ratios::fillNames(), true);
     static_cast<void>(isFilled);
     static Values<Layout> theValues;
     return theValues;

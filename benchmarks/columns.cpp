@@ -6,87 +6,24 @@
 #include "handWritten.h"
 #include "modelFiles.h"
 #include "omt/omt.h"
+#include "randomValues.h"
 #include "ratio.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <random>
 
 namespace
 {
 
+using ratios::Maker;
+using ratios::rprCodec;
 using ratios::theRPR;
 
 constexpr std::size_t theRows = 100000;
 
-const omt::Codec& codec()
-{
-    static const omt::Codec theCodec(
-        omt::read({ratios::modelPath(theRPR).string()}, omt::ReadOptions().withMim()).model);
-    return theCodec;
-}
-
 // Values -----------------------------------------------------------------------------------------
-
-class Maker
-{
-public:
-    void make(byHand::Spatial& one)
-    {
-        one = {4, below(2), position(), vector(), vector(), vector(), vector()};
-    }
-    void make(byHand::EntityType& one)
-    {
-        one = {below(5),  below(5), static_cast<std::uint16_t>(below(226)), below(60), below(30),
-               below(20), below(4)};
-    }
-    void make(byHand::Marking& one)
-    {
-        one.encoding = 1;
-        std::generate(std::begin(one.data), std::end(one.data),
-                      [this] { return static_cast<std::uint8_t>('A' + below(26)); });
-    }
-    void make(byHand::Parameters& one)
-    {
-        constexpr std::uint32_t theParts[] = {1024, 1056, 4096, 4128, 4416};
-        one.count = std::size(one.all);
-        for (byHand::Parameter& part : one.all)
-        {
-            part = {below(200),     below(9),   below(2),         theParts[below(5)],
-                    1U + below(15), vector().x, 512U + below(20), {}};
-            make(part.store);
-        }
-    }
-    void make(byHand::Environment& one)
-    {
-        constexpr std::uint32_t theTypes[] = {655360, 65536, 786432};
-        one.count = std::size(one.all);
-        for (std::uint32_t i = 0; i < one.count; ++i)
-            one.all[i] = {i, theTypes[i], position(), position(), vector().x, {}};
-    }
-    void make(byHand::Text& one)
-    {
-        one.count = std::size(one.units);
-        for (char16_t& unit : one.units)
-            unit = static_cast<char16_t>(below(12) == 0 ? 0xE0 + below(30) : 'a' + below(26));
-    }
-
-private:
-    std::uint8_t below(unsigned end) { return static_cast<std::uint8_t>(myRandom() % end); }
-    byHand::Position position()
-    {
-        std::uniform_real_distribution<double> metres(-6.4e6, 6.4e6);
-        return {metres(myRandom), metres(myRandom), metres(myRandom)};
-    }
-    byHand::Vector vector()
-    {
-        std::uniform_real_distribution<float> some(-300, 300);
-        return {some(myRandom), some(myRandom), some(myRandom)};
-    }
-    std::mt19937 myRandom{1516};
-};
 
 /// A column of random values of a layout.
 template <typename Layout>
@@ -157,7 +94,7 @@ class Places
 public:
     explicit Places(const char* datatype)
     {
-        const omt::Type type = codec().type(datatype);
+        const omt::Type type = rprCodec().type(datatype);
         for (std::uint32_t number = 0; number < 0x100000; ++number)
         {
             const std::uint8_t octets[] = {0, static_cast<std::uint8_t>(number >> 16),
@@ -396,7 +333,7 @@ double byHandSeconds()
 template <typename Layout>
 double seconds()
 {
-    static const omt::Columns columns(codec().type(Layout::theType));
+    static const omt::Columns columns(rprCodec().type(Layout::theType));
     const Given<Layout>& all = given<Layout>();
     return ratios::secondsOf(
         [&]

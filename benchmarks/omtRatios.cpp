@@ -60,7 +60,8 @@ std::vector<Ratio> registerRatios()
     std::vector<Ratio> all = ratios::readAndMergeRatios();
     for (const auto& list :
          {ratios::oldAndNewRatios(), ratios::convertValuesRatios(), ratios::entityTypesRatios(),
-          ratios::modelEngineRatios(), ratios::codecEngineRatios(), ratios::columnsRatios()})
+          ratios::modelEngineRatios(), ratios::codecEngineRatios(), ratios::batchDecodeRatios(),
+          ratios::columnsRatios()})
         all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)

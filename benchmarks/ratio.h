@@ -42,6 +42,7 @@ std::vector<Ratio> convertValuesRatios();
 std::vector<Ratio> entityTypesRatios();
 std::vector<Ratio> modelEngineRatios();
 std::vector<Ratio> codecEngineRatios();
+std::vector<Ratio> batchDecodeRatios();
 std::vector<Ratio> columnsRatios();
 
 /// The same for omt_growth, in growth.cpp.
