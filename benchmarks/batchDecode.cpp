@@ -200,7 +200,7 @@ void compare()
     std::exit(1);
 }
 
-double decodeByHand()
+double timeByHand()
 {
     static const bool isCompared = (compare(), true);
     static_cast<void>(isCompared);
@@ -247,7 +247,7 @@ double decode()
 std::vector<ratios::Ratio> ratios::batchDecodeRatios()
 {
     return {
-        {"batch_decode",      decodeByHand, decode<1>, theRPR},
-        {"batch_decode_jobs", decodeByHand, decode<2>, theRPR}
+        {"batch_decode",      timeByHand, decode<1>, theRPR},
+        {"batch_decode_jobs", timeByHand, decode<2>, theRPR}
     };
 }
