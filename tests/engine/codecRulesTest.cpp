@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <charconv>
+#include <cstring>
 #include <sstream>
 
 namespace
@@ -151,6 +153,10 @@ TEST(CodecRulesTest, RefusesWhatIsNoValue)
          "1:17: V: another alternative goes with the discriminant: \"S\""                                         },
         {"{\"K\":1,\"V\":{\"D\":5},\"X\":1}",                 "1:17: V: no alternative for the number 5"          },
         {"[",                                                 "1:1: a record is expected"                         },
+        {"{\"X\":1,\"K\":1,\"X\":2}",                         "1:14: \"X\" stands twice"                          },
+        {"{\"K\":1,\"X\":01.5}",                              "1:12: X: \"01.5\" is no number"                    },
+        {"{\"K\":1,\"X\":1.}",                                "1:12: X: \"1.\" is no number"                      },
+        {"{\"K\":1,\"X\":1e400}",                             "1:12: X: 1e400 is out of range of HLAfloat64BE"    },
         {good + "1}} 2",                                      "2:26: something follows the value"                 },
     };
     const omt::Type type = codec().attribute("HLAobjectRoot.A");
@@ -163,6 +169,48 @@ TEST(CodecRulesTest, RefusesWhatIsNoValue)
     }
     EXPECT_THROW(static_cast<void>(codec().attribute("HLAobjectRoot.B")), omt::UnknownName);
     EXPECT_THROW(static_cast<void>(type.field("V.Q")), omt::UnknownName);
+}
+
+TEST(CodecRulesTest, ReadsFieldsInAnyOrderAndWithBlanks)
+{
+    const omt::Type type = codec().attribute("HLAobjectRoot.A");
+    for (const char* const json : {
+             R"({"K":"Long","X":2,"V":{"D":"Short","S":3}})",
+             R"({"V":{"S":3,"D":"Short"},"X":2,"K":"Long"})",
+             R"({"X":2,"K":2,"V":{"D":1,"S":3}})",
+             "\t{ \"K\" : \"L\\u006fng\",\n\"X\":2.0 , \"V\" : { \"D\":\"Short\" , \"S\" :3 "
+             "}\r\n} ",
+         })
+    {
+        Bytes octets;
+        const std::optional<omt::ValueError> error = type.encode(json, octets);
+        EXPECT_EQ(error ? printed(*error) : hexadecimal(octets),
+                  "2 0 0 0 0 0 0 0 40 0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 3")
+            << json;
+    }
+}
+
+// Among them the middle between two numbers, and just beside it.
+TEST(CodecRulesTest, ReadsTheNearestNumber)
+{
+    const omt::Codec all = codec();
+    for (const char* const text :
+         {"0.1", "-0", "0.3e1", "16777217", "16777217.000000001", "8388608.5", "9007199254740993",
+          "9007199254740993.5", "4503599627370497.5", "1.0000000596046448", "-6378137.0000000009",
+          "123456789012345678901", "1e-7", "0.00000000000000000001", "5e-324", "3.4028235e38"})
+    {
+        Bytes octets;
+        double number = 0;
+        float less = 0;
+        std::from_chars(text, text + std::strlen(text), number);
+        std::from_chars(text, text + std::strlen(text), less);
+        EXPECT_FALSE(all.type("HLAfloat64BE").encode(text, octets)) << text;
+        EXPECT_EQ(all.type("HLAfloat64BE").decode(octets).root().number(), number) << text;
+        octets.clear();
+        const bool isLarge = all.type("HLAfloat32BE").encode(text, octets).has_value();
+        EXPECT_EQ(isLarge ? 0 : all.type("HLAfloat32BE").decode(octets).root().number(), less)
+            << text;
+    }
 }
 
 TEST(CodecRulesTest, SetChangesWhatIsNamed)

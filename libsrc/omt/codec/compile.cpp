@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/codec/compile.h"
 
+#include "omt/codec/compileEndings.h"
 #include "omt/codec/compileScripts.h"
 
 #include <algorithm>
@@ -44,7 +45,9 @@ Plan Compiler::compile()
     finishArrays();
     applyHints();
     findShapes();
+    EndingCompiler(myPlan).run(myOrder);
     ScriptCompiler(myPlan).run(myOrder);
+    myPlan.sortParts();
     return std::move(myPlan);
 }
 
@@ -320,6 +323,7 @@ void Compiler::sortEnumeration(Enumeration& table) const
     for (const std::uint32_t entry : table.byNumber)
         if (static_cast<std::uint64_t>(entries[entry].number) < size)
             table.dense[static_cast<std::size_t>(entries[entry].number)] = entry;
+    myPlan.addSlots(table);
 }
 
 bool Compiler::setExtent(Node& node, Encoding how, const Cardinality& dimension) const

@@ -29,7 +29,8 @@ void ScriptCompiler::run(const std::vector<std::uint32_t>& order)
 {
     for (Node& node : myPlan.nodes) measureLabels(node);
     for (const std::uint32_t id : order)
-        if (myPlan.nodes[id].form == Form::record) writeRecord(myPlan.nodes[id]);
+        if (myPlan.nodes[id].form == Form::record || myPlan.nodes[id].form == Form::variant)
+            write(myPlan.nodes[id]);
     myPlan.pool.append(JsonRoom::theSlack, '\0');
 }
 
@@ -40,20 +41,22 @@ void ScriptCompiler::measureLabels(Node& node) const
         node.longestLabel = std::max(node.longestLabel, entry.quoted.size);
 }
 
-void ScriptCompiler::writeRecord(Node& record)
+void ScriptCompiler::write(Node& node)
 {
     mySteps.clear();
     myBefore.clear();
     myRoom = 0;
     const std::size_t pool = myPlan.pool.size();
-    if (record.height > theDeepest || !addFields(record))
+    const bool isWritten = node.height <= theDeepest &&
+                           (node.form == Form::variant ? addVariant(node, 0) : addFields(node));
+    if (!isWritten)
     {
         myPlan.pool.resize(pool);
         return;
     }
-    record.script = static_cast<std::uint32_t>(myPlan.script.size());
-    record.scriptCount = static_cast<std::uint32_t>(mySteps.size());
-    record.scriptRoom = static_cast<std::uint32_t>(myRoom);
+    node.script = static_cast<std::uint32_t>(myPlan.script.size());
+    node.scriptCount = static_cast<std::uint32_t>(mySteps.size());
+    node.scriptRoom = static_cast<std::uint32_t>(myRoom);
     myPlan.script.insert(myPlan.script.end(), mySteps.begin(), mySteps.end());
 }
 
@@ -62,23 +65,35 @@ void ScriptCompiler::writeRecord(Node& record)
 bool ScriptCompiler::addFields(Node& record)
 {
     std::uint32_t& i = record.scriptParts;
+    std::uint32_t size = 0;
     for (i = 0; i < record.parts; ++i)
     {
         const Part& part = myPlan.parts[record.first + i];
-        const bool isPlaced = myPlan.nodes[part.node].isFixed && part.offset != theNone;
-        if (!isPlaced || part.decider != theNone) break;
-        if (!addField(record, i, 0)) return false;
+        const Node& node = myPlan.nodes[part.node];
+        if (part.offset == theNone || part.decider != theNone) break;
+        record.isVariantInScript = node.form == Form::variant && i + 1 == record.parts;
+        if (!node.isFixed && !record.isVariantInScript) break;
+        addKey(part, i);
+        if (record.isVariantInScript) return addVariant(node, part.offset);
+        if (!addNode(part.node, part.offset)) return false;
+        size = part.offset + node.size;
     }
     if (record.isFixed) myBefore += '}';
-    return i > 0 && addLeaf(0, 0, Leaf::end, 0);
+    return i > 0 && addLeaf(0, size, Leaf::end, 0);
 }
 
-bool ScriptCompiler::addField(const Node& record, std::uint32_t i, std::uint32_t offset)
+void ScriptCompiler::addKey(const Part& part, std::uint32_t i)
 {
-    const Part& part = myPlan.parts[record.first + i];
     myBefore += i == 0 ? '{' : ',';
     myBefore += myPlan.text(part.key);
-    return addNode(part.node, offset + part.offset);
+}
+
+// Up to the discriminant.
+bool ScriptCompiler::addVariant(const Node& variant, std::uint32_t offset)
+{
+    addKey(myPlan.parts[variant.first], 0);
+    const std::uint32_t end = offset + myPlan.nodes[variant.element].size;
+    return addNode(variant.element, offset) && addLeaf(0, end, Leaf::end, 0);
 }
 
 bool ScriptCompiler::addNode(std::uint32_t id, std::uint32_t offset)
@@ -115,7 +130,11 @@ bool ScriptCompiler::addRecord(const Node& record, std::uint32_t offset)
 {
     if (record.parts == 0) myBefore += '{';
     for (std::uint32_t i = 0; i < record.parts; ++i)
-        if (!addField(record, i, offset)) return false;
+    {
+        const Part& part = myPlan.parts[record.first + i];
+        addKey(part, i);
+        if (!addNode(part.node, offset + part.offset)) return false;
+    }
     myBefore += '}';
     return myBefore.size() <= theLongestText;
 }

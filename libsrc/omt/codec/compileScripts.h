@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// ScriptCompiler writes down how records of fixed size stand in JSON, so that nobody has to walk
-// through their fields.
+// ScriptCompiler writes down how fields of fixed size stand in JSON, so that nobody has to walk
+// through them.
 #pragma once
 
 #include "omt/codec/plan.h"
@@ -20,13 +20,14 @@ public:
 
 private:
     void measureLabels(Node& node) const;
-    void writeRecord(Node& record);
+    void write(Node& node);
     bool addFields(Node& record);
     bool addNode(std::uint32_t id, std::uint32_t offset);
     bool addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf, std::uint64_t longest);
     bool addRecord(const Node& record, std::uint32_t offset);
     bool addArray(std::uint32_t id, std::uint32_t offset);
-    bool addField(const Node& record, std::uint32_t i, std::uint32_t offset);
+    void addKey(const Part& part, std::uint32_t i);
+    bool addVariant(const Node& variant, std::uint32_t offset);
 
     Plan& myPlan;
     std::vector<ScriptStep> mySteps;

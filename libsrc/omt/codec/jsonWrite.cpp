@@ -62,18 +62,29 @@ private:
         myRoom.put({text.data(), static_cast<std::size_t>(end - text.data())});
     }
 
+    bool hasScript(const Node& node) const { return node.scriptCount != 0 && !mySteps.index.fault; }
+
+    void script(const Node& node, const std::uint8_t* octets)
+    {
+        myRoom.moveTo(myLeaves.script(myRoom.at(node.scriptRoom), node, octets));
+    }
+
     void record(const Spot& spot, const Node& node)
     {
-        char before = '{';
-        std::uint32_t first = 0;
-        if (node.scriptCount != 0 && !mySteps.index.fault)
-        {
-            char* const at = myRoom.at(node.scriptRoom);
-            myRoom.moveTo(myLeaves.script(at, node, myOctets + spot.offset));
-            if (node.isFixed) return;
-            before = ',';
-            first = node.scriptParts;
-        }
+        if (!hasScript(node)) return fields(spot, 0);
+        script(node, myOctets + spot.offset);
+        if (node.isFixed) return;
+        if (!node.isVariantInScript) return fields(spot, node.scriptParts);
+        const Part& last = myPlan.parts[node.first + node.scriptParts];
+        const std::uint32_t entry = spot.entry + (node.quick == QuickForm::fork ? 0 : 1);
+        alternative({last.node, spot.offset + last.offset, entry});
+        myRoom.put("}}");
+    }
+
+    // All fields but the first.
+    void fields(const Spot& spot, std::uint32_t first)
+    {
+        char before = first == 0 ? '{' : ',';
         mySteps.forEachField(
             spot,
             [&](const Part& part, const Spot& one)
@@ -162,22 +173,33 @@ private:
 
     void variant(const Spot& spot, const Node& node)
     {
-        key('{', myPlan.parts[node.first]);
-        number(myPlan.nodes[node.element], myOctets + spot.offset);
-        const Entry& entry = mySteps.index.entries[spot.entry];
+        const std::uint8_t* const octets = myOctets + spot.offset;
+        if (hasScript(node))
+            script(node, octets);
+        else
+        {
+            key('{', myPlan.parts[node.first]);
+            number(myPlan.nodes[node.element], octets);
+        }
+        alternative(spot);
+        myRoom.put('}');
+    }
+
+    // What follows a discriminant.
+    void alternative(const Spot& variant)
+    {
         const Part* part = nullptr;
-        const Spot alternative = mySteps.alternative(spot, part);
-        if (alternative.isThere())
+        const Spot spot = mySteps.alternative(variant, part);
+        if (spot.isThere())
         {
             key(',', *part);
-            piece(alternative);
+            piece(spot);
         }
-        if (entry.count == theUnknown)
-        {
-            myRoom.put(",\"octets\":");
-            hexadecimal(myOctets + spot.offset + node.body, entry.end - spot.offset - node.body);
-        }
-        myRoom.put('}');
+        const Entry& entry = mySteps.index.entries[variant.entry];
+        if (entry.count != theUnknown) return;
+        const std::size_t start = variant.offset + myPlan.nodes[variant.node].body;
+        myRoom.put(",\"octets\":");
+        hexadecimal(myOctets + start, entry.end - start);
     }
 
     const Steps mySteps;

@@ -108,6 +108,16 @@ enum class QuickForm : std::uint8_t
     odd
 };
 
+/// Whether octets that were written for a node are sure to be read as the same value.
+enum class Ending : std::uint8_t
+{
+    /// Wherever they stand: they say themselves where they end.
+    inside,
+    /// Only at the end of a value.
+    outside,
+    unsure
+};
+
 /// A text of the plan's pool.
 struct Name
 {
@@ -135,6 +145,7 @@ struct alignas(64) Node
     bool isLooking = false;
     /// Levels of nesting in it; at most theDeepest + 1. Counts nodes of fixed size only.
     std::uint8_t height = 1;
+    Ending ending = Ending::inside;
     /// Of a record: how many octets before it padding counts from, where it does not begin at a
     /// multiple of its boundary.
     std::uint8_t phase = 0;
@@ -174,11 +185,14 @@ struct alignas(64) Node
     std::uint32_t longestLabel = 0;
     /// How the first fields of a record stand in JSON, if they have a fixed size and there are not
     /// too many of them: a range of Plan::script for so many fields, all of them if the record has
-    /// a fixed size, and the most octets that are written.
+    /// a fixed size, and the most octets that are written. If the last field is a variant record
+    /// and all others are in the script, its discriminant is too. The script of a variant record is
+    /// its discriminant.
     std::uint32_t script = theNone;
     std::uint32_t scriptCount = 0;
     std::uint32_t scriptParts = 0;
     std::uint32_t scriptRoom = 0;
+    bool isVariantInScript = false;
     Name name;
     Name units;
 };
@@ -219,7 +233,7 @@ struct ScriptStep
 {
     Name before;
     std::uint32_t node = 0;
-    /// From the start of the record.
+    /// From the start of the record; in the last step where the octets of the script end.
     std::uint32_t offset = 0;
     Leaf leaf = Leaf::end;
 };
@@ -296,6 +310,18 @@ struct Enumeration
     std::vector<std::uint32_t> byName;
     /// For numbers below its size: the first entry, or theNone.
     std::vector<std::uint32_t> dense;
+    /// The first entries of names, and of numbers that are not in `dense`, by what slotOf() gives
+    /// for them; theNone, or another entry, where that of a name or number has no place. A power of
+    /// two many, or none.
+    std::vector<std::uint32_t> nameSlots;
+    std::vector<std::uint32_t> numberSlots;
+
+    static std::size_t slotOf(std::string_view name, std::size_t slots);
+    static std::size_t slotOf(std::int64_t number, std::size_t slots)
+    {
+        constexpr std::uint64_t theFactor = 0x9E3779B97F4A7C15;
+        return static_cast<std::uint64_t>(number) * theFactor >> 32 & (slots - 1);
+    }
 };
 
 /// From a discriminant to an alternative.
@@ -349,6 +375,8 @@ struct Plan
 {
     std::vector<Node> nodes;
     std::vector<Part> parts;
+    /// For nodes with many parts, from Node::first: indices of their parts by name.
+    std::vector<std::uint32_t> partsByName;
     std::vector<Step> steps;
     std::vector<Gap> gaps;
     std::vector<ScriptStep> script;
@@ -374,8 +402,16 @@ struct Plan
     /// comma, and in `name` the text itself.
     Name addQuoted(std::string_view text, std::string_view end, Name& name);
 
+    /// Fills the slots of an enumeration whose entries are in order.
+    void addSlots(Enumeration& table) const;
     /// The index of the first entry with this number, or theNone.
-    static std::uint32_t findEntry(const Enumeration& table, std::int64_t number);
+    static std::uint32_t findEntry(const Enumeration& table, std::int64_t number)
+    {
+        if (static_cast<std::uint64_t>(number) < table.dense.size())
+            return table.dense[static_cast<std::size_t>(number)];
+        return findSparse(table, number);
+    }
+    static std::uint32_t findSparse(const Enumeration& table, std::int64_t number);
     /// The index of the first entry with this name, or theNone.
     std::uint32_t findEntry(const Enumeration& table, std::string_view name) const;
     Target findTarget(const Node& variant, std::int64_t number) const;
@@ -385,6 +421,8 @@ struct Plan
     {
         return findTarget(variant, number).alternative;
     }
+    /// After this findPart() is quick for nodes with many parts.
+    void sortParts();
     /// The index in a record or variant record of the part with this name, or theNone.
     std::uint32_t findPart(const Node& node, std::string_view name) const;
 };

@@ -158,9 +158,10 @@ std::optional<ValueError> Type::encode(std::string_view json,
 {
     const std::size_t start = octets.size();
     std::optional<ValueError> error = readJson(*myPlan, myNode, json, octets);
-    if (error || myPlan->nodes[myNode].isFixed) return error;
-    Index index;
     const Octets written(octets.data() + start, octets.size() - start);
+    const bool isSure = myPlan->nodes[myNode].ending != Ending::unsure;
+    if (error || (isSure && written.size() <= theLargestSize)) return error;
+    Index index;
     indexValue(*myPlan, myNode, written, index);
     error = refusal(index, written.size());
     if (error) octets.resize(start);
