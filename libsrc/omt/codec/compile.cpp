@@ -146,7 +146,7 @@ Compiler::Id Compiler::resolve(const Definition& data, const Text& name)
     const auto place = myPlan.names.find(name.str());
     if (place != myPlan.names.end()) return place->second;
     find(Severity::error, "unknown-datatype", data, &name,
-         "\"" + data.name.str() + "\" is of the unknown datatype \"" + name.str() + "\"");
+         "\"" + cutText(data.name) + "\" is of the unknown datatype \"" + cutText(name) + "\"");
     const Id id = addNode(name);
     return id;
 }
@@ -191,7 +191,7 @@ void Compiler::build(Id id, const BasicData& data)
     if (!what)
     {
         find(Severity::error, "basic-representation", data, &data.size,
-             "\"" + data.name.str() + "\" cannot be decoded: " + complaint);
+             "\"" + cutText(data.name) + "\" cannot be decoded: " + complaint);
         return;
     }
     Node& node = myPlan.nodes[id];
@@ -245,8 +245,8 @@ void Compiler::build(Id id, const EnumeratedData& data)
     {
         if (myPlan.names.count(data.representation.str()) != 0)
             find(Severity::error, "enumerated-representation", data, &data.representation,
-                 "\"" + data.name.str() + "\" cannot be decoded: \"" + data.representation.str() +
-                     "\" is no integer");
+                 "\"" + cutText(data.name) + "\" cannot be decoded: \"" +
+                     cutText(data.representation) + "\" is no integer");
         return;
     }
     what.name = myPlan.nodes[id].name;
@@ -278,7 +278,7 @@ void Compiler::addEnumerators(Enumeration& table, const EnumeratedData& data)
             if (!number)
             {
                 find(Severity::error, "enumerator-value", data, &value,
-                     "the value \"" + value.str() + "\" of \"" + enumerator.name.str() +
+                     "the value \"" + cutText(value) + "\" of \"" + cutText(enumerator.name) +
                          "\" is no whole number");
                 continue;
             }
@@ -367,11 +367,11 @@ void Compiler::build(Id id, const ArrayData& data)
     const auto refuse = [&](const Text& property, const std::string& why)
     {
         find(Severity::error, "array-encoding", data, &property,
-             "the array \"" + data.name.str() + "\" cannot be decoded: " + why);
+             "the array \"" + cutText(data.name) + "\" cannot be decoded: " + why);
         makeOctets(id);
     };
     if (!dimensions)
-        return refuse(data.cardinality, "its cardinality is \"" + data.cardinality.str() + "\"");
+        return refuse(data.cardinality, "its cardinality is \"" + cutText(data.cardinality) + "\"");
     Id element = resolve(data, data.dataType);
     for (std::size_t i = dimensions->size(); i-- > 0;)
     {
@@ -379,7 +379,7 @@ void Compiler::build(Id id, const ArrayData& data)
         if (!setExtent(node, how, (*dimensions)[i]))
             return how == Encoding::fixedArray
                        ? refuse(data.cardinality,
-                                "a fixed array of \"" + data.cardinality.str() + "\" elements")
+                                "a fixed array of \"" + cutText(data.cardinality) + "\" elements")
                        : refuse(data.encoding, "its encoding is unknown");
         node.element = element;
         // Its elements stand without padding: told by a boundary of 0 until it is laid out.
@@ -396,7 +396,7 @@ void Compiler::build(Id id, const FixedRecord& data)
     if (!data.encoding.empty() && encoding(data.encoding) != Encoding::fixedRecord)
         return find(
             Severity::error, "record-encoding", data, &data.encoding,
-            "the record \"" + data.name.str() + "\" cannot be decoded: its encoding is unknown");
+            "the record \"" + cutText(data.name) + "\" cannot be decoded: its encoding is unknown");
     std::vector<Part> parts;
     std::vector<std::string_view> names;
     for (const RecordField& field : data.fields)

@@ -9,6 +9,7 @@
 #include "omt/codec/codec.h"
 #include "omt/codec/plan.h"
 #include "omt/codec/typeText.h"
+#include "omt/model/compare.h"
 #include "omt/model/model.h"
 
 #include <map>

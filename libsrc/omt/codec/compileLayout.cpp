@@ -128,7 +128,7 @@ void Compiler::findOrder()
                 if (!isRing) return;
                 if (mySources[id])
                     find(Severity::error, "endless-datatype", mySources[id].definition(), nullptr,
-                         "\"" + mySources[id].definition().name.str() +
+                         "\"" + cutText(mySources[id].definition().name) +
                              "\" holds itself without an array between");
                 makeOctets(id);
             });
@@ -216,7 +216,7 @@ void Compiler::layOut(Id id)
     {
         if (mySources[id])
             find(Severity::error, "too-large", mySources[id].definition(), nullptr,
-                 "\"" + mySources[id].definition().name.str() + "\" has more than 2^31 octets");
+                 "\"" + cutText(mySources[id].definition().name) + "\" has more than 2^31 octets");
         makeOctets(id);
     }
 }
@@ -356,7 +356,7 @@ void Compiler::finishArrays()
         if (!isWrong) continue;
         if (mySources[id] && myAliases[id] == theNone)
             find(Severity::error, "array-element", mySources[id].definition(), nullptr,
-                 "the array \"" + mySources[id].definition().name.str() +
+                 "the array \"" + cutText(mySources[id].definition().name) +
                      "\" cannot be decoded: elements of \"" +
                      std::string(myPlan.text(element.name)) + "\" do not fit its encoding");
         makeOctets(id);

@@ -24,10 +24,10 @@ void Compiler::nameParts(const Definition& data, std::vector<Part>& parts,
             name = wanted + "_" + std::to_string(number);
         if (name != names[i])
             find(Severity::warning, "repeated-field", data, nullptr,
-                 "\"" + data.name.str() + "\" has a field " +
+                 "\"" + cutText(data.name) + "\" has a field " +
                      (names[i].empty() ? std::string("without name")
-                                       : "\"" + std::string(names[i]) + "\" again") +
-                     "; it is called \"" + name + "\"");
+                                       : "\"" + cutText(names[i]) + "\" again") +
+                     "; it is called \"" + cutText(name) + "\"");
         parts[i].key = myPlan.addQuoted(name, ":", parts[i].name);
         taken.insert(std::move(name));
     }
@@ -57,14 +57,14 @@ void Compiler::build(Id id, const VariantRecord& data)
     if (how != Encoding::variantRecord && how != Encoding::extendedVariant &&
         how != Encoding::extendableVariant)
         return find(Severity::error, "record-encoding", data, &data.encoding,
-                    "the variant record \"" + data.name.str() +
+                    "the variant record \"" + cutText(data.name) +
                         "\" cannot be decoded: its encoding is unknown");
     std::vector<Part> parts(1);
     parts[0].node = resolve(data, data.dataType);
     const Node& discriminant = myPlan.nodes[target(parts[0].node)];
     if (discriminant.form != Form::number || discriminant.scalar == Scalar::floating)
         return find(Severity::error, "discriminant", data, &data.dataType,
-                    "the variant record \"" + data.name.str() +
+                    "the variant record \"" + cutText(data.name) +
                         "\" cannot be decoded: its discriminant is no integer");
     addChoices(id, data, parts);
     if (myOptions.isPaddedFromStart && how == Encoding::extendedVariant)
@@ -150,9 +150,9 @@ void Compiler::addChoice(const VariantRecord& data, const Alternative& alternati
         choices.numbers.push_back({*number, index});
     else
         find(Severity::error, "unknown-enumerator", alternative, &alternative.enumerator,
-             "the alternative \"" + alternative.name.str() + "\" of \"" + data.name.str() +
-                 "\" names enumerators that \"" + data.dataType.str() + "\" does not have: \"" +
-                 alternative.enumerator.str() + "\"");
+             "the alternative \"" + cutText(alternative.name) + "\" of \"" + cutText(data.name) +
+                 "\" names enumerators that \"" + cutText(data.dataType) + "\" does not have: \"" +
+                 cutText(alternative.enumerator) + "\"");
 }
 
 // Sorts the numbers; the first alternative of a number counts. A named number without alternative
@@ -188,9 +188,9 @@ void Compiler::addCount(const FixedRecord& data, std::size_t field, std::vector<
             if (text.substr(0, theWord.size()) != theWord) continue;
             if (addSteps(text.substr(theWord.size()), parts, field)) return;
             find(Severity::warning, "array-length", data.fields[field], nullptr,
-                 "the length of \"" + data.fields[field].name.str() +
+                 "the length of \"" + cutText(data.fields[field].name) +
                      "\" is stated by something that is no sum of earlier fields: \"" +
-                     std::string(text) + "\"");
+                     cutText(text) + "\"");
         }
     }
 }
@@ -302,8 +302,8 @@ Part Compiler::component(const ComplexRecord& data, std::size_t index, std::vect
     if (!how)
     {
         find(Severity::error, "component-cardinality", one, &one.cardinality,
-             "the component \"" + one.name.str() + "\" of \"" + data.name.str() +
-                 "\" has the cardinality \"" + one.cardinality.str() + "\"");
+             "the component \"" + cutText(one.name) + "\" of \"" + cutText(data.name) +
+                 "\" has the cardinality \"" + cutText(one.cardinality) + "\"");
         part.node = addNode(one.dataType);
         return part;
     }
@@ -334,8 +334,8 @@ void Compiler::setDecider(const Component& data, const ComponentCardinality& how
     const bool isInteger = node && node->form == Form::number && node->scalar != Scalar::floating;
     if (!isInteger || (!how.value.empty() && !number))
         return find(Severity::error, "component-condition", data, &data.cardinality,
-                    "the condition of the component \"" + data.name.str() +
-                        "\" cannot be decided: \"" + data.cardinality.str() + "\"");
+                    "the condition of the component \"" + cutText(data.name) +
+                        "\" cannot be decided: \"" + cutText(data.cardinality) + "\"");
     parts[i].isLookedAt = true;
     if (!how.value.empty())
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/model/moduleCheck.h"
 
+#include "omt/model/compare.h"
 #include "omt/model/rows.h"
 
 #include <algorithm>
@@ -95,9 +96,10 @@ private:
             if (const std::optional<std::int64_t> number = enumeratorNumber(value))
                 myNumbers.push_back({*number, &enumerator, &value});
             else
-                report(Severity::warning, "no-number",
-                       phrase(data, enumerator) + " has `" + value.str() + "`, which is no number",
-                       enumerator, value);
+                report(
+                    Severity::warning, "no-number",
+                    phrase(data, enumerator) + " has `" + cutText(value) + "`, which is no number",
+                    enumerator, value);
         }
     }
 
@@ -117,8 +119,8 @@ private:
                 first = &each;
             else if (first->enumerator != each.enumerator)
                 report(Severity::warning, "number-twice",
-                       phrase(data, *each.enumerator) + " has the number " + each.text->str() +
-                           " of `" + first->enumerator->name.str() + "`",
+                       phrase(data, *each.enumerator) + " has the number " + cutText(*each.text) +
+                           " of `" + cutText(first->enumerator->name) + "`",
                        *each.enumerator, *each.text, first->enumerator);
         }
     }
@@ -133,7 +135,7 @@ private:
 
     static std::string phrase(const EnumeratedData& data, const Enumerator& enumerator)
     {
-        return "enumerator `" + enumerator.name.str() + "` of `" + data.name.str() + "`";
+        return "enumerator `" + cutText(enumerator.name) + "` of `" + cutText(data.name) + "`";
     }
 
     void report(Severity severity, const char* name, std::string text, const Definition& definition,

@@ -5,6 +5,7 @@
 
 #include "omt/base/textEncoding.h"
 #include "omt/model/clauses.h"
+#include "omt/model/compare.h"
 #include "omt/model/parts.h"
 #include "omt/model/rows.h"
 
@@ -497,9 +498,9 @@ std::vector<std::uint32_t> Omt13Reader::findParents(const std::vector<Class>& ta
         if (const auto number = numberOf(clauses[i], "ID"))
             if (!numbers.try_emplace(*number, i).second)
                 report(Severity::warning, "number-twice",
-                       std::string(nameOf(Class::theKind)) + " \"" + table[i].name.str() +
+                       std::string(nameOf(Class::theKind)) + " \"" + cutText(table[i].name) +
                            "\" has the number " + std::to_string(*number) + " of \"" +
-                           table[numbers[*number]].name.str() + "\"",
+                           cutText(table[numbers[*number]].name) + "\"",
                        table[i].line);
     std::vector<std::uint32_t> parents(clauses.size(), Class::theNone);
     for (std::uint32_t i = 0; i < clauses.size(); ++i)
@@ -511,7 +512,7 @@ std::vector<std::uint32_t> Omt13Reader::findParents(const std::vector<Class>& ta
             parents[i] = found->second;
         else if (*number != 0)
             report(Severity::warning, "unknown-class",
-                   std::string(nameOf(Class::theKind)) + " \"" + table[i].name.str() +
+                   std::string(nameOf(Class::theKind)) + " \"" + cutText(table[i].name) +
                        "\" stands below number " + std::to_string(*number) +
                        ", which no class has; it is read as a root",
                    table[i].line);
@@ -544,7 +545,7 @@ std::vector<std::uint32_t> Omt13Reader::order(const std::vector<Class>& table,
             {
                 const std::uint32_t last = waiting.back();
                 report(Severity::warning, "class-ring",
-                       std::string(nameOf(Class::theKind)) + " \"" + table[last].name.str() +
+                       std::string(nameOf(Class::theKind)) + " \"" + cutText(table[last].name) +
                            "\" stands below itself; it is read as a root",
                        table[last].line);
                 parents[last] = Class::theNone;
