@@ -77,30 +77,10 @@ bool readText(const Document& document, std::string_view text, ModelBuilder& bui
     return false;
 }
 
-/// The models of documents, in order; of one that cannot be read there is none.
-std::vector<Model> readModels(const std::vector<Document>& documents, const ReadOptions& options,
-                              Findings& findings)
-{
-    std::vector<Model> models;
-    for (const Document& document : documents)
-    {
-        Model model = readModule(document, findings, options);
-        if (!model.modules().empty()) models.push_back(std::move(model));
-    }
-    return models;
-}
-
-Reading combine(std::vector<Model> models, Findings findings, const ReadOptions& options)
+Reading combine(const std::vector<Model>& models, Findings findings)
 {
     Reading reading;
     reading.findings = std::move(findings);
-    if (options.mim)
-    {
-        Edition newest = Edition::ieee2010;
-        for (const Model& model : models) newest = std::max(newest, model.edition());
-        models.insert(models.begin(), readModule({std::string(theMimName), standardMim(newest)},
-                                                 reading.findings, options));
-    }
     if (models.empty()) return reading;
     reading.model = merge(models, reading.findings);
     checkReferences(reading.model, reading.findings);
@@ -149,11 +129,32 @@ Model readModule(const Document& document, Findings& findings, const ReadOptions
     return model;
 }
 
+std::vector<Model> readModules(const std::vector<Document>& documents, Findings& findings,
+                               const ReadOptions& options)
+{
+    std::vector<Model> models;
+    for (const Document& document : documents)
+    {
+        Model model = readModule(document, findings, options);
+        if (!model.modules().empty()) models.push_back(std::move(model));
+    }
+    if (options.mim) models.insert(models.begin(), readMim(models));
+    return models;
+}
+
+Model readMim(const std::vector<Model>& models)
+{
+    Edition newest = Edition::ieee2010;
+    for (const Model& model : models) newest = std::max(newest, model.edition());
+    Findings ignored;
+    return readModule({std::string(theMimName), standardMim(newest)}, ignored);
+}
+
 Reading readDocuments(const std::vector<Document>& documents, const ReadOptions& options)
 {
     Findings findings;
-    std::vector<Model> models = readModels(documents, options, findings);
-    return combine(std::move(models), std::move(findings), options);
+    const std::vector<Model> models = readModules(documents, findings, options);
+    return combine(models, std::move(findings));
 }
 
 Reading read(const std::vector<std::string>& files, const ReadOptions& options)
@@ -171,7 +172,8 @@ Reading read(const std::vector<std::string>& files, const ReadOptions& options)
         Model model = readModule({name, file.octets}, findings, options);
         if (!model.modules().empty()) models.push_back(std::move(model));
     }
-    return combine(std::move(models), std::move(findings), options);
+    if (options.mim) models.insert(models.begin(), readMim(models));
+    return combine(models, std::move(findings));
 }
 
 }  // namespace omt

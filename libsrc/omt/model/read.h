@@ -59,6 +59,15 @@ OMT_EXPORT Reading readDocuments(const std::vector<Document>& documents,
 OMT_EXPORT Model readModule(const Document& document, Findings& findings,
                             const ReadOptions& options = {});
 
+/// Documents as a model each, in their order and not merged; those that cannot be read are left
+/// out. Where the options ask for the MIM, it is the first.
+OMT_EXPORT std::vector<Model> readModules(const std::vector<Document>& documents,
+                                          Findings& findings, const ReadOptions& options = {});
+
+/// The standard MIM for these models, that of the newest edition among them, as a module that is
+/// built in.
+OMT_EXPORT Model readMim(const std::vector<Model>& models);
+
 /// Merges models in this order, by the rules of IEEE 1516.2 for modules; every contradiction is
 /// added to the findings. Takes time by the size of the models.
 OMT_EXPORT Model merge(const std::vector<Model>& models, Findings& findings);

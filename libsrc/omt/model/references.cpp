@@ -331,9 +331,9 @@ private:
         std::size_t count = 0;
         for (const Reference& reference : module.identification.references)
         {
-            if (plainName(reference.type) != "dependency") continue;
+            if (!isDependency(reference)) continue;
             const std::string_view name = reference.identification;
-            if (!saysSomething(name) || isGiven(name, module)) continue;
+            if (isGiven(name, module)) continue;
             if (++count <= theMostHints)
                 myDependencies.push_back({name, module.identification.module});
             myFindings.push_back(
@@ -343,23 +343,11 @@ private:
         }
     }
 
-    /// Modules are named by their file, with or without a version, or by their title.
     bool isGiven(std::string_view dependency, const Module& user) const
     {
-        const std::string wanted = plainName(stem(dependency));
-        const bool isMim = wanted.ends_with("mim");
-        return std::any_of(
-            myModel.modules().begin(), myModel.modules().end(),
-            [&](const Module& module)
-            {
-                if (&module == &user) return false;
-                const std::string file = plainName(stem(module.file));
-                const std::string title = plainName(module.identification.name);
-                return (isMim && (module.isBuiltIn || file.find("mim") != std::string::npos)) ||
-                       file.find(wanted) != std::string::npos ||
-                       title.find(wanted) != std::string::npos ||
-                       (title.size() > 3 && wanted.find(title) != std::string::npos);
-            });
+        return std::any_of(myModel.modules().begin(), myModel.modules().end(),
+                           [&](const Module& module)
+                           { return &module != &user && isNamedBy(dependency, module); });
     }
 
     void report(const Missing& missing)
@@ -452,6 +440,23 @@ void checkReferences(const Model& model, Findings& findings)
             return readModule({"standard MIM", standardMim(model.edition())}, none);
         },
         findings);
+}
+
+bool isNamedBy(std::string_view dependency, const Module& module)
+{
+    const std::string wanted = plainName(stem(dependency));
+    const std::string file = plainName(stem(module.file));
+    const std::string title = plainName(module.identification.name);
+    const bool isMim = module.isBuiltIn || file.find("mim") != std::string::npos;
+    return (isMim && wanted.ends_with("mim")) || file.find(wanted) != std::string::npos ||
+           title.find(wanted) != std::string::npos ||
+           (title.size() > 3 && wanted.find(title) != std::string::npos);
+}
+
+bool isDependency(const Reference& reference)
+{
+    return plainName(reference.type) == "dependency" &&
+           saysSomething(reference.identification.view());
 }
 
 }  // namespace omt

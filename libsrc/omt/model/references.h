@@ -13,4 +13,11 @@ namespace omt
 /// at most once, where a name is missing that a MIM could define.
 void checkReferences(const Model& model, const std::function<Model()>& readMim, Findings& findings);
 
+/// Whether a module is the one that a dependency names: by its file, with or without a version, or
+/// by its title.
+bool isNamedBy(std::string_view dependency, const Module& module);
+
+/// Whether a reference says that its module depends on the one it names.
+bool isDependency(const Reference& reference);
+
 }  // namespace omt

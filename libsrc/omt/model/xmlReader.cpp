@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/model/xmlReader.h"
 
+#include "omt/model/compare.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -15,6 +17,8 @@ namespace
 
 constexpr std::string_view theNamespace2010 = "http://standards.ieee.org/IEEE1516-2010";
 constexpr std::string_view theNamespace2025 = "http://standards.ieee.org/IEEE1516-2025";
+/// After all rows.
+constexpr std::uint8_t theLastPlace = 250;
 
 bool isBlank(char c)
 {
@@ -358,7 +362,10 @@ void XmlReader::startInTable(const XmlElement& element)
     const TableWord& table = XmlWords::tables()[around];
     if (element.isForeign) return startUnknown(element);
     if (around == 0 && element.name == "modelIdentification")
+    {
+        checkTable(0, element);
         return startDefinition(Kind::identification, element);
+    }
     const std::uint8_t inner = myWords.table(around, myWords.number(element.name));
     if (inner != XmlWords::theNone) return startTable(inner, element);
     const bool isDefinition =
@@ -370,6 +377,7 @@ void XmlReader::startInTable(const XmlElement& element)
 
 void XmlReader::startTable(std::uint8_t table, const XmlElement& element)
 {
+    checkTable(table, element);
     Frame& frame = pushDefinition(Kind::section, element.line);
     frame.index = table;
     definitionOf(frame).name = Text(XmlWords::tables()[table].path, element.line);
@@ -410,9 +418,13 @@ void XmlReader::startInDefinition(const XmlElement& element)
     if (element.isForeign) return startUnknown(element);
     if ((kind == Kind::objectClass && element.name == "objectClass") ||
         (kind == Kind::interactionClass && element.name == "interactionClass"))
+    {
+        checkOrder(theLastPlace, element);
         return startDefinition(kind, element);
+    }
     const XmlWords::Use use = findUse(kind, element, myWords.number(element.name));
     if (use.row == XmlWords::theNone) return startUnknown(element);
+    checkOrder(use.row, element);
     const Row& row = rowsOf(kind)[use.row];
     if (row.form == Row::Form::parts) return startDefinition(row.parts, element);
     startProperty(use.isAround ? Mode::around : Mode::property, use.row, element);
@@ -651,6 +663,36 @@ std::string XmlReader::declaredText(std::string_view xml) const
         text.insert(end, " " + declaration + "\"" + value + "\"");
     }
     return text;
+}
+
+/// The schemas of 2010 and 2025 give the elements of a definition one order, which is that of the
+/// rows; classes within a class come last.
+void XmlReader::checkOrder(std::uint8_t place, const XmlElement& element)
+{
+    Frame& frame = myFrames.back();
+    if (place >= frame.last)
+    {
+        frame.last = place;
+        return;
+    }
+    if (myEdition != Edition::ieee2010 && myEdition != Edition::ieee2025) return;
+    report(Severity::warning, "element-order",
+           "`" + std::string(element.name) + "` of " + whatIsOpen() +
+               " stands after elements that it has to precede",
+           element.line);
+}
+
+/// A table stands once, and those of 2010 and 2025 in one order. The identification is the first.
+void XmlReader::checkTable(std::uint8_t table, const XmlElement& element)
+{
+    Frame& frame = myFrames.back();
+    const std::uint32_t bit = 1U << table;
+    if ((frame.tables & bit) != 0)
+        report(Severity::warning, "repeated-section",
+               "`" + std::string(element.name) + "` is there twice; both count", element.line);
+    else
+        checkOrder(table, element);
+    frame.tables |= bit;
 }
 
 /// What findings call the innermost element that a row or a table knows.

@@ -58,6 +58,9 @@ private:
         std::uint32_t directed = 0;
         /// An element whose property the definition has already; kept as an unknown one is.
         bool isRepeated = false;
+        /// The place in the schema of what it held last, and which tables it held (bits).
+        std::uint8_t last = 0;
+        std::uint32_t tables = 0;
     };
     struct RowText
     {
@@ -96,6 +99,8 @@ private:
     void finishTexts(const Frame& frame, Definition& definition);
     void finishParts(const Frame& frame, Definition& definition);
     std::string whatIsOpen();
+    void checkOrder(std::uint8_t place, const XmlElement& element);
+    void checkTable(std::uint8_t table, const XmlElement& element);
     std::string declaredText(std::string_view xml) const;
 
     void setText(Kind kind, std::uint8_t row, Definition& definition, std::string_view value,
