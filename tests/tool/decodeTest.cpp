@@ -176,7 +176,7 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"; "},
     }, 1);
     expectMessage("decode", {
-        {"00", "Exactly 1 option"}, {"--attribute Name 00", "--attribute: \"Name\" is not of the form "},
+        {"00", "one of --member, --attribute, --parameter, --type or --updates"}, {"--attribute Name 00", "--attribute: \"Name\" is not of the form "},
         {"--type SignalKind --line --json 00", "--line excludes --json; see omt decode --help\n"},
         {"--type SignalKind --file ''", "--file: the name of a file is empty"},
         {"--type SignalKind --lines 00", "--lines reads from a file"},

@@ -161,10 +161,10 @@ TEST_F(ToolTest, OddButSoundInputIsRead)
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.what);
-        write("odd.xml", "<objectModel><updateRates/><modelIdentification><name>" +
+        write("odd.xml", "<objectModel><modelIdentification><name>" +
                              std::string(one.name) + "</name></modelIdentification>" +
                              "<dimensions><dimension><name>D</name></dimension></dimensions>" +
-                             "</objectModel>");
+                             "<updateRates/></objectModel>");
         const Outcome outcome = run("show odd.xml");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.err, "");
