@@ -161,8 +161,8 @@ TEST_F(ToolTest, OddButSoundInputIsRead)
     for (const auto& one : cases)
     {
         SCOPED_TRACE(one.what);
-        write("odd.xml", "<objectModel><modelIdentification><name>" +
-                             std::string(one.name) + "</name></modelIdentification>" +
+        write("odd.xml", "<objectModel><modelIdentification><name>" + std::string(one.name) +
+                             "</name></modelIdentification>" +
                              "<dimensions><dimension><name>D</name></dimension></dimensions>" +
                              "<updateRates/></objectModel>");
         const Outcome outcome = run("show odd.xml");
@@ -327,6 +327,7 @@ TEST_F(ToolTest, EveryExampleOfTheHelpRuns)
         for (const fs::directory_entry& file : fs::directory_iterator(folder))
             if (file.is_regular_file()) fs::copy_file(file, path(file.path().filename()));
     fs::create_symlink(OMT_TOOL, path("omt"));
+    fs::create_directory_symlink(OMT_EXAMPLES "/../check", path("check"));
     for (const std::string& help : helpTexts())
     {
         const std::size_t begin = help.find("\nExamples:\n");

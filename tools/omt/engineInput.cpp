@@ -25,8 +25,15 @@ void refuseDevice(const std::string& name)
         throw InputError(name + ": a device, which may have no end");
 }
 
-/// Where a file is: here, or else in the folder that RTI_CONFIG names.
-std::string placeOf(const std::string& name)
+bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
+{
+    return std::any_of(modules.begin(), modules.end(),
+                       [&](const omt::Module& module) { return module.file == file; });
+}
+
+}  // namespace
+
+std::string placeOfModel(const std::string& name)
 {
     if (name.empty()) throw InputError("the name of a file is empty");
     if (name == "-") return name;
@@ -37,14 +44,6 @@ std::string placeOf(const std::string& name)
     const std::string elsewhere = folder + ('/' + name);
     return fs::is_regular_file(elsewhere, ignored) ? elsewhere : name;
 }
-
-bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
-{
-    return std::any_of(modules.begin(), modules.end(),
-                       [&](const omt::Module& module) { return module.file == file; });
-}
-
-}  // namespace
 
 void addMimArgument(CLI::App& command, EngineChoice& choice)
 {
@@ -94,7 +93,7 @@ EngineInput readEngine(const EngineChoice& choice)
 {
     checkStandardInput(choice);
     std::vector<std::string> files;
-    for (const std::string& name : choice.files) files.push_back(placeOf(name));
+    for (const std::string& name : choice.files) files.push_back(placeOfModel(name));
     const omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));
     writeFindings(reading.findings);
 
@@ -115,7 +114,7 @@ EngineInput readModule(const std::string& name)
         input.model = omt::readModule({name, contentOf(stdin, name)}, findings);
     else
     {
-        const std::string place = placeOf(name);
+        const std::string place = placeOfModel(name);
         input.model = omt::readModule({place, contentOf(place)}, findings);
     }
     writeFindings(findings);

@@ -22,6 +22,10 @@ struct EngineChoice
 void addMimArgument(CLI::App& command, EngineChoice& choice);
 void addEngineArguments(CLI::App& command, EngineChoice& choice);
 
+/// Where a file is: here, or else in the folder that RTI_CONFIG names. Throws InputError for a
+/// device, which may have no end, and for an empty name.
+std::string placeOfModel(const std::string& name);
+
 /// Throws UsageError where standard input would be read twice: as two files, or as a file and for
 /// something else.
 void checkStandardInput(const EngineChoice& choice, bool isTaken = false);

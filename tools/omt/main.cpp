@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line tool omt: which subcommand, with what result and which exit status.
+#include "checkCommand.h"
 #include "convertCommand.h"
 #include "decodeCommand.h"
 #include "encodeCommand.h"
@@ -58,6 +59,7 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "\n"
         "Examples:\n"
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
+        "  omt check HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
         "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
         "  omt layout HarbourBase.xml --mim BerthIdentifier\n"
@@ -171,7 +173,7 @@ int main(int argumentCount, char** arguments)
     addGeneralArguments(app, choice);
     const Command commands[] = {
         addShowCommand(app),    addDecodeCommand(app), addEncodeCommand(app), addLayoutCommand(app),
-        addConvertCommand(app), addFmtCommand(app),    addEntityCommand(app)};
+        addConvertCommand(app), addFmtCommand(app),    addEntityCommand(app), addCheckCommand(app)};
     try
     {
         app.parse(argumentCount, arguments);
