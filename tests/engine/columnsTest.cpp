@@ -278,10 +278,8 @@ TEST(ColumnsTest, FormsAndBatches)
     const Bytes tree = {0, 0, 0, 7, 0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 0};
     const Bytes pair = {0, 0, 0, 2, 1, 2, 0, 0, 0, 0, 0, 1, 3};
     const std::vector<Cell> none, nulls(300), pairs(7, pair);
-    const std::vector<Cell> three = {
-        Bytes{1, 2,   3},
-        std::nullopt, Bytes{0, 255, 9}
-    };
+    const Bytes first = {1, 2, 3}, last = {0, 255, 9}, empty(4);
+    const std::vector<Cell> three = {first, std::nullopt, last};
     const std::vector<Cell> trees = {tree, tree, Bytes{0}, tree};
     const std::vector<Cell> many(1000, Bytes{0, 0, 0, 1, 7});
     Bytes large(4004);
@@ -314,10 +312,7 @@ TEST(ColumnsTest, FormsAndBatches)
     }
     omt::ColumnOptions options;
     options.mostInBatch = 1000;
-    const Given given("z", {
-                               Bytes{0, 0, 0, 0},
-                               large, Bytes{0, 0, 0, 0}
-    });
+    const Given given("z", {empty, large, empty});
     const std::vector<Row> rows =
         roundTrip(omt::Columns(codec.type("Octets"), options), given, nullptr);
     ASSERT_EQ(rows.size(), 3U);
