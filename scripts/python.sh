@@ -40,9 +40,13 @@ testModule()
 # As pip would for a user; the tools of the build are those of the list.
 testWheel()
 {
-    local wheels="$root/build/wheels"
+    local wheels="$root/build/wheels" flags
+    # Those of the packages, so that a compiler cache has most of the library.
+    flags=$("$python" -c 'import json; print(*(preset["cacheVariables"]["CMAKE_CXX_FLAGS"]
+        for preset in json.load(open("../CMakePresets.json"))["configurePresets"]
+        if preset["name"] == "package"))')
     rm -rf "$wheels"
-    CXXFLAGS=-g "$python" -m pip wheel --quiet --disable-pip-version-check --no-deps \
+    CXXFLAGS=$flags "$python" -m pip wheel --quiet --disable-pip-version-check --no-deps \
         --no-build-isolation --wheel-dir "$wheels" .
     "$python" -m pip install --quiet --disable-pip-version-check --no-deps \
         --target "$wheels/installed" "$wheels"/*.whl
