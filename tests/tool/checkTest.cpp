@@ -76,7 +76,8 @@ TEST_F(CheckTest, programsGetJsonSarifAndAnnotations)
     const json& all = sarif["runs"][0];
     const json& result = all["results"][1];
     EXPECT_EQ(all["results"].size(), 2U);
-    EXPECT_EQ(all["tool"]["driver"]["rules"][result["ruleIndex"].get<int>()]["id"], "conflict");
+    EXPECT_EQ(all["tool"]["driver"]["rules"][result["ruleIndex"].get<std::size_t>()]["id"],
+              "conflict");
     EXPECT_EQ(result["level"], "error");
     const json& place = result["locations"][0]["physicalLocation"];
     EXPECT_EQ(place["artifactLocation"]["uri"], "another.xml");
