@@ -126,7 +126,7 @@ struct OneReplaced : Host
         Manager plain;
         const Slots own = slotsOf(*this);
         slots = slotsOf(plain);
-        slots[1] = own[1];  // its type
+        std::copy(&own[1], &own[4], &slots[1]);  // its type, and what deletes it
         slots[slot] = own[slot];
         *tableOf(*this) = &slots[2];
     }

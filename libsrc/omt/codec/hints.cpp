@@ -89,7 +89,9 @@ private:
             else if (!escape(into))
                 return fail("no such escape");
         }
-        return myAt++ < myText.size() || fail("a text does not end");
+        if (myAt == myText.size()) return fail("a text does not end");
+        ++myAt;
+        return true;
     }
 
     /// What follows a backslash.

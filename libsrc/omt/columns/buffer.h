@@ -44,7 +44,8 @@ public:
     /// Writes at a place up to which there is something already.
     void put(std::size_t at, std::string_view text)
     {
-        std::memcpy(need(at + text.size() + 1) + at, text.data(), text.size());
+        std::uint8_t* const room = need(at + text.size() + 1) + at;
+        if (!text.empty()) std::memcpy(room, text.data(), text.size());
     }
 
 private:
