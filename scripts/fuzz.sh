@@ -35,7 +35,7 @@ fuzzFrom()
     rm -rf "$found" "$all"
     mkdir -p "$found" "$all" "$new/$kind/$name"
     echo "--- $name, $kind"
-    "$program" -max_total_time="$share" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+    "$program" -max_total_time="$share" -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 \
         -verbosity=0 -artifact_prefix="$new/faults/$name-" "$found" "$@" || status=1
 
     # Only those that add something to each other.
