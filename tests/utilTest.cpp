@@ -30,18 +30,18 @@ TEST(StringTest, ReadsIntegers)
 {
     // What 32 bits hold, whether that is the whole text, and what 64 bits hold.
     expectEach(
-        {"42 => 42 whole 42", " => 0 part 0", " \t\n+7 => 7 whole 7", "-7  => -7 part -7",
-         "007 => 7 whole 7", "0x1F => 0 part 0", "+-5 => 0 part 0", "- 5 => 0 part 0",
-         "+ => 0 part 0", "3.9 => 3 part 3", "2147483647 => 2147483647 whole 2147483647",
-         "2147483648 => 2147483647 part 2147483648", "-2147483648 => -2147483648 whole -2147483648",
-         "-2147483649 => -2147483648 part -2147483649",
-         "99999999999999999999x => 2147483647 part 9223372036854775807",
-         "-99999999999999999999 => -2147483648 part -9223372036854775808"},
+        {"42 => 42 whole 42", " => 0 cut 0", " \t\n+7 => 7 whole 7", "-7  => -7 cut -7",
+         "007 => 7 whole 7", "0x1F => 0 cut 0", "+-5 => 0 cut 0", "- 5 => 0 cut 0", "+ => 0 cut 0",
+         "3.9 => 3 cut 3", "2147483647 => 2147483647 whole 2147483647",
+         "2147483648 => 2147483647 cut 2147483648", "-2147483648 => -2147483648 whole -2147483648",
+         "-2147483649 => -2147483648 cut -2147483649",
+         "99999999999999999999x => 2147483647 cut 9223372036854775807",
+         "-99999999999999999999 => -2147483648 cut -9223372036854775808"},
         [](const DtString& text)
         {
             bool isWhole = false;
             const std::string value = std::to_string(text.toInt(&isWhole));
-            return value + (isWhole ? " whole " : " part ") + std::to_string(text.toInt64());
+            return value + (isWhole ? " whole " : " cut ") + std::to_string(text.toInt64());
         });
 }
 
@@ -50,32 +50,32 @@ TEST(StringTest, ReadsDoubles)
     const std::string tiny = "0." + std::string(400, '0') + "1";
     const std::string huge(400, '9');
     expectEach(
-        {" => 0 part", ". => 0 part", "+.5 => 0.5 whole", " -2.5e3 => -2500 whole", "1,5 => 1 part",
-         "1e => 1 part", "0x10 => 0 part", "-inf => -inf whole",
-         "1.7976931348623157e308 => 1.79769e+308 whole", "-1e400 => -inf part",
-         "1e99999999999999999 => inf part", "-1e-400 => -0 part", "0.001e-99999999999x => 0 part",
-         "0e999999999999 => 0 whole", tiny + " => 0 part", tiny + "e401 => 1 whole",
-         tiny + "e900 => inf part", huge + " => inf part", huge + "e-400 => 1 whole"},
+        {" => 0 cut", ". => 0 cut", "+.5 => 0.5 whole", " -2.5e3 => -2500 whole", "1,5 => 1 cut",
+         "1e => 1 cut", "0x10 => 0 cut", "-inf => -inf whole",
+         "1.7976931348623157e308 => 1.79769e+308 whole", "-1e400 => -inf cut",
+         "1e99999999999999999 => inf cut", "-1e-400 => -0 cut", "0.001e-99999999999x => 0 cut",
+         "0e999999999999 => 0 whole", tiny + " => 0 cut", tiny + "e401 => 1 whole",
+         tiny + "e900 => inf cut", huge + " => inf cut", huge + "e-400 => 1 whole"},
         [](const DtString& text)
         {
             bool isWhole = false;
             std::ostringstream value;
             value << text.toDouble(&isWhole);
-            return value.str() + (isWhole ? " whole" : " part");
+            return value.str() + (isWhole ? " whole" : " cut");
         });
 }
 
 TEST(StringTest, ReadsUnsignedAndShortNumbers)
 {
     expectEach({"4294967295 => 4294967295 whole 4.29497e+09 whole",
-                "4294967296x => 4294967295 part 4.29497e+09 part", "-5 => 0 part -5 whole",
-                "0.1 => 0 part 0.1 whole", "1e39 => 1 part inf part", " => 0 part 0 part"},
+                "4294967296x => 4294967295 cut 4.29497e+09 cut", "-5 => 0 cut -5 whole",
+                "0.1 => 0 cut 0.1 whole", "1e39 => 1 cut inf cut", " => 0 cut 0 cut"},
                [](const DtString& text)
                {
                    bool isWhole[2] = {};
                    std::ostringstream value;
-                   value << text.toUInt(&isWhole[0]) << (isWhole[0] ? " whole " : " part ");
-                   value << text.toFloat(&isWhole[1]) << (isWhole[1] ? " whole" : " part");
+                   value << text.toUInt(&isWhole[0]) << (isWhole[0] ? " whole " : " cut ");
+                   value << text.toFloat(&isWhole[1]) << (isWhole[1] ? " whole" : " cut");
                    return value.str();
                });
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Compiler: variant records, counts that notes state, and the records of HLA 1.3.
 #include "omt/codec/compile.h"
+#include "omt/model/rprNames.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -242,21 +243,6 @@ Compiler::Id Compiler::addRepeated(Id element, const ComponentCardinality& how, 
 
 namespace
 {
-
-// In the RPR FOM "PaddingTo32" and the like are octets up to a boundary.
-std::uint32_t paddingByName(std::string_view name)
-{
-    return name == "PaddingTo16" ? 2 : name == "PaddingTo32" ? 4 : name == "PaddingTo64" ? 8 : 0;
-}
-
-// In the RPR FOM a number of this name says how many elements the next component has.
-bool isCountByName(std::string_view name)
-{
-    constexpr std::string_view theStart = "NumberOf";
-    constexpr std::string_view theEnd = "SetCount";
-    return name.substr(0, theStart.size()) == theStart ||
-           (name.size() > theEnd.size() && name.substr(name.size() - theEnd.size()) == theEnd);
-}
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Lowering13: complex datatypes to fixed records, variant records and arrays.
 #include "omt/model/lowering13.h"
+#include "omt/model/rprNames.h"
 
 #include <algorithm>
 #include <cctype>
@@ -11,21 +12,6 @@ namespace omt
 
 namespace
 {
-
-/// In the RPR FOM "PaddingTo32" and the like are octets up to a boundary.
-std::uint32_t paddingByName(std::string_view name)
-{
-    return name == "PaddingTo16" ? 2 : name == "PaddingTo32" ? 4 : name == "PaddingTo64" ? 8 : 0;
-}
-
-/// In the RPR FOM a number of this name says how many elements the next component has.
-bool isCountByName(std::string_view name)
-{
-    constexpr std::string_view theStart = "NumberOf";
-    constexpr std::string_view theEnd = "SetCount";
-    return name.substr(0, theStart.size()) == theStart ||
-           (name.size() > theEnd.size() && name.substr(name.size() - theEnd.size()) == theEnd);
-}
 
 bool isPaddingName(std::string_view name)
 {
