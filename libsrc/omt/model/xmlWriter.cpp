@@ -334,6 +334,11 @@ void XmlWriter::close(const Definition& definition, std::string_view word, std::
         pickAsides(Aside::theEnd, 0);
         writeComments(myPicked);
     }
+    close(word, mark);
+}
+
+void XmlWriter::close(std::string_view word, std::size_t mark)
+{
     --myDepth;
     if (myOut.size() == mark)
     {
@@ -402,15 +407,7 @@ void XmlWriter::writeProperty(const Definition& definition, const Row& row, std:
     if (around.empty()) return;
     pickAsides(index, Aside::theAround);
     writeInner(myPicked);
-    --myDepth;
-    if (myOut.size() == mark)
-    {
-        myOut.resize(mark - 2);
-        myOut += "/>\n";
-        return;
-    }
-    indent();
-    ((myOut += "</") += around) += ">\n";
+    close(around, mark);
 }
 
 void XmlWriter::writeText(const Row& row, const Text& text, std::uint8_t index, std::uint32_t item)

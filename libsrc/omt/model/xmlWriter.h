@@ -49,6 +49,8 @@ private:
     void writeDefinition(const Definition& definition, Kind kind, std::string_view word);
     std::size_t open(const Definition& definition, Kind kind, std::string_view word);
     void close(const Definition& definition, std::string_view word, std::size_t mark);
+    /// Ends an element that began at a mark; short where nothing was written into it.
+    void close(std::string_view word, std::size_t mark);
     void writeProperties(const Definition& definition, Kind kind);
     void writeProperty(const Definition& definition, const Row& row, std::uint8_t index);
     void writeText(const Row& row, const Text& text, std::uint8_t index, std::uint32_t item);
