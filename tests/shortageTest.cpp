@@ -47,11 +47,11 @@ TEST(ShortageTest, DecodingGoesOnAfterFailures)
         "complex Old k:Kind:1 a:Text:0-1_(k_=_Two) b:B:(k);");
     const std::string numbers = std::string(3, '\0') + "\2" + std::string(20, '\7');
     const Value theValues[] = {
-        {"All",     "\1\2" + std::string(6, '\0') + numbers + "A text that has some length" +
+        {"All", "\1\2" + std::string(6, '\0') + numbers + "A text that has some length" +
                     std::string(8, '\0')},
-        {"Old",         "\2A text that has some length and goes on"                          },
-        {"Text",    std::string(100000,     'x')       },
-        {"Unknown", std::string(40,         '\5')                            },
+        {"Old", "\2A text that has some length and goes on"},
+        {"Text", std::string(100000, 'x')},
+        {"Unknown", std::string(40, '\5')},
     };
     for (const Value& value : theValues)
     {

@@ -13,8 +13,8 @@ int main()
     const omt::Field field = codec.attribute("Vessel.Cargo").field("ContainerLoad.FortyFoot");
 
     const std::vector<std::uint8_t> cargoes[] = {
-        {0,  1, 0,  0, 0, 0, 1,  156, 0, 0, 2, 96, 0, 0, 0, 37},
-        {0, 2, 0, 0, 69, 59, 128, 0   },
+        {0, 1, 0, 0, 0, 0, 1, 156, 0, 0, 2, 96, 0, 0, 0, 37},
+        {0, 2, 0, 0, 69, 59, 128, 0},
     };
     for (const std::vector<std::uint8_t>& octets : cargoes)
         if (const std::optional<double> number = field.number(octets))

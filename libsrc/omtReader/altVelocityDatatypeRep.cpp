@@ -89,8 +89,8 @@ DtStringTree* DtAltVelocityDatatypeRep::createTreeRep(const void* position, int*
     const void* const location = locationPtr(*myManager, history);
     return omtreader::createChain({
         {"Heading", "Defined", 0,
-         location ? headingText(location,            velocity) : DtString(omtreader::theFailedRecord)},
-        {"Speed",         "Defined",            4, speedText(velocity)},
+         location ? headingText(location, velocity) : DtString(omtreader::theFailedRecord)},
+        {"Speed", "Defined", 4, speedText(velocity)},
     });
 }
 

@@ -167,8 +167,8 @@ TEST(CodecLawsTest, HoldForAllDatatypesOfPublishedModels)
 {
     if (folder().empty()) GTEST_SKIP() << "OMT_MODELS is not set";
     const std::vector<std::string> sets[] = {
-        {folder() + "evolved/RPR_FOM_v2.0_1516-2010.xml"        },
-        { folder() + "2025/RestaurantFOMmodule-2025.xml",
+        {folder() + "evolved/RPR_FOM_v2.0_1516-2010.xml"},
+        {folder() + "2025/RestaurantFOMmodule-2025.xml",
          folder() + "2025/RestaurantExtensionFOMmodule-2025.xml"}
     };
     for (const std::vector<std::string>& files : sets)

@@ -207,8 +207,8 @@ TEST(ColumnsTest, AgreeWithSingleValues)
     std::mt19937_64 random(1516);
     const std::vector<std::string> sets[] = {
         {"evolved/RPR_FOM_v2.0_1516-2010.xml"},
-        {            "hla13/RPR2-D17.omd"},
-        { "evolved/RPR-Foundation_v2.0.xml", "evolved/RPR-Enumerations_v2.0.xml",
+        {"hla13/RPR2-D17.omd"},
+        {"evolved/RPR-Foundation_v2.0.xml", "evolved/RPR-Enumerations_v2.0.xml",
          "evolved/RPR-Base_v2.0.xml", "2025/NETN-BASE.xml", "2025/NETN-ETR.xml"},
     };
     for (std::vector<std::string> files : sets)

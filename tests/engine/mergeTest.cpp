@@ -212,7 +212,7 @@ TEST(Merging, addsWhatModulesOf2025Add)
     const std::string addition = objectModel("2025", theAddition);
     for (const auto& documents : {
              std::vector{whole, addition, whole, addition},
-             std::vector{addition,     whole,      addition }
+             std::vector{addition, whole, addition}
     })
     {
         omt::Model model;
@@ -386,17 +386,17 @@ TEST(Merging, givesPublishedSetsWhole)
     const PublishedSet theSets[] = {
         {files("evolved/RPR-",
          "Foundation Enumerations Base Physical Aggregate Warfare Communication DER "
-               "Logistics Minefield SE SIMAN UA Switches",        "_v2.0.xml"),
+               "Logistics Minefield SE SIMAN UA Switches", "_v2.0.xml"),
          {67, 356, 163, 378, 17, 52, 0, 101, 76, 84, 9, 3988},
-         {}                                                                                                                                         },
+         {}},
         {files("evolved/RPR-", "Foundation Enumerations Base SE", "_v2.0.xml") +
              files("2025/NETN-", "BASE SMC ORG ETR COM SE METOC", ".xml"),
          {52, 214, 169, 271, 24, 60, 2, 140, 86, 134, 14, 4664},
          {"mixed-editions"}},
-        {files("2025/Restaurant",   "FOM ExtensionFOM",                                    "module-2025.xml"),
+        {files("2025/Restaurant", "FOM ExtensionFOM", "module-2025.xml"),
          {45, 70, 111, 131, 21, 22, 3, 19, 31, 7, 2, 132},
-         {}                  },
-        {files("evolved/Restaurant",                   "Processes Food Drinks Soup",                                                    ".xml"),
+         {}},
+        {files("evolved/Restaurant", "Processes Food Drinks Soup", ".xml"),
          {42, 54, 99, 104, 14, 17, 0, 12, 19, 6, 1, 45},
          {}},
     };

@@ -50,7 +50,7 @@ TEST(WriteTest, WhatTheSchemaRefusesIsMadeValidWithAFinding)
          omt::Edition::ieee2010,
          {R"(<objectClass notes="Note6">)", "<label>Note6</label>", "<label>N</label>"},
          {},
-         "a.xml:1: warning: the reference to note `7` is lost"                            },
+         "a.xml:1: warning: the reference to note `7` is lost"},
         {"names, and those who refer to them",
          document(R"(<dataTypes><enumeratedDataTypes><enumeratedData><name>a b</name><enumerator>
 <name>1x</name></enumerator></enumeratedData></enumeratedDataTypes><variantRecordDataTypes>
@@ -61,7 +61,7 @@ TEST(WriteTest, WhatTheSchemaRefusesIsMadeValidWithAFinding)
          {"<name>a_b_2</name>", "<dataType>a_b_2</dataType>", "<name>_1x</name>",
           "<enumerator>[_1x .. y], _1x</enumerator>"},
          {},
-         "name `a b` of enumerated datatype is written as `a_b_2`"                        },
+         "name `a b` of enumerated datatype is written as `a_b_2`"},
         {"empty tables of classes and values out of their range",
          document(R"(<modelIdentification><modificationDate>10/03/2003</modificationDate>
 <applicationDomain/></modelIdentification><objects/><interactions/><dataTypes><arrayDataTypes>
@@ -82,7 +82,7 @@ TEST(WriteTest, WhatTheSchemaRefusesIsMadeValidWithAFinding)
           "          <name>y</name>\n        </attribute>\n        <objectClass>\n          "
           "<name>C</name>"},
          {},
-         "attribute `x` of object class `A` is lost: the name is there twice"                                                                               },
+         "attribute `x` of object class `A` is lost: the name is there twice"},
         {"a reference to instances in 2010",
          document(R"(<dataTypes><referenceDataTypes><referenceDataType><name>R</name>
 <representation>L</representation><referenceClass>C</referenceClass></referenceDataType>
@@ -111,7 +111,7 @@ D</dimension></dimensions></attribute></objectClass></objects><dimensions><dimen
          omt::Edition::ieee2025,
          {R"(<n:x xmlns:n="urn:n"/>)"},
          {"<new>", "u="},
-         "the element `new` of object class `A` is lost"                                                    },
+         "the element `new` of object class `A` is lost"},
     };
     for (const auto& one : cases)
     {

@@ -152,11 +152,11 @@ TEST(XmlReadingTest, ReadsEveryEncoding)
     const std::string sign = "\xE2\x82\xAC";
     const std::map<std::string, std::string> cases = {
         {in2010(letters), letter + sign},
-        {                       "\xEF\xBB\xBF" + in2010(letters),  letter + sign             },
-        {   declared("ISO-8859-1",         "\xE4"),                      letter},
-        { declared("windows-1252",           "\x80"),                        sign},
-        {             utf16(plain,            true),                         "a"},
-        {             utf16(plain,            false),                         "a"},
+        {"\xEF\xBB\xBF" + in2010(letters), letter + sign},
+        {declared("ISO-8859-1", "\xE4"), letter},
+        {declared("windows-1252", "\x80"), sign},
+        {utf16(plain, true), "a"},
+        {utf16(plain, false), "a"},
     };
     for (const auto& [text, expected] : cases)
     {

@@ -87,9 +87,9 @@ std::string jsonOf(const omt::EntityTable& table, const Codes& key, const Rows& 
     };
     for (std::size_t at = 0; at < std::min(limit, rows.size()); ++at)
         result["matches"].push_back({
-            {"row",            numbersOf(rows[at]->codes)},
-            {         "names", rows[at]->names                          },
-            { "country",      countryOf(table,                                *rows[at])}
+            {"row", numbersOf(rows[at]->codes)},
+            {"names", rows[at]->names},
+            {"country", countryOf(table, *rows[at])}
         });
     result["more"] = rows.size() - result["matches"].size();
     return result.dump(2, ' ', true, Json::error_handler_t::replace) + '\n';

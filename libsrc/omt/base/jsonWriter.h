@@ -48,7 +48,8 @@ public:
         quote(value);
     }
     template <std::integral Number>
-    requires(!std::same_as<Number, bool>) void number(Number value)
+        requires(!std::same_as<Number, bool>)
+    void number(Number value)
     {
         char digits[24];
         raw({digits, std::to_chars(digits, digits + sizeof digits, value).ptr});

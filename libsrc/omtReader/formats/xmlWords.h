@@ -93,9 +93,9 @@ inline constexpr Spelling<DtTagNode> theTagWords[] = {
 
 inline constexpr Spelling<DtSynchroNode> theSynchronizationWords[] = {
     {"label", &DtSynchroNode::setName, WhenEmpty::drop},
-    {"dataType",       &DtSynchroNode::setDatatype                    },
-    {"capability",       &DtSynchroNode::setCapability},
-    {"semantics",       &DtSynchroNode::setDescription                     },
+    {"dataType", &DtSynchroNode::setDatatype},
+    {"capability", &DtSynchroNode::setCapability},
+    {"semantics", &DtSynchroNode::setDescription},
 };
 
 inline constexpr Spelling<DtTimeRepNode> theTimeStampWords[] = {
