@@ -3,6 +3,7 @@
 
 #include "errors.h"
 #include "octetDump.h"
+#include "plainText.h"
 
 #include <algorithm>
 
@@ -17,6 +18,9 @@ bool isAmong(char c, std::string_view characters)
 {
     return characters.find(c) != std::string_view::npos;
 }
+
+/// Said of a control character, or of an octet that is not ASCII.
+constexpr const char* theNoText = "is no hexadecimal digit; --file takes octets as they are";
 
 bool isBlank(char c)
 {
@@ -41,7 +45,7 @@ private:
     [[noreturn]] void refuse(const std::string& why) const { throw OctetRefusal{myAt, why}; }
     [[noreturn]] void refuseHere(const std::string& why) const
     {
-        refuse('"' + std::string(1, here()) + "\" " + why);
+        refuse('"' + visible(std::string_view(&myText[myAt], 1)) + "\" " + why);
     }
 
     void readOctet();
@@ -67,7 +71,7 @@ private:
 void OctetText::readOctet()
 {
     const int high = hexadecimalDigit(here());
-    if (high < 0) refuseHere("is no hexadecimal digit");
+    if (high < 0) refuseHere(here() < ' ' ? theNoText : "is no hexadecimal digit");
     if (isBlank(next()) || isAmong(next(), theMarks))
         refuse("an odd number of digits; an octet has two");
     ++myAt;
