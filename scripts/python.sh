@@ -34,6 +34,7 @@ testModule()
     cp "$build"/_core*.so "$build/package/omtreader"
     "$python" -m mypy --strict --cache-dir "$root/build/python/mypy" src
     OMT_LIBRARY=$1 PYTHONPATH="$build/package" "$python" -B -m pytest
+    PYTHONPATH="$build/package" "$python" -B ../docs/checkCommands.py python
     [[ -n ${OMT_MODELS:-} ]] || { echo "Left out: published models, as OMT_MODELS is not set"; exit 77; }
 }
 
