@@ -221,8 +221,8 @@ void appendNumber(Octets& octets, std::string_view& text)
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     append(octets, number);
-    const auto behind = static_cast<std::size_t>(end - text.data()) + 1;
-    text.remove_prefix(std::min(behind, text.size()));
+    const auto after = static_cast<std::size_t>(end - text.data()) + 1;
+    text.remove_prefix(std::min(after, text.size()));
 }
 
 Octets trackByHand(std::string_view text)
