@@ -19,9 +19,6 @@ bool isAmong(char c, std::string_view characters)
     return characters.find(c) != std::string_view::npos;
 }
 
-/// Said of a control character, or of an octet that is not ASCII.
-constexpr const char* theNoText = "is no hexadecimal digit; --file takes octets as they are";
-
 bool isBlank(char c)
 {
     return isAmong(c, theBlanks);
@@ -33,6 +30,7 @@ class OctetText
 public:
     explicit OctetText(std::string_view text) : myText(text) {}
 
+    void refuseWhatIsNoText();
     Octets plain();
     Octets escaped();
     Octets listed();
@@ -66,12 +64,21 @@ private:
     bool myIsInList = false;
 };
 
+/// Octets that were given as they are; in those, braces and quotes would mislead.
+void OctetText::refuseWhatIsNoText()
+{
+    for (myAt = 0; !isAtEnd(); ++myAt)
+        if (static_cast<unsigned char>(here()) < 0x20U && !isBlank(here()))
+            refuseHere("is no hexadecimal digit; --file takes octets as they are");
+    myAt = 0;
+}
+
 // Digits ----------------------------------------------------------------------------------------
 
 void OctetText::readOctet()
 {
     const int high = hexadecimalDigit(here());
-    if (high < 0) refuseHere(here() < ' ' ? theNoText : "is no hexadecimal digit");
+    if (high < 0) refuseHere("is no hexadecimal digit");
     if (isBlank(next()) || isAmong(next(), theMarks))
         refuse("an odd number of digits; an octet has two");
     ++myAt;
@@ -230,6 +237,7 @@ Octets readForm(std::string_view text)
 {
     if (std::optional<Octets> octets = readDump(text)) return std::move(*octets);
     OctetText form(text);
+    form.refuseWhatIsNoText();
     if (text.find("\\x") != std::string_view::npos) return form.escaped();
     const bool isList = text.find_first_of("{[") != std::string_view::npos ||
                         text.find("0x") != std::string_view::npos ||
