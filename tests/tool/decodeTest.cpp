@@ -200,7 +200,7 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--type Metres --set X=1", "--set requires --from"}, {"--type Metres --text=1 1", "\"1\" is too"},
         {"--type Metres --from 00 --set 1", "--set: \"1\" is not of the form PATH=VALUE"},
     }, 2);
-    expectMessage("layout", {{"SignalKind --type SignalKind", "one of TYPE, --type, "}, {"", "one of"}}, 2);
+    expectMessage("layout", {{"SignalKind --type SignalKind", "exactly one of TYPE, --type, "}, {"", "exactly one of"}}, 2);
     EXPECT_THAT(run("decode Harbour --type A 00").err, HasSubstr("is written ./NAME"));
     const Outcome odd = run("decode odd.xml --type Set 0a fF");
     EXPECT_EQ(odd.status, 0);
