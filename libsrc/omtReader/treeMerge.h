@@ -3,6 +3,7 @@
 #pragma once
 
 #include "omtReader/classFinder.h"
+#include "omtReader/values/virtualSlot.h"
 #include "util/dtMessages.h"
 
 #include <algorithm>
@@ -19,9 +20,9 @@ namespace omtreader
 /// The merge of one hierarchy into a tree, and its undoing: what it has added so far goes again
 /// with it, unless keep() was called.
 ///
-/// The classes of a host's tree go through its own merge operation, down to a depth that leaves the
-/// stack to the host. Those of a plain tree, and those below that depth, are walked flat. A class
-/// that stands below itself is passed over there.
+/// The classes go through the tree's own merge operation where a host has replaced that, down to a
+/// depth that leaves the stack to the host. Where none has, and below that depth, they are walked
+/// flat. A class that stands below itself is passed over there.
 template <typename Class>
 class ClassMerge
 {
@@ -29,6 +30,9 @@ public:
     explicit ClassMerge(DtOMTTree& tree)
         : myTree(tree), myIsPlain(typeid(tree) == typeid(DtOMTTree)), myFinder(tree)
     {
+        if (myIsPlain) return;
+        const DtOMTTree plain;
+        myIsReplaced = isReplaced(virtualTable(&tree), virtualTable(&plain), H::theMerge);
     }
     ~ClassMerge()
     {
@@ -53,7 +57,7 @@ public:
                 continue;
             }
             const Class& child = **level.next++;
-            if (!myIsPlain && myDepth < theMostCalls)
+            if (myIsReplaced && myDepth < theMostCalls)
                 link(level, H::merge(myTree, child));
             else
                 walk.enter(child);
@@ -104,6 +108,7 @@ private:
 
     DtOMTTree& myTree;
     const bool myIsPlain;
+    bool myIsReplaced = false;
     bool myIsKept = false;
     int myDepth = 0;
     Finder myFinder;
@@ -150,7 +155,7 @@ bool ClassMerge<Class>::Walk::addName(const Class& source)
 {
     const std::size_t aboveLength = name.size();
     if (aboveLength > 0 && source.getParentObject() == levels.end()[-2].source &&
-        !FullNames::isHosts(source))
+        !FullNames::isReplaced(source))
     {
         name += '.';
         name += source.getName().view();

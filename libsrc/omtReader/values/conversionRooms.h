@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Holds everything that converts for one datatype manager, and decides whether a host takes part.
+// The rooms behind a datatype manager's door, furnished for one manager.
 #pragma once
 
 #include "omtReader/values/alignmentCalculator.h"
@@ -12,31 +12,36 @@
 #include "omtReader/values/valueReader.h"
 #include "omtReader/values/valueWalker.h"
 #include "omtReader/values/valueWriter.h"
+#include "omtReader/values/virtualSlot.h"
 
 #include <optional>
-#include <typeinfo>
 
 namespace omtreader
 {
 
+/// Everything that converts, and what a host's manager replaced of it.
 class ConversionRooms
 {
 public:
+    /// To be made in the constructor of the manager, where the manager has our own operations only.
     ConversionRooms(DtDatatypeManager& manager, ConversionSettings& settings);
 
-    /// Every operation at the door begins with it. A class is a host's as a whole, whatever it
-    /// replaces: that question the language can answer.
+    /// Learns what the manager's class replaced; every operation at the door begins with it.
     ConversionRooms& open()
     {
-        mySettings.hasHost = typeid(myManager) != typeid(DtDatatypeManager);
-        if (!bounds.isCounting()) renderer.release();
+        if (virtualTable(&myManager) != myTable) lookAtManager();
         return *this;
     }
-    bool hasHost() const { return mySettings.hasHost; }
+
+    bool mayRenderAtOnce = false;  ///< no host takes part in rendering
+    bool mayWalkClasses = false;   ///< no host takes part in looking at classes
 
 private:
+    void lookAtManager();
+
     DtDatatypeManager& myManager;
-    ConversionSettings& mySettings;
+    const char* myOwnTable;
+    const char* myTable = nullptr;
 
 public:
     ConversionBounds bounds;

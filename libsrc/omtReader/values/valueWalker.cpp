@@ -131,7 +131,8 @@ DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
     if (!value.data) return DtString();
     const ValueReader::Call call(myReader, value);
     if (!hasAttributeMapping(node.getName()))
-        return myManager.getStringRep(node.getDatatype(), value.data, value.length, value.consumed);
+        return myManager.getStringRep(myResolver.of(node).name, value.data, value.length,
+                                      value.consumed);
     DtString text;
     myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
@@ -216,7 +217,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
 
 void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text)
 {
-    if (!mySettings.hasHost && datatype.rep)
+    if (isAlone && datatype.rep)
         myReader.represent(*datatype.rep, datatype.name, value, text);
     else
         myManager.getDatatypeRep(datatype.name, value.data, value.length, value.consumed, text);
@@ -226,7 +227,7 @@ void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype
                        const Value& value, const Place& place)
 {
     const Descent descent(myDepth);
-    if (!mySettings.hasHost)
+    if (isAlone)
         (this->*ours)(datatype, value, place);
     else
         (myManager.*managers)(datatype.name, value.data, value.length, value.consumed, place.parent,
@@ -283,10 +284,10 @@ DtStringTree* ValueWalker::treeOf(const DtOMTDatatypeNode& node, ResolvedDatatyp
                                   const Value& value, unsigned int offset, DtStringTree* root,
                                   DtObjectHistory* history)
 {
-    if (!mySettings.hasHost && mySettings.attributeMappings.empty())
+    if (isAlone && mySettings.attributeMappings.empty())
         return build(datatype, value, &node, offset, root, history);
-    return myManager.createStringTreeRep(node, value.data, value.length, value.consumed, offset,
-                                         root, history);
+    return myManager.createStringTreeRep(myResolver.expect(node, datatype), value.data,
+                                         value.length, value.consumed, offset, root, history);
 }
 
 DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsigned int offset,
@@ -295,7 +296,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
     value.consumed = 0;
     if (!value.data) return nullptr;
     const ValueReader::Call call(myReader, value);
-    ResolvedDatatype& resolved = myResolver.find(node.getDatatype());
+    ResolvedDatatype& resolved = myResolver.of(node);
     if (!hasAttributeMapping(node.getName()))
         return myManager.createStringTreeRep(resolved.name, value.data, value.length,
                                              value.consumed, &node, offset, root, history);
@@ -447,7 +448,9 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
 {
     DtVariantDatatypeNode* const node = myResolver.variant(resolved);
     if (!node) return;
-    DtString text = myManager.getStringRep(*node, value.data, value.length, value.consumed);
+    DtString text =
+        myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
+                               value.data, value.length, value.consumed);
     const DtString& key = node->getDiscriminant();
     if (!myBounds.allowNode(resolved.name, place.offset, myDepth, key.length()))
     {
