@@ -2,7 +2,6 @@
 // The module omtreader._core: models, codecs, fields and tables of libomt for Python.
 #include "dicts.h"
 #include "omt/codec/layout.h"
-#include "rows.h"
 #include "tables.h"
 
 #include <nanobind/stl/optional.h>
@@ -62,8 +61,6 @@ nb::list findingsOf(const omt::Findings& findings)
 
 class Field;
 
-constexpr std::uint32_t theMostInBatch = omt::ColumnOptions().mostInBatch;
-
 class Codec
 {
 public:
@@ -120,35 +117,17 @@ public:
     }
 
     Table decodeColumn(std::string_view name, nb::handle column, std::string_view labels,
-                       bool widenUnsigned, std::uint32_t mostInBatch)
+                       bool widenUnsigned)
     {
-        return Table::decode(columns(name, labels, widenUnsigned, mostInBatch),
-                             omtpy::takeColumn(column));
+        return Table::decode(columns(name, labels, widenUnsigned), omtpy::takeColumn(column));
     }
 
     Table encodeColumn(std::string_view name, nb::handle column)
     {
-        return Table::encode(columns(name, "dictionary", false, theMostInBatch),
-                             omtpy::takeColumn(column));
+        return Table::encode(columns(name, "dictionary", false), omtpy::takeColumn(column));
     }
 
     std::string layout(std::string_view name);
-
-    /// The attributes and parameters that a path may mean, each with the class that declares it.
-    nb::list members(std::string_view path) const
-    {
-        const omt::Model& model = myCodec->model();
-        nb::list all;
-        for (const omt::MemberUse& use : model.findMembers(path))
-        {
-            const std::string owner =
-                use.attribute
-                    ? model.fullName(static_cast<const omt::ObjectClass&>(*use.owner))
-                    : model.fullName(static_cast<const omt::InteractionClass&>(*use.owner));
-            all.append(owner + '.' + std::string(use.member().name));
-        }
-        return all;
-    }
 
     /// A member where there is a period, else a datatype; found once.
     const omt::Type& type(std::string_view name)
@@ -175,8 +154,7 @@ private:
         }
     }
 
-    omt::Columns columns(std::string_view name, std::string_view labels, bool widenUnsigned,
-                         std::uint32_t mostInBatch)
+    omt::Columns columns(std::string_view name, std::string_view labels, bool widenUnsigned)
     {
         constexpr std::string_view theLabels[] = {"dictionary", "string", "number"};
         const auto* const found = std::find(std::begin(theLabels), std::end(theLabels), labels);
@@ -185,7 +163,6 @@ private:
         omt::ColumnOptions options;
         options.labels = static_cast<omt::Labels>(found - theLabels);
         options.widensUnsigned = widenUnsigned;
-        options.mostInBatch = std::min(mostInBatch, theMostInBatch);
         return omt::Columns(type(name), options);
     }
 
@@ -283,20 +260,7 @@ Field fieldOf(Codec& codec, std::string_view name, std::string_view path)
 
 // Models -------------------------------------------------------------------------------------
 
-/// What was read, and what it was read from.
-struct Model : omt::Reading
-{
-    nb::tuple documents;
-    bool mim = false;
-
-    nb::bytes standardMim() const
-    {
-        const std::string_view text = omt::standardMim(model.edition());
-        return nb::bytes(text.data(), text.size());
-    }
-};
-
-Model readDocuments(nb::handle documents, bool mim)
+omt::Reading readDocuments(nb::handle documents, bool mim)
 {
     std::vector<std::string> texts;
     std::vector<omt::Document> all;
@@ -309,31 +273,19 @@ Model readDocuments(nb::handle documents, bool mim)
                            view.octets().size());
     }
     for (std::size_t i = 0; i < texts.size(); ++i) all.push_back({names[i], texts[i]});
-    Model model;
-    model.documents = nb::tuple(documents);
-    model.mim = mim;
     const nb::gil_scoped_release unlocked;
-    static_cast<omt::Reading&>(model) = omt::readDocuments(all, omt::ReadOptions().withMim(mim));
-    return model;
+    return omt::readDocuments(all, omt::ReadOptions().withMim(mim));
 }
 
 }  // namespace
 
 NB_MODULE(_core, module)
 {
-    nb::class_<Model>(module, "Model")
-        .def_prop_ro("findings", [](const Model& model) { return findingsOf(model.findings); })
-        .def_prop_ro("is_sound", [](const Model& model) { return model.isSound(); })
-        .def_ro("documents", &Model::documents)
-        .def_ro("mim", &Model::mim)
-        .def("standard_mim", &Model::standardMim)
-        .def("codec", [](const Model& model) { return Codec(model.model); })
-        .def("__reduce__",
-             [](const Model& model)
-             {
-                 return nb::make_tuple(nb::module_::import_("omtreader").attr("_read_again"),
-                                       nb::make_tuple(model.documents, model.mim));
-             });
+    nb::class_<omt::Reading>(module, "Model")
+        .def_prop_ro("findings",
+                     [](const omt::Reading& reading) { return findingsOf(reading.findings); })
+        .def_prop_ro("is_sound", &omt::Reading::isSound)
+        .def("codec", [](const omt::Reading& reading) { return Codec(reading.model); });
     nb::class_<Codec>(module, "Codec")
         .def_prop_ro("findings", &Codec::findings)
         .def("decode", &Codec::decode, nb::arg("name"), nb::arg("octets"))
@@ -342,14 +294,9 @@ NB_MODULE(_core, module)
         .def("encode_json", &Codec::encodeJson, nb::arg("name"), nb::arg("json"))
         .def("field", fieldOf, nb::arg("name"), nb::arg("path"))
         .def("decode_column", &Codec::decodeColumn, nb::arg("name"), nb::arg("column"),
-             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false,
-             nb::arg("most_in_batch") = theMostInBatch)
+             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false)
         .def("encode_column", &Codec::encodeColumn, nb::arg("name"), nb::arg("column"))
-        .def("layout", &Codec::layout, nb::arg("name"))
-        .def("members", &Codec::members, nb::arg("path"));
-    nb::class_<omtpy::Rows>(module, "Rows")
-        .def(nb::init<nb::bytes>(), nb::arg("start"))
-        .def("read", &omtpy::Rows::read, nb::arg("block"), nb::arg("is_first"));
+        .def("layout", &Codec::layout, nb::arg("name"));
     nb::class_<Field>(module, "Field").def("__call__", &Field::operator(), nb::arg("octets"));
     nb::class_<Table>(module, "Table")
         .def("__len__", &Table::rows)

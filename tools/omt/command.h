@@ -34,4 +34,6 @@ struct Command
     /// Throws a std::exception whose message is for the user where there is no result: what is
     /// wrong and where.
     std::function<Result()> run;
+    /// The exit status where there is no result.
+    int statusWithoutResult = 1;
 };

@@ -3,6 +3,7 @@
 #include "checkCommand.h"
 #include "convertCommand.h"
 #include "decodeCommand.h"
+#include "diffCommand.h"
 #include "encodeCommand.h"
 #include "entityCommand.h"
 #include "errors.h"
@@ -10,7 +11,6 @@
 #include "layoutCommand.h"
 #include "messages.h"
 #include "omt/base/nearestNames.h"
-#include "omt/c.h"
 #include "plainText.h"
 #include "showCommand.h"
 
@@ -48,8 +48,7 @@ struct GeneralChoice
 
 void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
 {
-    app.set_version_flag("--version",
-                         std::string("omt ") + OMT_VERSION + ", libomt " + omt_version());
+    app.set_version_flag("--version", std::string("omt ") + OMT_VERSION);
     CLI::Option* const verbose =
         app.add_flag("-v,--verbose", choice.isVerbose,
                      "Say all that was found, also of datatypes that are not asked for");
@@ -62,6 +61,7 @@ void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
         "Examples:\n"
         "  omt show HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt check HarbourBase.xml HarbourTraffic.xml --mim\n"
+        "  omt diff --wire HarbourBase.xml -- HarbourBase.xml HarbourTraffic.xml\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 10\n"
         "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
         "  omt layout HarbourBase.xml --mim BerthIdentifier\n"
@@ -145,7 +145,7 @@ ExitStatus endParsing(const CLI::App& app, const CLI::ParseError& error)
     return theWrongUsage;
 }
 
-ExitStatus run(const CLI::App& app, const Command& command)
+int run(const CLI::App& app, const Command& command)
 {
     try
     {
@@ -162,7 +162,7 @@ ExitStatus run(const CLI::App& app, const Command& command)
     catch (const std::exception& error)
     {
         writeMessage(error.what());
-        return theBadInput;
+        return command.statusWithoutResult;
     }
 }
 
@@ -173,9 +173,11 @@ int main(int argumentCount, char** arguments)
     CLI::App app("Reads HLA object models and the values that they describe.", "omt");
     GeneralChoice choice;
     addGeneralArguments(app, choice);
+    WordsAfter wordsAfter = takeWordsAfter(argumentCount, arguments);
     const Command commands[] = {
-        addShowCommand(app),    addDecodeCommand(app), addEncodeCommand(app), addLayoutCommand(app),
-        addConvertCommand(app), addFmtCommand(app),    addEntityCommand(app), addCheckCommand(app)};
+        addShowCommand(app),   addDecodeCommand(app),  addEncodeCommand(app),
+        addLayoutCommand(app), addConvertCommand(app), addFmtCommand(app),
+        addEntityCommand(app), addCheckCommand(app),   addDiffCommand(app, std::move(wordsAfter))};
     try
     {
         app.parse(argumentCount, arguments);

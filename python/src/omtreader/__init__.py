@@ -29,8 +29,3 @@ def load(*sources: str | os.PathLike[str] | bytes, mim: bool = False,
     if strict and not model.is_sound:
         raise ModelError(model.findings)
     return model
-
-
-def _read_again(documents: tuple[tuple[str, bytes], ...], mim: bool) -> Model:
-    """What a model that was pickled becomes."""
-    return read_documents(documents, mim)
