@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // The module omtreader._core: models, codecs, fields and tables of libomt for Python.
 #include "dicts.h"
+#include "omt/check/check.h"
+#include "omt/check/diff.h"
 #include "omt/codec/layout.h"
 #include "tables.h"
 
 #include <nanobind/stl/optional.h>
 #include <nanobind/stl/string.h>
 #include <nanobind/stl/string_view.h>
+#include <nanobind/stl/vector.h>
 
 #include <algorithm>
 #include <sstream>
@@ -260,21 +263,99 @@ Field fieldOf(Codec& codec, std::string_view name, std::string_view path)
 
 // Models -------------------------------------------------------------------------------------
 
+/// Copies of documents, which the caller may change meanwhile.
+class Documents
+{
+public:
+    explicit Documents(nb::handle documents)
+    {
+        std::vector<std::string> names;
+        for (nb::handle one : documents)
+        {
+            const View view(one[1]);
+            names.push_back(nb::cast<std::string>(one[0]));
+            myTexts.emplace_back(reinterpret_cast<const char*>(view.octets().data()),
+                                 view.octets().size());
+        }
+        for (std::size_t i = 0; i < myTexts.size(); ++i) myAll.push_back({names[i], myTexts[i]});
+    }
+
+    const std::vector<omt::Document>& all() const { return myAll; }
+
+private:
+    std::vector<std::string> myTexts;
+    std::vector<omt::Document> myAll;
+};
+
 omt::Reading readDocuments(nb::handle documents, bool mim)
 {
-    std::vector<std::string> texts;
-    std::vector<omt::Document> all;
-    std::vector<std::string> names;
-    for (nb::handle one : documents)
-    {
-        const View view(one[1]);
-        names.push_back(nb::cast<std::string>(one[0]));
-        texts.emplace_back(reinterpret_cast<const char*>(view.octets().data()),
-                           view.octets().size());
-    }
-    for (std::size_t i = 0; i < texts.size(); ++i) all.push_back({names[i], texts[i]});
+    const Documents read(documents);
     const nb::gil_scoped_release unlocked;
-    return omt::readDocuments(all, omt::ReadOptions().withMim(mim));
+    return omt::readDocuments(read.all(), omt::ReadOptions().withMim(mim));
+}
+
+// Checks and differences ---------------------------------------------------------------------
+
+nb::list checkDocuments(nb::handle documents, bool mim, std::vector<std::string> enable,
+                        std::vector<std::string> disable)
+{
+    const Documents read(documents);
+    omt::Findings findings;
+    {
+        const nb::gil_scoped_release unlocked;
+        findings = omt::check(read.all(), {std::move(enable), std::move(disable)},
+                              omt::ReadOptions().withMim(mim));
+    }
+    return findingsOf(findings);
+}
+
+nb::str textOf(std::string_view text)
+{
+    return nb::str(text.data(), text.size());
+}
+
+nb::object placeOf(const omt::Place& place)
+{
+    if (place.file.empty()) return nb::none();
+    std::ostringstream text;
+    text << place;
+    return textOf(text.str());
+}
+
+nb::object wireOf(const std::optional<omt::WireChange>& wire)
+{
+    if (!wire) return nb::none();
+    return omtpy::typeNamed("OctetChange")(textOf(omt::name(wire->wire)), wire->octet, wire->path,
+                                           wire->why);
+}
+
+nb::list detailsOf(const std::vector<omt::Detail>& details)
+{
+    const nb::object make = omtpy::typeNamed("Detail");
+    nb::list all;
+    for (const omt::Detail& one : details)
+        all.append(make(textOf(omt::name(one.change)), one.partKind, one.part, one.property,
+                        one.before, one.after));
+    return all;
+}
+
+nb::object diff(const omt::Reading& before, const omt::Reading& after)
+{
+    omt::Differences found;
+    {
+        const nb::gil_scoped_release unlocked;
+        found = omt::diff(before.model, after.model);
+    }
+    const nb::object make = omtpy::typeNamed("Difference");
+    const nb::object all = omtpy::typeNamed("Differences")();
+    for (const omt::Difference& row : found.rows)
+        all.attr("append")(make(textOf(omt::name(row.change)), row.kind, row.name, row.nameBefore,
+                                detailsOf(row.details), wireOf(row.wire), placeOf(row.before),
+                                placeOf(row.after)));
+    for (const omt::Wire wire :
+         {omt::Wire::same, omt::Wire::compatible, omt::Wire::unknown, omt::Wire::different})
+        all.attr("octets")[textOf(omt::name(wire))] = found.octets[static_cast<std::size_t>(wire)];
+    return all;
 }
 
 }  // namespace
@@ -310,4 +391,7 @@ NB_MODULE(_core, module)
             [](const Table& table, nb::handle) { return table.streamCapsule(); },
             nb::arg("requested_schema") = nb::none());
     module.def("read_documents", readDocuments, nb::arg("documents"), nb::arg("mim"));
+    module.def("check_documents", checkDocuments, nb::arg("documents"), nb::arg("mim"),
+               nb::arg("enable"), nb::arg("disable"));
+    module.def("diff", diff, nb::arg("before"), nb::arg("after"));
 }

@@ -124,3 +124,24 @@ def test_threads_share_a_codec(codec: omt.Codec) -> None:
     for thread in threads:
         thread.join()
     assert results == [200000.0] * 4
+
+
+def test_checks_and_differences() -> None:
+    wider = MODEL.replace(b"<name>Blue</name><value>2<", b"<name>Blue</name><value>3<")
+    before, after = omt.load(MODEL, mim=True), omt.load(wider, mim=True)
+    assert not omt.diff(before, before)
+    found = omt.diff(before, after)
+    assert [(row.change, row.kind, row.name) for row in found] == [
+        ("changed", "attribute", "Ship.State"), ("changed", "enumerated datatype", "Flag"),
+        ("changed", "fixed record", "State")]
+    assert found[0].octets == omt.OctetChange(
+        "different", 0, "Flag", "the enumerator `Blue` is 3, and was 2")
+    assert found[1].details == [omt.Detail("changed", "enumerator", "Blue", "value", "2", "3")]
+    assert found.octets["different"] == 3 and found[1].after == "document 1:4"
+
+    gone = MODEL.replace(b"HLAfloat64BE", b"Speed")
+    assert "unknown-datatype" in [one.name for one in omt.check(gone, mim=True)]
+    assert "unknown-datatype" not in [
+        one.name for one in omt.check(gone, mim=True, disable=["unknown-datatype"])]
+    with pytest.raises(ValueError, match="lnit"):
+        omt.check(MODEL, enable=["lnit"])

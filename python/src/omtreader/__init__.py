@@ -2,14 +2,26 @@
 """HLA object models, and the octets of the values that they describe."""
 
 import os
+from collections.abc import Iterable
 from pathlib import Path
 
-from ._core import Codec, Field, Model, Table, read_documents
-from ._types import (DecodeError, EncodeError, Enumerator, Finding, ModelError, OmtError,
-                     UnknownName)
+from ._core import Codec, Field, Model, Table, check_documents, diff, read_documents
+from ._types import (DecodeError, Detail, Difference, Differences, EncodeError, Enumerator,
+                     Finding, ModelError, OctetChange, OmtError, UnknownName)
 
-__all__ = ["Codec", "DecodeError", "EncodeError", "Enumerator", "Field", "Finding", "Model",
-           "ModelError", "OmtError", "Table", "UnknownName", "load"]
+__all__ = ["Codec", "DecodeError", "Detail", "Difference", "Differences", "EncodeError",
+           "Enumerator", "Field", "Finding", "Model", "ModelError", "OctetChange", "OmtError",
+           "Table", "UnknownName", "check", "diff", "load"]
+
+
+def _documents(sources: Iterable[str | os.PathLike[str] | bytes]) -> list[tuple[str, bytes]]:
+    documents = []
+    for place, source in enumerate(sources, 1):
+        if isinstance(source, bytes):
+            documents.append((f"document {place}", source))
+        else:
+            documents.append((os.fspath(source), Path(source).read_bytes()))
+    return documents
 
 
 def load(*sources: str | os.PathLike[str] | bytes, mim: bool = False,
@@ -19,13 +31,17 @@ def load(*sources: str | os.PathLike[str] | bytes, mim: bool = False,
     With `mim` the standard MIM of the newest edition among them stands before them. What is wrong is
     in `findings` of the model; with `strict` an error among them raises ModelError.
     """
-    documents = []
-    for place, source in enumerate(sources, 1):
-        if isinstance(source, bytes):
-            documents.append((f"document {place}", source))
-        else:
-            documents.append((os.fspath(source), Path(source).read_bytes()))
-    model = read_documents(documents, mim)
+    model = read_documents(_documents(sources), mim)
     if strict and not model.is_sound:
         raise ModelError(model.findings)
     return model
+
+
+def check(*sources: str | os.PathLike[str] | bytes, mim: bool = False, enable: Iterable[str] = (),
+          disable: Iterable[str] = ()) -> list[Finding]:
+    """All that is wrong with documents that are loaded together, by the rules of `omt check`.
+
+    Documents are given as for load(): rules look at them as they are written. `enable` and `disable`
+    are names of rules or groups; "lint" is off unless it is enabled. Raises ValueError for others.
+    """
+    return check_documents(_documents(sources), mim, list(enable), list(disable))

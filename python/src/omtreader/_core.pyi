@@ -4,7 +4,7 @@ from typing import Any, Literal, Protocol
 
 from typing_extensions import Buffer
 
-from ._types import Finding
+from ._types import Differences, Finding
 
 class ArrowColumn(Protocol):
     def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]: ...
@@ -61,3 +61,8 @@ class Codec:
         """Where the octets of a datatype stand."""
 
 def read_documents(documents: Sequence[tuple[str, bytes]], mim: bool) -> Model: ...
+def check_documents(
+    documents: Sequence[tuple[str, bytes]], mim: bool, enable: list[str], disable: list[str]
+) -> list[Finding]: ...
+def diff(before: Model, after: Model) -> Differences:
+    """What changed between two models, and which octets did."""

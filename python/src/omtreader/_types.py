@@ -34,6 +34,53 @@ class Finding(NamedTuple):
         return self.whole
 
 
+class OctetChange(NamedTuple):
+    """What became of the octets of an attribute, a parameter or a datatype."""
+
+    change: str
+    """"same", "compatible" (for what both know), "unknown" or "different"."""
+    octet: int | None
+    """The first that differs, where it is known."""
+    path: str
+    why: str
+
+
+class Detail(NamedTuple):
+    """One property or part of a definition that is not as it was."""
+
+    change: str
+    part_kind: str
+    part: str
+    property: str
+    before: str
+    after: str
+
+
+class Difference(NamedTuple):
+    """One definition that is not as it was."""
+
+    change: str
+    """"added", "removed", "renamed", "moved" or "changed"."""
+    kind: str
+    name: str
+    name_before: str
+    details: list[Detail]
+    octets: OctetChange | None
+    """Of attributes, parameters and datatypes that both models have."""
+    before: str | None
+    """FILE:LINE."""
+    after: str | None
+
+
+class Differences(list[Difference]):
+    """All of two models, empty where they say the same."""
+
+    def __init__(self) -> None:
+        super().__init__()
+        self.octets: dict[str, int] = {}
+        """Of how many attributes, parameters and datatypes octets are the same, and so on."""
+
+
 class OmtError(ValueError):
     """What all errors of this package are."""
 
