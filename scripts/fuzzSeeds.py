@@ -61,6 +61,8 @@ def seeds_of_xml(model):
     yield "xmlReader", b"4" + text  # merged with the standard MIM
     yield "readWriteRead", text
     yield "modelRead", text
+    yield "modelWrite", text
+    yield "modelDiff", text
     yield "codec", text + b"\0\0" + OCTETS
 
 
@@ -69,6 +71,8 @@ def seeds_of_hla13(model):
     yield "omtReader", text
     yield "readWriteRead", text
     yield "modelRead", text
+    yield "modelWrite", text
+    yield "modelDiff", text
     yield "codec", text + b"\0\0" + OCTETS
 
 
