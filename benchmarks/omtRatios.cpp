@@ -78,7 +78,7 @@ std::vector<Ratio> registerRatios()
     return registered;
 }
 
-/// One pair at a time: what another leaves behind in the heap does not weigh on this one.
+/// One pair at a time: what another leaves in the heap does not weigh on this one.
 double measured(const Ratio& ratio)
 {
     Times times;
@@ -118,7 +118,7 @@ void measureAll(const std::vector<Ratio>& wanted)
 
 int main(int argc, char* argv[])
 {
-    // The library's defaults for us, in front of what the user says.
+    // The library's defaults for us, before what the user says.
     std::string repetitions = "--benchmark_repetitions=40";
     std::string interleaving = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments(argv, argv + argc);

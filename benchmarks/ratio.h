@@ -13,7 +13,7 @@ namespace ratios
 {
 
 /// Does a piece of work once and gives the seconds that the part of interest took; what prepares
-/// it and cleans up behind it stays outside.
+/// it and cleans up after it stays outside.
 using Work = double (*)();
 
 struct Ratio

@@ -43,7 +43,8 @@ This package has headers and files for CMake and pkg-config."
 install(DIRECTORY examples DESTINATION "${theDocuments}/libomtreader-dev"
   COMPONENT development EXCLUDE_FROM_ALL PATTERN CMakeLists.txt EXCLUDE)
 install(DIRECTORY docs DESTINATION "${theDocuments}/libomtreader-dev"
-  COMPONENT development EXCLUDE_FROM_ALL FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+  COMPONENT development EXCLUDE_FROM_ALL FILES_MATCHING PATTERN "*.md" PATTERN "*.svg"
+  PATTERN site EXCLUDE)
 install(FILES README.md DESTINATION "${theDocuments}/libomtreader-dev"
   COMPONENT development EXCLUDE_FROM_ALL)
 if(TARGET omt)

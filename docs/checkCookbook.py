@@ -57,7 +57,7 @@ def check_page(*names):
 def check_recipe(name, program):
     recipe = recipes().get(name, "")
     source = "\n" + (EXAMPLES / f"cookbook/{name}.cpp").read_text()
-    code, output = blocks(recipe, "cpp"), blocks(recipe, "text")
+    code, output = blocks(recipe, "cpp"), blocks(recipe.split("\n**Python**\n")[0], "text")
     if not code or len(output) != 1:
         sys.exit(f"{name}: a recipe has code, and one block of text for the output")
     for block in code:

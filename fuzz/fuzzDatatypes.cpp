@@ -2,8 +2,8 @@
 // Any octets as a model of datatypes, as settings, and as a value of one of them.
 //
 // The first octet chooses: its lowest bit implicit padding, the next one that names are free. Else
-// a datatype contains those in front of it only, and what is decoded is compared with a slow and
-// obvious decoder. Every octet behind it is one decision, up to the value.
+// a datatype contains those before it only, and what is decoded is compared with a slow and
+// obvious decoder. Every octet after it is one decision, up to the value.
 #include "../tests/referenceWalk.h"
 #include "datatypeNodes.h"
 #include "omtReader/basicDataRepresentationNode.h"
@@ -44,7 +44,7 @@ constexpr const char* theCardinalities[] = {"1",           "3",       "1-3",    
                                             "-1",          "",        "%2147483647"};
 constexpr const char* theDelimiters[] = {",", "; ", "", "1"};
 
-/// The octets of an input one after the other; zeros behind its end.
+/// The octets of an input one after the other; zeros after its end.
 class Choices
 {
 public:

@@ -11,7 +11,7 @@ namespace
 
 constexpr std::string_view theAddition = "Valid FDD";
 
-/// Reads a document, and takes off what the writer puts behind the name.
+/// Reads a document, and takes off what the writer puts after the name.
 DtOMTTreePtr readWritten(const DtString& document)
 {
     DtOMTTreePtr tree = readXml(document.view());

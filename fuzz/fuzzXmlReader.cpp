@@ -3,7 +3,7 @@
 // links.
 //
 // The first octet chooses the way, the rest is the document. Digits do, so that inputs stay text:
-// 0 the reader that the front-end picks, 1 the 2010 one, 2 the 2000 one; plus 4 to merge behind the
+// 0 the reader that the front-end picks, 1 the 2010 one, 2 the 2000 one; plus 4 to merge after the
 // standard MIM.
 #include "omtReader/standardMIM.h"
 #include "readModel.h"

@@ -21,7 +21,7 @@ int main(int argc, char* argv[])
             std::cout << entry.path().filename().string() << std::endl;
             std::ifstream file(entry.path(), std::ios::binary);
             const std::vector<char> octets{std::istreambuf_iterator<char>(file), {}};
-            // A copy of just this size, with nothing behind it, lets a sanitizer see the end.
+            // A copy of just this size, with nothing after it, lets a sanitizer see the end.
             const std::vector<std::uint8_t> input(octets.begin(), octets.end());
             LLVMFuzzerTestOneInput(input.data(), input.size());
             ++replayed;

@@ -10,7 +10,7 @@
 
 #include <cstdint>
 
-/// Those whose line stands for one value only, in front of the others.
+/// Those whose line stands for one value only, before the others.
 inline constexpr std::size_t theExactCount = 8;
 inline constexpr const char* theDatatypes[] = {
     "Record",  "Doubles", "Pairs", "Bounded", "Bits",    "Open",     "Records", "Kind",

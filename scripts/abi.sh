@@ -10,9 +10,10 @@ root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-# The one table: a library, which is a target too, and the folder of its installed headers.
+# The one table: a library, its target, the component and the folder of its installed headers.
 libraries="
-omtReader  include/omtReader-1"
+omtReader  omtReader  development        include/omtReader-1
+omt        libomt     engineDevelopment  include/omt-0"
 
 # writeInterface LIBRARY HEADERS FILE: what programs see; not what the standard library has inside.
 writeInterface()
@@ -42,10 +43,10 @@ if [[ ${1:-} != check && ${1:-} != refresh ]]; then
     sed -n '3,6s/^# //p' "${BASH_SOURCE[0]}" >&2
     exit 2
 fi
-while read -r library headers; do
+while read -r library target component headers; do
     [[ -n $library ]] || continue
-    buildPreset package "$library"
-    cmake --install "$root/build/package" --component development --prefix "$scratch/prefix" \
+    buildPreset package "$target"
+    cmake --install "$root/build/package" --component "$component" --prefix "$scratch/prefix" \
         > /dev/null
     "$1Interface" "$library" "$headers"
 done <<< "$libraries"

@@ -14,7 +14,7 @@ import xml.etree.ElementTree as ElementTree
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 KEPT_OF_A_NAME = 3
 KEPT_ROWS = 200
-RECORD = bytes.fromhex("0103004E3D020000") + bytes(16)  # what fuzzRecords takes in front of the table
+RECORD = bytes.fromhex("0103004E3D020000") + bytes(16)  # what fuzzRecords takes before the table
 
 OCTETS = bytes.fromhex("0001000200030000000148454c4c4f00000000103fc00000c0000000") * 2
 

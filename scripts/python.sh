@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # The Python package: sets up a virtual environment in build/python and runs what is asked for.
-#   scripts/python.sh test LIBOMT.SO   builds the module with this library and runs its tests
-#   scripts/python.sh wheel            builds a wheel from the sources, and runs its tests
+#   scripts/python.sh test LIBOMT.SO TOOL   builds the module with this library and runs its tests
+#   scripts/python.sh wheel                 builds a wheel from the sources, and runs its tests
 # Without a way to PyPI, or without OMT_MODELS, it names what is left out and ends with 77.
 set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
@@ -33,7 +33,8 @@ testModule()
     cp -r src "$build/package"
     cp "$build"/_core*.so "$build/package/omtreader"
     "$python" -m mypy --strict --cache-dir "$root/build/python/mypy" src
-    OMT_LIBRARY=$1 PYTHONPATH="$build/package" "$python" -B -m pytest
+    OMT_LIBRARY=$1 OMT_TOOL=$2 PYTHONPATH="$build/package" "$python" -B -m pytest
+    PYTHONPATH="$build/package" "$python" -B ../docs/checkCommands.py python
     [[ -n ${OMT_MODELS:-} ]] || { echo "Left out: published models, as OMT_MODELS is not set"; exit 77; }
 }
 
@@ -55,7 +56,7 @@ testWheel()
 }
 
 case ${1:-} in
-    test) setUp; testModule "$2" ;;
+    test) setUp; testModule "$2" "$3" ;;
     wheel) setUp; testWheel ;;
     *) sed -n '3,6s/^# //p' "${BASH_SOURCE[0]}" >&2; exit 2 ;;
 esac

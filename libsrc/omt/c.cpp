@@ -5,6 +5,7 @@
 #include "omt/columns/columns.h"
 #include "omt/omt.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -28,6 +29,11 @@ struct omt_type
 struct omt_columns
 {
     omt::Columns columns;
+};
+
+struct omt_update_writer
+{
+    omt::UpdateWriter writer;
 };
 
 namespace
@@ -166,6 +172,41 @@ std::string valueJson(const omt::Value& value)
     json.endArray();
     json.endObject();
     return text;
+}
+
+std::string_view textOrNone(const char* text)
+{
+    return text ? std::string_view(text) : std::string_view();
+}
+
+/// Whether all that an update points to is there.
+bool isWhole(const omt_update& update)
+{
+    const auto kind = static_cast<int>(update.kind);
+    if (kind < 0 || kind > OMT_KIND_REMOVE) return false;
+    if (update.value_count > 0 && !update.values) return false;
+    if (update.tag_size > 0 && !update.tag) return false;
+    return std::all_of(update.values, update.values + update.value_count,
+                       [](const omt_member_value& one) { return one.size == 0 || one.octets; });
+}
+
+omt::Update updateOf(const omt_update& given)
+{
+    omt::Update update;
+    update.kind = static_cast<omt::UpdateKind>(given.kind);
+    update.time = given.time;
+    update.object = textOrNone(given.object);
+    update.classHandle = given.class_handle;
+    update.sender = textOrNone(given.sender);
+    update.tag = {given.tag, given.tag_size};
+    for (std::size_t i = 0; i < given.value_count; ++i)
+    {
+        const omt_member_value& one = given.values[i];
+        update.values.push_back({
+            one.member, {one.octets, one.size}
+        });
+    }
+    return update;
 }
 
 /// One batch of decoding or encoding.
@@ -408,4 +449,60 @@ omt_status omt_encode_column(const omt_columns* columns, const ArrowSchema* sche
                              char** error)
 {
     return convert<&omt::Columns::encode>(columns, schema, column, first, batch, error);
+}
+
+omt_status omt_update_writer_new(const char* file, omt_update_writer** writer, char** error)
+{
+    return guarded(
+        error,
+        [&]
+        {
+            if (writer) *writer = nullptr;
+            if (!areGiven(file, writer)) return misuse(error);
+            std::unique_ptr<omt_update_writer> made(new omt_update_writer{omt::UpdateWriter(file)});
+            if (const std::error_code wrong = made->writer.error())
+                return tell(OMT_NO_FILE, file + (": " + wrong.message()), error);
+            *writer = made.release();
+            return OMT_OK;
+        });
+}
+
+void omt_update_writer_free(omt_update_writer* writer)
+{
+    delete writer;
+}
+
+omt_status omt_name_class(omt_update_writer* writer, uint64_t class_handle, const char* name,
+                          char** error)
+{
+    return guarded(error,
+                   [&]
+                   {
+                       if (!areGiven(writer, name)) return misuse(error);
+                       writer->writer.nameClass(class_handle, name);
+                       return OMT_OK;
+                   });
+}
+
+omt_status omt_name_member(omt_update_writer* writer, uint64_t class_handle, uint64_t member,
+                           const char* name, char** error)
+{
+    return guarded(error,
+                   [&]
+                   {
+                       if (!areGiven(writer, name)) return misuse(error);
+                       writer->writer.nameMember(class_handle, member, name);
+                       return OMT_OK;
+                   });
+}
+
+omt_status omt_write_update(omt_update_writer* writer, const omt_update* update, char** error)
+{
+    return guarded(error,
+                   [&]
+                   {
+                       if (!areGiven(writer, update) || !isWhole(*update)) return misuse(error);
+                       if (writer->writer.write(updateOf(*update))) return OMT_OK;
+                       return tell(OMT_NO_FILE, writer->writer.error().message(), error);
+                   });
 }

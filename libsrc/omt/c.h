@@ -31,13 +31,16 @@ extern "C"
         /// There is not enough memory.
         OMT_NO_MEMORY = 3,
         /// An argument is null or out of range.
-        OMT_MISUSE = 4
+        OMT_MISUSE = 4,
+        /// A file cannot be written; the error says why.
+        OMT_NO_FILE = 5
     } omt_status;
 
     typedef struct omt_model omt_model;
     typedef struct omt_codec omt_codec;
     typedef struct omt_type omt_type;
     typedef struct omt_columns omt_columns;
+    typedef struct omt_update_writer omt_update_writer;
 
     /// "0.1.0"; not to be freed.
     OMT_EXPORT const char* omt_version(void);
@@ -125,6 +128,60 @@ extern "C"
                                             const struct ArrowSchema* schema,
                                             const struct ArrowArray* column, size_t* first,
                                             struct ArrowArray* batch, char** error);
+
+    // Recordings --------------------------------------------------------------------------------
+
+    typedef enum omt_update_kind
+    {
+        OMT_KIND_UPDATE = 0,
+        OMT_KIND_INTERACTION = 1,
+        OMT_KIND_DISCOVER = 2,
+        OMT_KIND_REMOVE = 3
+    } omt_update_kind;
+
+    /// One attribute or parameter; `octets` may be null where `size` is 0.
+    typedef struct omt_member_value
+    {
+        uint64_t member;
+        const void* octets;
+        size_t size;
+    } omt_member_value;
+
+    /// What was received at once: all attributes of a reflection, or all parameters of an
+    /// interaction. Handles are numbers that a federate makes of those of its RTI.
+    typedef struct omt_update
+    {
+        omt_update_kind kind;
+        /// In the unit of the federation's time.
+        double time;
+        /// The name of the object instance; may be null, as it is for an interaction.
+        const char* object;
+        uint64_t class_handle;
+        /// The federate that sent it; may be null.
+        const char* sender;
+        /// The user-supplied tag; may be null.
+        const void* tag;
+        size_t tag_size;
+        /// None, and then null, for an object that was discovered or removed.
+        const omt_member_value* values;
+        size_t value_count;
+    } omt_update;
+
+    /// Opens a recording in CSV to append to, and makes it where there is none. OMT_NO_FILE where
+    /// that cannot be done.
+    OMT_EXPORT omt_status omt_update_writer_new(const char* file, omt_update_writer** writer,
+                                                char** error);
+    OMT_EXPORT void omt_update_writer_free(omt_update_writer* writer);
+    /// The name of a class, whole or any end of it that means one class.
+    OMT_EXPORT omt_status omt_name_class(omt_update_writer* writer, uint64_t class_handle,
+                                         const char* name, char** error);
+    /// The name of an attribute or parameter, for this class only.
+    OMT_EXPORT omt_status omt_name_member(omt_update_writer* writer, uint64_t class_handle,
+                                          uint64_t member, const char* name, char** error);
+    /// Appends a row for each value, or one where there is none. All of them reach the file
+    /// together, or none: OMT_NO_FILE where the disk takes no more. Later calls try again.
+    OMT_EXPORT omt_status omt_write_update(omt_update_writer* writer, const omt_update* update,
+                                           char** error);
 
 #ifdef __cplusplus
 }

@@ -223,7 +223,7 @@ private:
         const auto way = FullNames::wayUp(node,
                                           [this](const DtFedNode& above) {
                                               return FullNames::known(above) ||
-                                                     FullNames::isReplaced(above) ||
+                                                     FullNames::isHosts(above) ||
                                                      myDigests.count(&above) > 0;
                                           });
         Digest digest;

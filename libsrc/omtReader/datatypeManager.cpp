@@ -154,7 +154,7 @@ void DtDatatypeManager::checkObjOrphans(DtObjectClassFedNode* objectClass)
 {
     if (!objectClass) return;
     const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
-    const bool isWhole = myRooms->open().mayWalkClasses || scope.isDeep();
+    const bool isWhole = !myRooms->open().hasHost() || scope.isDeep();
     const bool isNew = myRooms->orphans->objectClasses(*objectClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -165,7 +165,7 @@ void DtDatatypeManager::checkIntOrphans(DtInteractionClassFedNode* interactionCl
 {
     if (!interactionClass) return;
     const omtreader::OrphanCheckScope scope(myRooms->orphans, *mySettings);
-    const bool isWhole = myRooms->open().mayWalkClasses || scope.isDeep();
+    const bool isWhole = !myRooms->open().hasHost() || scope.isDeep();
     const bool isNew = myRooms->orphans->interactionClasses(*interactionClass, isWhole);
     ++mySettings->changes;
     if (!isWhole && isNew)
@@ -501,8 +501,8 @@ DtString DtDatatypeManager::convertStringTreeToString(DtStringTree* tree, const 
     if (!tree) return DtString();
     omtreader::ConversionRooms& rooms = myRooms->open();
     const omtreader::CountedCall call(rooms.bounds, mySettings->nodeLimit);
-    return rooms.mayRenderAtOnce ? rooms.renderer.line(*tree, delimiter)
-                                 : rooms.renderer.lineByParts(*tree, delimiter);
+    return rooms.hasHost() ? rooms.renderer.lineByParts(*tree, delimiter)
+                           : rooms.renderer.line(*tree, delimiter);
 }
 
 void DtDatatypeManager::getDatatypeRep(const DtString& datatype, const void* data, int length,

@@ -2,10 +2,12 @@
 #include "omtReader/fedNode.h"
 
 #include "omtReader/fullNames.h"
-#include "omtReader/values/virtualSlot.h"
+#include "omtReader/interactionClassFedNode.h"
+#include "omtReader/objectClassFedNode.h"
 #include "util/dtAssert.h"
 
 #include <memory>
+#include <typeinfo>
 
 using omtreader::FullNames;
 
@@ -52,7 +54,7 @@ const DtString& DtFedNode::getFullName() const
 
     const auto way = FullNames::wayUp(
         *this, [this](const DtFedNode& node)
-        { return FullNames::known(node) || (&node != this && FullNames::isReplaced(node)); });
+        { return FullNames::known(node) || (&node != this && FullNames::isHosts(node)); });
     if (way.nodes.empty()) return getName();  // a ring
 
     std::string name = way.end->getFullName().str();
@@ -68,14 +70,12 @@ const DtString& DtFedNode::getFullName() const
     return known ? *known : getName();
 }
 
-bool FullNames::isReplaced(const DtFedNode& node)
+bool FullNames::isHosts(const DtFedNode& node)
 {
-    static const char* const theTable = []
-    {
-        const DtFedNode plain;
-        return virtualTable(&plain);
-    }();
-    return omtreader::isReplaced(virtualTable(&node), theTable, &DtFedNode::getFullName);
+    const std::type_info& type = typeid(node);
+    return type != typeid(DtObjectClassFedNode) && type != typeid(DtInteractionClassFedNode) &&
+           type != typeid(DtAttributeFedNode) && type != typeid(DtParameterFedNode) &&
+           type != typeid(DtDatatypeFedNode) && type != typeid(DtFedNode);
 }
 
 const DtString* FullNames::known(const DtFedNode& node)
@@ -106,7 +106,7 @@ bool FullNames::isLong(const DtFedNode& node)
         if (above == mark) return false;  // a ring
         if ((steps & (steps + 1)) == 0) mark = above;
         ++steps;
-        if (isReplaced(*above)) return false;
+        if (isHosts(*above)) return false;
         const DtString* const whole = known(*above);
         length += whole ? whole->length() : above->getName().length() + 1;
         if (length > theLongestKept) return true;
@@ -118,9 +118,9 @@ bool FullNames::isLong(const DtFedNode& node)
 bool FullNames::isEmpty(const DtFedNode& node)
 {
     const auto hasName = [](const DtFedNode& above)
-    { return known(above) || isReplaced(above) || !above.getName().empty(); };
+    { return known(above) || isHosts(above) || !above.getName().empty(); };
     const DtFedNode& end = *wayUp(node, hasName).end;
-    return isReplaced(end) ? end.getFullName().empty() : end.getName().empty();
+    return isHosts(end) ? end.getFullName().empty() : end.getName().empty();
 }
 
 bool FullNames::isEqual(const DtFedNode& node, std::string_view name)
@@ -131,7 +131,7 @@ bool FullNames::isEqual(const DtFedNode& node, std::string_view name)
     std::string_view rest = name;
     for (const DtFedNode* above = &node;; above = above->myParentObject)
     {
-        const bool isTop = !above->myParentObject || known(*above) || isReplaced(*above);
+        const bool isTop = !above->myParentObject || known(*above) || isHosts(*above);
         if (isTop) return above->getFullName().view() == rest;
         const std::string_view own = above->getName().view();
         if (rest.size() == own.size()) return rest == own && isEmpty(*above->myParentObject);

@@ -19,8 +19,8 @@ struct FullNames
     /// In octets; what is longer is only kept by the node that was asked for it.
     static constexpr std::size_t theLongestKept = 1024;
 
-    /// Whether a host's class gives full names of its own.
-    static bool isReplaced(const DtFedNode& node);
+    /// Whether a node is of a host's class, which may give full names of its own.
+    static bool isHosts(const DtFedNode& node);
 
     /// The full name that a node has already been asked for, or null.
     static const DtString* known(const DtFedNode& node);

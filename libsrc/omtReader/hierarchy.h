@@ -38,7 +38,6 @@ struct Hierarchy<DtObjectClassFedNode>
     static const auto& members(const Class& node) { return node.getAttributes(); }
     static void addMember(Class& node, Member* member) { node.addAttribute(member); }
     static void removeMembers(Class& node) { node.removeAttributes(); }
-    static constexpr auto theMerge = &DtOMTTree::mergeObjectNode;
     /// The two operations that only undo takes: what add() and addChild() of plain ones add to.
     static auto& list(DtOMTTree& tree) { return tree.myObjectClasses; }
     static auto& childList(Class& node) { return node.myChildren; }
@@ -75,7 +74,6 @@ struct Hierarchy<DtInteractionClassFedNode>
     static const auto& members(const Class& node) { return node.getParameters(); }
     static void addMember(Class& node, Member* member) { node.addParameter(member); }
     static void removeMembers(Class& node) { node.removeParameters(); }
-    static constexpr auto theMerge = &DtOMTTree::mergeInteractionNode;
     /// The two operations that only undo takes: what add() and addChild() of plain ones add to.
     static auto& list(DtOMTTree& tree) { return tree.myInteractionClasses; }
     static auto& childList(Class& node) { return node.myChildren; }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "omtReader/classFinder.h"
-#include "omtReader/values/virtualSlot.h"
 #include "util/dtMessages.h"
 
 #include <algorithm>
@@ -20,9 +19,9 @@ namespace omtreader
 /// The merge of one hierarchy into a tree, and its undoing: what it has added so far goes again
 /// with it, unless keep() was called.
 ///
-/// The classes go through the tree's own merge operation where a host has replaced that, down to a
-/// depth that leaves the stack to the host. Where none has, and below that depth, they are walked
-/// flat. A class that stands below itself is passed over there.
+/// The classes of a host's tree go through its own merge operation, down to a depth that leaves the
+/// stack to the host. Those of a plain tree, and those below that depth, are walked flat. A class
+/// that stands below itself is passed over there.
 template <typename Class>
 class ClassMerge
 {
@@ -30,9 +29,6 @@ public:
     explicit ClassMerge(DtOMTTree& tree)
         : myTree(tree), myIsPlain(typeid(tree) == typeid(DtOMTTree)), myFinder(tree)
     {
-        if (myIsPlain) return;
-        const DtOMTTree plain;
-        myIsReplaced = isReplaced(virtualTable(&tree), virtualTable(&plain), H::theMerge);
     }
     ~ClassMerge()
     {
@@ -57,7 +53,7 @@ public:
                 continue;
             }
             const Class& child = **level.next++;
-            if (myIsReplaced && myDepth < theMostCalls)
+            if (!myIsPlain && myDepth < theMostCalls)
                 link(level, H::merge(myTree, child));
             else
                 walk.enter(child);
@@ -108,7 +104,6 @@ private:
 
     DtOMTTree& myTree;
     const bool myIsPlain;
-    bool myIsReplaced = false;
     bool myIsKept = false;
     int myDepth = 0;
     Finder myFinder;
@@ -155,7 +150,7 @@ bool ClassMerge<Class>::Walk::addName(const Class& source)
 {
     const std::size_t aboveLength = name.size();
     if (aboveLength > 0 && source.getParentObject() == levels.end()[-2].source &&
-        !FullNames::isReplaced(source))
+        !FullNames::isHosts(source))
     {
         name += '.';
         name += source.getName().view();

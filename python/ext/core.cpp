@@ -4,6 +4,7 @@
 #include "omt/check/check.h"
 #include "omt/check/diff.h"
 #include "omt/codec/layout.h"
+#include "rows.h"
 #include "tables.h"
 
 #include <nanobind/stl/optional.h>
@@ -64,6 +65,8 @@ nb::list findingsOf(const omt::Findings& findings)
 
 class Field;
 
+constexpr std::uint32_t theMostInBatch = omt::ColumnOptions().mostInBatch;
+
 class Codec
 {
 public:
@@ -120,17 +123,35 @@ public:
     }
 
     Table decodeColumn(std::string_view name, nb::handle column, std::string_view labels,
-                       bool widenUnsigned)
+                       bool widenUnsigned, std::uint32_t mostInBatch)
     {
-        return Table::decode(columns(name, labels, widenUnsigned), omtpy::takeColumn(column));
+        return Table::decode(columns(name, labels, widenUnsigned, mostInBatch),
+                             omtpy::takeColumn(column));
     }
 
     Table encodeColumn(std::string_view name, nb::handle column)
     {
-        return Table::encode(columns(name, "dictionary", false), omtpy::takeColumn(column));
+        return Table::encode(columns(name, "dictionary", false, theMostInBatch),
+                             omtpy::takeColumn(column));
     }
 
     std::string layout(std::string_view name);
+
+    /// The attributes and parameters that a path may mean, each with the class that declares it.
+    nb::list members(std::string_view path) const
+    {
+        const omt::Model& model = myCodec->model();
+        nb::list all;
+        for (const omt::MemberUse& use : model.findMembers(path))
+        {
+            const std::string owner =
+                use.attribute
+                    ? model.fullName(static_cast<const omt::ObjectClass&>(*use.owner))
+                    : model.fullName(static_cast<const omt::InteractionClass&>(*use.owner));
+            all.append(owner + '.' + std::string(use.member().name));
+        }
+        return all;
+    }
 
     /// A member where there is a period, else a datatype; found once.
     const omt::Type& type(std::string_view name)
@@ -157,7 +178,8 @@ private:
         }
     }
 
-    omt::Columns columns(std::string_view name, std::string_view labels, bool widenUnsigned)
+    omt::Columns columns(std::string_view name, std::string_view labels, bool widenUnsigned,
+                         std::uint32_t mostInBatch)
     {
         constexpr std::string_view theLabels[] = {"dictionary", "string", "number"};
         const auto* const found = std::find(std::begin(theLabels), std::end(theLabels), labels);
@@ -166,6 +188,7 @@ private:
         omt::ColumnOptions options;
         options.labels = static_cast<omt::Labels>(found - theLabels);
         options.widensUnsigned = widenUnsigned;
+        options.mostInBatch = std::min(mostInBatch, theMostInBatch);
         return omt::Columns(type(name), options);
     }
 
@@ -287,11 +310,29 @@ private:
     std::vector<omt::Document> myAll;
 };
 
-omt::Reading readDocuments(nb::handle documents, bool mim)
+/// What was read, and what it was read from.
+struct Model : omt::Reading
+{
+    nb::tuple documents;
+    bool mim = false;
+
+    nb::bytes standardMim() const
+    {
+        const std::string_view text = omt::standardMim(model.edition());
+        return nb::bytes(text.data(), text.size());
+    }
+};
+
+Model readDocuments(nb::handle documents, bool mim)
 {
     const Documents read(documents);
+    Model model;
+    model.documents = nb::tuple(documents);
+    model.mim = mim;
     const nb::gil_scoped_release unlocked;
-    return omt::readDocuments(read.all(), omt::ReadOptions().withMim(mim));
+    static_cast<omt::Reading&>(model) =
+        omt::readDocuments(read.all(), omt::ReadOptions().withMim(mim));
+    return model;
 }
 
 // Checks and differences ---------------------------------------------------------------------
@@ -339,7 +380,7 @@ nb::list detailsOf(const std::vector<omt::Detail>& details)
     return all;
 }
 
-nb::object diff(const omt::Reading& before, const omt::Reading& after)
+nb::object diff(const Model& before, const Model& after)
 {
     omt::Differences found;
     {
@@ -362,11 +403,19 @@ nb::object diff(const omt::Reading& before, const omt::Reading& after)
 
 NB_MODULE(_core, module)
 {
-    nb::class_<omt::Reading>(module, "Model")
-        .def_prop_ro("findings",
-                     [](const omt::Reading& reading) { return findingsOf(reading.findings); })
-        .def_prop_ro("is_sound", &omt::Reading::isSound)
-        .def("codec", [](const omt::Reading& reading) { return Codec(reading.model); });
+    nb::class_<Model>(module, "Model")
+        .def_prop_ro("findings", [](const Model& model) { return findingsOf(model.findings); })
+        .def_prop_ro("is_sound", [](const Model& model) { return model.isSound(); })
+        .def_ro("documents", &Model::documents)
+        .def_ro("mim", &Model::mim)
+        .def("standard_mim", &Model::standardMim)
+        .def("codec", [](const Model& model) { return Codec(model.model); })
+        .def("__reduce__",
+             [](const Model& model)
+             {
+                 return nb::make_tuple(nb::module_::import_("omtreader").attr("_read_again"),
+                                       nb::make_tuple(model.documents, model.mim));
+             });
     nb::class_<Codec>(module, "Codec")
         .def_prop_ro("findings", &Codec::findings)
         .def("decode", &Codec::decode, nb::arg("name"), nb::arg("octets"))
@@ -375,9 +424,14 @@ NB_MODULE(_core, module)
         .def("encode_json", &Codec::encodeJson, nb::arg("name"), nb::arg("json"))
         .def("field", fieldOf, nb::arg("name"), nb::arg("path"))
         .def("decode_column", &Codec::decodeColumn, nb::arg("name"), nb::arg("column"),
-             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false)
+             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false,
+             nb::arg("most_in_batch") = theMostInBatch)
         .def("encode_column", &Codec::encodeColumn, nb::arg("name"), nb::arg("column"))
-        .def("layout", &Codec::layout, nb::arg("name"));
+        .def("layout", &Codec::layout, nb::arg("name"))
+        .def("members", &Codec::members, nb::arg("path"));
+    nb::class_<omtpy::Rows>(module, "Rows")
+        .def(nb::init<nb::bytes>(), nb::arg("start"))
+        .def("read", &omtpy::Rows::read, nb::arg("block"), nb::arg("is_first"));
     nb::class_<Field>(module, "Field").def("__call__", &Field::operator(), nb::arg("octets"));
     nb::class_<Table>(module, "Table")
         .def("__len__", &Table::rows)

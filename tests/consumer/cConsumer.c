@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A host in C: reads a model, decodes a value and a column, encodes both, and makes mistakes. */
+/* A host in C: reads a model, decodes a value and a column, encodes both, records updates, and
+ * makes mistakes. */
 #include <omt/c.h>
 #include <stdio.h>
 #include <string.h>
@@ -66,6 +67,46 @@ static void convertColumn(const omt_type* type)
     omt_columns_free(columns);
 }
 
+static void recordUpdates(const char* file)
+{
+    const unsigned char octets[] = {0, 1, 0, 2};
+    const omt_member_value values[] = {
+        {5, octets, sizeof octets},
+        {6, NULL,   0            }
+    };
+    omt_update update = {.kind = OMT_KIND_UPDATE,
+                         .time = 1.5,
+                         .object = "Tug, 1",
+                         .class_handle = 7,
+                         .values = values,
+                         .value_count = 2};
+    const char expected[] =
+        "time,event,kind,object,class,member,octets,sender,tag\n"
+        "1.5,1,update,\"Tug, 1\",Ship,Place,00010002,,\n"
+        "1.5,1,update,\"Tug, 1\",Ship,#6,,,\n";
+    char written[sizeof expected + 1];
+    omt_update_writer* writer = NULL;
+    char* text = NULL;
+    FILE* read;
+    expect(omt_update_writer_new("/there/is/no.csv", &writer, &text) == OMT_NO_FILE && !writer &&
+               strstr(text, "/there/is/no.csv"),
+           "no folder");
+    omt_free(text);
+    remove(file);
+    expect(omt_update_writer_new(file, &writer, NULL) == OMT_OK, "a recording");
+    expect(omt_name_class(writer, 7, "Ship", NULL) == OMT_OK, "a class");
+    expect(omt_name_member(writer, 7, 5, "Place", NULL) == OMT_OK, "a member");
+    expect(omt_write_update(writer, &update, NULL) == OMT_OK, "an update");
+    update.values = NULL;
+    expect(omt_write_update(writer, &update, NULL) == OMT_MISUSE, "no values");
+    omt_update_writer_free(writer);
+    read = fopen(file, "rb");
+    written[read ? fread(written, 1, sizeof written, read) : 0] = '\0';
+    if (read) fclose(read);
+    expect(strcmp(written, expected) == 0, "the rows of an update");
+    remove(file);
+}
+
 int main(void)
 {
     const omt_document document = {"ship.xml", theModel, sizeof theModel - 1};
@@ -114,6 +155,7 @@ int main(void)
     omt_free(text);
     expect(omt_encode_json(type, NULL, 0, &encoded, &size, NULL) == OMT_MISUSE, "no text");
     convertColumn(type);
+    recordUpdates("omtFromC.csv");
     omt_type_free(type);
     if (theFaults == 0) printf("libomt %s from C\n", omt_version());
     return theFaults == 0 ? 0 : 1;

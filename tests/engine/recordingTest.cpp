@@ -113,6 +113,11 @@ TEST(RecordingTest, TakesJsonLinesAndTellsAttributesFromParameters)
             R"(,"value":"H"})"),
         row(R"({"kind":"update","class":"Honk","member":"Text","octets":"0000000148"})",
             R"("fault":{"what":"\"Honk.Text\": no )"),
+        // A kind that begins like another is not that one.
+        row(R"({"kind":"up","class":"Honk","member":"Text","octets":"0000000148"})"
+            "\n"
+            R"({"kind":"update","class":"Honk","member":"Text","octets":"0000000148"})",
+            R"("fault":{"what":"\"Honk.Text\": no )"),
         row(R"({"class":"Car","octets":"00"})", R"("fault":{"what":"no text \"member\"")"),
         row(R"({"class":"Car","member":"At","octets":"00","fault":1})", R"({"row":"{\"class\":)"),
         row(R"({"kind":"discover","object":"A"})", R"({"kind":"discover","object":"A"})"),

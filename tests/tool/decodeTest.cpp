@@ -169,12 +169,14 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
 {
     expectMessage("decode", {
         {"--type SignalKind --file none", "none: No such file"},
+        {"--type SignalKind --file input", "SignalKind: 1 octet left over at octet 1; --file takes octets as", "10"},
         {"--type SignalKind --file /dev/zero", "/dev/zero: a device"},
         {"--type SignalKnd 00", "no datatype \"SignalKnd\"; did you mean SignalKind"},
         {"--member Vesel.Name 00", "\"Vesel.Name\": no class \"Vesel\"; did you mean Vessel"},
         {"--attribute Vessel.Nane 00", "\"Vessel.Nane\": no attribute \"Nane\"; did you mean Name"},
         {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"; "},
     }, 1);
+    EXPECT_THAT(run("decode old.omd ./input --type octet").err, HasSubstr("omt: octets in a file are named with"));
     expectMessage("decode", {
         {"00", "one of --member, --attribute, --parameter, --type or --updates"}, {"--attribute Name 00", "--attribute: \"Name\" is not of the form "},
         {"--type SignalKind --line --json 00", "--line excludes --json; see omt decode --help\n"},
@@ -198,7 +200,7 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--type Metres --set X=1", "--set requires --from"}, {"--type Metres --text=1 1", "\"1\" is too"},
         {"--type Metres --from 00 --set 1", "--set: \"1\" is not of the form PATH=VALUE"},
     }, 2);
-    expectMessage("layout", {{"SignalKind --type SignalKind", "one of TYPE, --type, "}, {"", "one of"}}, 2);
+    expectMessage("layout", {{"SignalKind --type SignalKind", "exactly one of TYPE, --type, "}, {"", "exactly one of"}}, 2);
     EXPECT_THAT(run("decode Harbour --type A 00").err, HasSubstr("is written ./NAME"));
     const Outcome odd = run("decode odd.xml --type Set 0a fF");
     EXPECT_EQ(odd.status, 0);

@@ -68,6 +68,7 @@ TEST_F(OctetTest, ReadsEveryFormThatTracesHave)
 TEST_F(OctetTest, RefusesWhatIsNoneOrMayBeTwoThings)
 {
     const struct { std::string input, message; } cases[] = {
+        {"[" + std::string(1, '\0'), "character 2: \"\\x00\" is no hexadecimal digit; --file takes octets"},
         {"1", "character 1: an odd number of digits"}, {"48 1 0", "character 4: an odd number"},
         {"48\n1G", "line 2, character 2: \"G\" is no hexadecimal digit"}, {"48:0", "character 4: an odd"},
         {"fe80::1", "character 6: \":\" has no octet before it"}, {"48 -- 49", "character 5: \"-\" has"},

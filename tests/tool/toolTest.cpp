@@ -188,7 +188,7 @@ TEST_F(ToolTest, WrongUsageIsStatusTwo)
     EXPECT_THAT(run("decode a.xml --mebmer B.C 00").err, HasSubstr("did you mean --member"));
     EXPECT_THAT(run("show a --clas B").err,
                 HasSubstr("no option \"--clas\"; did you mean --class"));
-    EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+\n"));
+    EXPECT_THAT(run("--version").out, testing::MatchesRegex("omt [0-9.]+, libomt [0-9.]+\n"));
 }
 
 TEST_F(ToolTest, ShowsAModel)

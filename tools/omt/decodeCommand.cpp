@@ -100,7 +100,10 @@ void Decoding::add(const GivenValue& given)
     myTarget.type.decodeInPlace(given.octets, myValue);
     if (myChoice.hasOverlays()) findOverlays();
     show();
-    const std::string complaint = complaintOf(myTarget, myValue);
+    std::string complaint = complaintOf(myTarget, myValue);
+    const bool isAsItIs = !myChoice.octets.file.empty() && !myChoice.octets.isByLine;
+    if (!complaint.empty() && isAsItIs && isOctetText(given.octets))
+        complaint += "; --file takes octets as they are, and standard input hexadecimal text";
     if (!complaint.empty()) myResult.complaints.push_back(given.place + complaint);
     if (!myChoice.asJson) reportNotes();
 }
@@ -177,7 +180,12 @@ Result decode(DecodeChoice& choice)
                              choice.entityTypes.empty() ? std::nullopt : std::optional(table.table),
                              choice.isGeodetic);
     const std::optional<ValueTarget> target = findTarget(choice.target);
-    if (!target) return theFailure;
+    if (!target)
+    {
+        if (choice.target.model.files.size() > 1 && choice.octets.isFromStandardInput())
+            writeWarning("octets in a file are named with --file");
+        return theFailure;
+    }
     Decoding decoding(choice, *target, table.table);
     readValues(choice.octets, [&](const GivenValue& given) { decoding.add(given); });
     return decoding.takeResult();

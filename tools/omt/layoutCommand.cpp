@@ -38,7 +38,8 @@ void prepare(LayoutChoice& choice)
     const bool isNamed =
         !(target.member + target.attribute + target.parameter + target.datatype).empty();
     if (words.others.size() + (isNamed ? 1 : 0) != 1)
-        throw UsageError("one of TYPE, --type, --member, --attribute and --parameter is needed");
+        throw UsageError(
+            "exactly one of TYPE, --type, --member, --attribute and --parameter is needed");
     if (!isNamed) target.datatype = std::move(words.others.front());
     checkStandardInput(target.model);
 }

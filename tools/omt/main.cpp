@@ -11,6 +11,7 @@
 #include "layoutCommand.h"
 #include "messages.h"
 #include "omt/base/nearestNames.h"
+#include "omt/c.h"
 #include "plainText.h"
 #include "showCommand.h"
 
@@ -48,7 +49,8 @@ struct GeneralChoice
 
 void addGeneralArguments(CLI::App& app, GeneralChoice& choice)
 {
-    app.set_version_flag("--version", std::string("omt ") + OMT_VERSION);
+    app.set_version_flag("--version",
+                         std::string("omt ") + OMT_VERSION + ", libomt " + omt_version());
     CLI::Option* const verbose =
         app.add_flag("-v,--verbose", choice.isVerbose,
                      "Say all that was found, also of datatypes that are not asked for");

@@ -26,7 +26,7 @@ void* whole(void* memory)
     return memory;
 }
 
-/// Set up in front of all other static objects, as those take memory, too.
+/// Set up before all other static objects, as those take memory, too.
 [[gnu::constructor(101)]] void watchMemory()
 {
     std::set_new_handler(end);

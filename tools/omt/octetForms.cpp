@@ -3,6 +3,7 @@
 
 #include "errors.h"
 #include "octetDump.h"
+#include "plainText.h"
 
 #include <algorithm>
 
@@ -29,6 +30,7 @@ class OctetText
 public:
     explicit OctetText(std::string_view text) : myText(text) {}
 
+    void refuseWhatIsNoText();
     Octets plain();
     Octets escaped();
     Octets listed();
@@ -41,7 +43,7 @@ private:
     [[noreturn]] void refuse(const std::string& why) const { throw OctetRefusal{myAt, why}; }
     [[noreturn]] void refuseHere(const std::string& why) const
     {
-        refuse('"' + std::string(1, here()) + "\" " + why);
+        refuse('"' + visible(std::string_view(&myText[myAt], 1)) + "\" " + why);
     }
 
     void readOctet();
@@ -61,6 +63,15 @@ private:
     bool myIsLong = false;
     bool myIsInList = false;
 };
+
+/// Octets that were given as they are; in those, braces and quotes would mislead.
+void OctetText::refuseWhatIsNoText()
+{
+    for (myAt = 0; !isAtEnd(); ++myAt)
+        if (static_cast<unsigned char>(here()) < 0x20U && !isBlank(here()))
+            refuseHere("is no hexadecimal digit; --file takes octets as they are");
+    myAt = 0;
+}
 
 // Digits ----------------------------------------------------------------------------------------
 
@@ -226,6 +237,7 @@ Octets readForm(std::string_view text)
 {
     if (std::optional<Octets> octets = readDump(text)) return std::move(*octets);
     OctetText form(text);
+    form.refuseWhatIsNoText();
     if (text.find("\\x") != std::string_view::npos) return form.escaped();
     const bool isList = text.find_first_of("{[") != std::string_view::npos ||
                         text.find("0x") != std::string_view::npos ||

@@ -71,6 +71,13 @@ bool isDumpLine(const std::string& word)
            (word[digits] == ':' || word[digits] <= ' ');
 }
 
+bool isOctetText(const std::vector<std::uint8_t>& octets)
+{
+    GivenValue value;
+    readValue({reinterpret_cast<const char*>(octets.data()), octets.size()}, value);
+    return value.complaint.empty() && !value.octets.empty();
+}
+
 void readValues(const OctetChoice& choice, const std::function<void(const GivenValue&)>& take)
 {
     const std::string content = givenText(choice);

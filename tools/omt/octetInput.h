@@ -32,6 +32,9 @@ struct GivenValue
     std::string complaint;
 };
 
+/// Whether octets are themselves a text of octets, in a form that readOctets() takes.
+bool isOctetText(const std::vector<std::uint8_t>& octets);
+
 /// Calls `take` for every value; lines with nothing in them are left out. Throws InputError where
 /// nothing can be read, UsageError for a word that can be no octets.
 void readValues(const OctetChoice& choice, const std::function<void(const GivenValue&)>& take);

@@ -234,6 +234,7 @@ void RowReader::read(std::string_view line, Row& row)
 {
     row.kind = row.className = row.member = row.octets = row.json = {};
     row.problem.clear();
+    row.isLine = false;
     if (myIsJson)
         readJson(line, row);
     else
@@ -277,6 +278,7 @@ void RowReader::writeCells(const Row& row)
 void RowReader::refuse(std::string_view line, std::string problem, Row& row)
 {
     row.problem = std::move(problem);
+    row.isLine = true;
     row.cells.assign(std::max<std::size_t>(myColumns.size(), 1), {});
     row.cells[0] = line;
     myJson = "{\"row\":";

@@ -2,6 +2,8 @@
 // RowReader reads the rows of a recording: lines of CSV with a header, or one JSON object each.
 #pragma once
 
+#include "omt/base/export.h"
+
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -25,11 +27,13 @@ struct Row
     std::string_view json;
     /// Why it is no row of the recording; empty for one that is.
     std::string problem;
+    /// Whether the line has no cells at all; the first of `cells` is then the line.
+    bool isLine = false;
 };
 
 /// Reads one row after the other. A row is a line, whatever stands in it, so a bad one moves no
 /// other. Copies read the same recording, each for a thread of its own.
-class RowReader
+class OMT_EXPORT RowReader
 {
 public:
     /// With cells, JSON objects are taken apart into them.

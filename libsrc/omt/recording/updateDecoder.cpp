@@ -89,7 +89,7 @@ struct UpdateDecoder::Parts
     Parts(const Parts& other);
 
     const Target& target(const Row& row);
-    Target find(const Row& row) const;
+    Target find(char kind, const std::string& path) const;
     bool isWanted(const std::string& path) const;
     void decode(std::string_view line, std::string& result);
     std::optional<Fault> decodeOctets(const Row& row, const Target& target);
@@ -186,18 +186,15 @@ void UpdateDecoder::decode(std::string_view rows, std::string& result)
     }
 }
 
-/// The type of a row's member; an attribute or a parameter only, where the kind of row says which.
-Target UpdateDecoder::Parts::find(const Row& one) const
+/// The type of a member; of an attribute ("a") or a parameter ("p") only, where the kind says so.
+Target UpdateDecoder::Parts::find(char kind, const std::string& path) const
 {
-    const std::string path = one.className.empty()
-                                 ? std::string(one.member)
-                                 : std::string(one.className) + '.' + std::string(one.member);
     Target target;
     try
     {
-        target.type = one.kind == "update"        ? codec.attribute(path)
-                      : one.kind == "interaction" ? codec.parameter(path)
-                                                  : codec.member(path);
+        target.type = kind == 'a'   ? codec.attribute(path)
+                      : kind == 'p' ? codec.parameter(path)
+                                    : codec.member(path);
     }
     catch (const UnknownName& unknown)
     {
@@ -219,14 +216,14 @@ bool UpdateDecoder::Parts::isWanted(const std::string& path) const
 
 const Target& UpdateDecoder::Parts::target(const Row& one)
 {
-    name.assign(one.kind.substr(0, 1));
-    name += one.className;
-    name += '.';
+    const char kind = one.kind == "update" ? 'a' : one.kind == "interaction" ? 'p' : 'm';
+    name.assign(1, kind);
+    if (!one.className.empty()) (name += one.className) += '.';
     name += one.member;
     const auto found = targets.find(name);
     if (found != targets.end()) return found->second;
     if (targets.size() == theMostTargets) targets.clear();
-    return targets.emplace(name, find(one)).first->second;
+    return targets.emplace(name, find(kind, name.substr(1))).first->second;
 }
 
 std::optional<Fault> UpdateDecoder::Parts::decodeOctets(const Row& one, const Target& target)

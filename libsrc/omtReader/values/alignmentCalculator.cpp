@@ -16,7 +16,9 @@ namespace omtreader
 namespace
 {
 
+// Few steps are not kept, but where there is a host it is all of them.
 constexpr int theStepWork = 100;
+constexpr int theStepWorkWithHost = 10;
 
 /// Marks a datatype while its alignment is being worked out.
 class BeingAligned
@@ -48,13 +50,14 @@ int AlignmentCalculator::padding(unsigned int offset, const DtString& datatype)
 int AlignmentCalculator::alignment(const DtString& datatype)
 {
     ResolvedDatatype& resolved = myResolver.find(datatype);
-    if (resolved.alignment > 0 && isAlone) return resolved.alignment;
+    if (resolved.alignment > 0 && !mySettings.hasHost) return resolved.alignment;
     const std::uint64_t warningsBefore = myWarnings;
     const CountedCall call(myBounds, mySettings.nodeLimit);
     const Descent descent(myDepth);
     // Inside itself a datatype has no alignment yet.
     const bool isInside = resolved.isBeingAligned || myDepth > ConversionBounds::theDeepest;
-    const bool isAllowed = myDepth == 1 || myBounds.allowWork(theStepWork, resolved.name);
+    const int work = mySettings.hasHost ? theStepWorkWithHost : theStepWork;
+    const bool isAllowed = myDepth == 1 || myBounds.allowWork(work, resolved.name);
     int result = isInside || !isAllowed ? -1 : byKind(resolved);
     if (result < 1)
     {
@@ -63,7 +66,7 @@ int AlignmentCalculator::alignment(const DtString& datatype)
                << " default alignment to 1.\n";
         result = 1;
     }
-    if (isAlone && myWarnings == warningsBefore) resolved.alignment = result;
+    if (!mySettings.hasHost && myWarnings == warningsBefore) resolved.alignment = result;
     return result;
 }
 

@@ -19,13 +19,10 @@ public:
     {
     }
 
-    /// Whether no host takes part, so that results may be kept.
-    bool isAlone = false;
-
     /// The padding in front of a value as the manager tells it.
     int paddingBefore(ResolvedDatatype& datatype, unsigned int offset)
     {
-        if (!isAlone || (mySettings.isPaddingImplicit && datatype.alignment == 0))
+        if (mySettings.hasHost || (mySettings.isPaddingImplicit && datatype.alignment == 0))
             return myManager.implicitPadding(offset, datatype.name);
         if (!mySettings.isPaddingImplicit) return 0;
         const auto alignment = static_cast<unsigned int>(datatype.alignment);

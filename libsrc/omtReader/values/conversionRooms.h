@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The rooms behind a datatype manager's door, furnished for one manager.
+// Holds everything that converts for one datatype manager, and decides whether a host takes part.
 #pragma once
 
 #include "omtReader/values/alignmentCalculator.h"
@@ -12,36 +12,31 @@
 #include "omtReader/values/valueReader.h"
 #include "omtReader/values/valueWalker.h"
 #include "omtReader/values/valueWriter.h"
-#include "omtReader/values/virtualSlot.h"
 
 #include <optional>
+#include <typeinfo>
 
 namespace omtreader
 {
 
-/// Everything that converts, and what a host's manager replaced of it.
 class ConversionRooms
 {
 public:
-    /// To be made in the constructor of the manager, where the manager has our own operations only.
     ConversionRooms(DtDatatypeManager& manager, ConversionSettings& settings);
 
-    /// Learns what the manager's class replaced; every operation at the door begins with it.
+    /// Every operation at the door begins with it. A class is a host's as a whole, whatever it
+    /// replaces: that question the language can answer.
     ConversionRooms& open()
     {
-        if (virtualTable(&myManager) != myTable) lookAtManager();
+        mySettings.hasHost = typeid(myManager) != typeid(DtDatatypeManager);
+        if (!bounds.isCounting()) renderer.release();
         return *this;
     }
-
-    bool mayRenderAtOnce = false;  ///< no host takes part in rendering
-    bool mayWalkClasses = false;   ///< no host takes part in looking at classes
+    bool hasHost() const { return mySettings.hasHost; }
 
 private:
-    void lookAtManager();
-
     DtDatatypeManager& myManager;
-    const char* myOwnTable;
-    const char* myTable = nullptr;
+    ConversionSettings& mySettings;
 
 public:
     ConversionBounds bounds;

@@ -30,6 +30,10 @@ struct ConversionSettings
     bool isDirty = false;
     int nodeLimit = 1000000;
     std::uint64_t changes = 0;
+    /// Whether the manager is of a host's class, which may have replaced any operation. Then every
+    /// step is asked for at the manager, and no answer is kept; else rooms go straight to each
+    /// other.
+    bool hasHost = false;
 
     /// The representation registered under a name; null for none and for a null entry.
     DtDatatypeRep* registered(const DtString& name) const

@@ -104,18 +104,6 @@ const std::vector<ResolvedComponent>& DatatypeResolver::fields(ResolvedDatatype&
     return record.components;
 }
 
-ResolvedDatatype& DatatypeResolver::of(const DtOMTDatatypeNode& node)
-{
-    startAnewAfterChange();
-    if (myExpectedNode == &node)
-    {
-        myExpectedNode = nullptr;
-        myLast = myExpected;
-        return *myExpected;
-    }
-    return find(node.getDatatype());
-}
-
 void DatatypeResolver::startAnew()
 {
     myChanges = mySettings.changes;
@@ -123,7 +111,6 @@ void DatatypeResolver::startAnew()
     ++myEpoch;
     myTable.clear();
     myLast = nullptr;
-    myExpectedNode = nullptr;
     // What a call under way still holds stays alive until release().
     if (myBounds.isCounting()) myOutdated.push_back(std::move(myDatatypes));
     myDatatypes.clear();

@@ -77,14 +77,11 @@ public:
     {
     }
 
-    /// Whether a host's manager tells kinds.
-    bool hasHostsKinds = false;
-
     /// The kind of a datatype as the manager tells it.
     DtDatatypeManager::DtDatatypeEnum kindOf(ResolvedDatatype& datatype)
     {
-        return datatype.kind && !hasHostsKinds ? *datatype.kind
-                                               : myManager.getDatatypeEnum(datatype.name);
+        return datatype.kind && !mySettings.hasHost ? *datatype.kind
+                                                    : myManager.getDatatypeEnum(datatype.name);
     }
 
     /// What a name stands for now; valid until release().
@@ -102,16 +99,6 @@ public:
     /// The fields or components of a record as they are now. The list stays while no model changes.
     const std::vector<ResolvedComponent>& fields(ResolvedDatatype& record);
 
-    /// Says which component is asked for next, so that find() need not search.
-    const DtOMTDatatypeNode& expect(const DtOMTDatatypeNode& node, ResolvedDatatype& datatype)
-    {
-        myExpectedNode = datatype.epoch == myEpoch ? &node : nullptr;
-        myExpected = &datatype;
-        return node;
-    }
-    /// What the datatype of a node stands for.
-    ResolvedDatatype& of(const DtOMTDatatypeNode& node);
-
     DtFixedDatatypeNode* fixed(ResolvedDatatype& datatype);
     DtVariantDatatypeNode* variant(ResolvedDatatype& datatype);
     DtArrayDatatypeNode* array(ResolvedDatatype& datatype);
@@ -122,11 +109,7 @@ public:
     const DtString* enumerator(ResolvedDatatype& datatype, int number);
 
     /// Frees what was found before the last change. Nothing that find() gave may be in use.
-    void release()
-    {
-        myOutdated.clear();
-        myExpectedNode = nullptr;
-    }
+    void release() { myOutdated.clear(); }
 
 private:
     using Table = std::unordered_map<std::string_view, ResolvedDatatype*>;
@@ -149,8 +132,6 @@ private:
     std::deque<std::deque<ResolvedDatatype>> myOutdated;
     Table myTable;  // keys are the names in myDatatypes
     ResolvedDatatype* myLast = nullptr;
-    const DtOMTDatatypeNode* myExpectedNode = nullptr;
-    ResolvedDatatype* myExpected = nullptr;
 };
 
 }  // namespace omtreader

@@ -39,9 +39,6 @@ public:
         return myEnumerators.find(node, name);
     }
 
-    /// Forgets what was kept while pieces were in use.
-    void release() { my.renderer.release(); }
-
     /// The text without the array wrapper around it, if it is in one.
     std::string_view unwrapped(std::string_view text) const;
 

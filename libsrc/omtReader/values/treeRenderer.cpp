@@ -36,12 +36,11 @@ void addBracket(std::vector<Pending>& pending)
 const DtString& TreeRenderer::ownDelimiterOf(const ResolvedDatatype& datatype)
 {
     const DtString& delimiter = myManager.getDelimiterMap(datatype.name, nullptr);
-    return hasHostsDelimiters ? myCopies.emplace_back(delimiter) : delimiter;
+    return mySettings.hasHost ? *myCopies.insert(delimiter).first : delimiter;
 }
 
 DtString TreeRenderer::line(const DtStringTree& tree, const DtString& delimiter)
 {
-    const std::size_t copiesBefore = myCopies.size();
     constexpr std::size_t theUsualLength = 256;
     constexpr std::size_t theUsualDepth = 16;
     std::string text;
@@ -79,7 +78,6 @@ DtString TreeRenderer::line(const DtStringTree& tree, const DtString& delimiter)
             node = sibling;
         }
     }
-    myCopies.resize(copiesBefore);
     return DtString(std::move(text));
 }
 
@@ -89,7 +87,6 @@ DtString TreeRenderer::lineByParts(const DtStringTree& tree, const DtString& del
     if (myDepth >= theDeepest) return line(tree, delimiter);
     const auto part = [&](DtStringTree* node, DtString itsDelimiter)
     { return myManager.convertStringTreeToString(node, itsDelimiter); };
-    const std::size_t copiesBefore = myCopies.size();
     const Descent descent(myDepth);
     DtString text = tree.value();
     if (tree.firstChild()) text += part(tree.firstChild(), delimiter);
@@ -104,7 +101,6 @@ DtString TreeRenderer::lineByParts(const DtStringTree& tree, const DtString& del
         text += delimiter;
         text += part(sibling, delimiterOf(sibling->datatype(), delimiter));
     }
-    if (myDepth == 1) myCopies.resize(copiesBefore);
     return text;
 }
 

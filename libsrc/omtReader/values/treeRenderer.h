@@ -5,7 +5,7 @@
 #include "omtReader/values/conversionSettings.h"
 #include "omtReader/values/datatypeResolver.h"
 
-#include <deque>
+#include <set>
 
 namespace omtreader
 {
@@ -14,16 +14,17 @@ namespace omtreader
 class TreeRenderer
 {
 public:
-    TreeRenderer(DtDatatypeManager& manager, DatatypeResolver& resolver)
-        : myManager(manager), myResolver(resolver)
+    TreeRenderer(DtDatatypeManager& manager, const ConversionSettings& settings,
+                 DatatypeResolver& resolver)
+        : myManager(manager), mySettings(settings), myResolver(resolver)
     {
     }
 
     /// The line of a tree, in one go.
     DtString line(const DtStringTree& tree, const DtString& delimiter);
 
-    /// The line of a tree, for a host that replaced the rendering: the manager is called for every
-    /// part. Past some depth the rest is rendered in one go, as the stack is not endless.
+    /// The line of a tree where there is a host: the manager is called for every part. Past some
+    /// depth the rest is rendered in one go, as the stack is not endless.
     DtString lineByParts(const DtStringTree& tree, const DtString& delimiter);
 
     /// The delimiter that serves a sibling or an element, given that of its neighbour. It is right
@@ -48,15 +49,13 @@ public:
     /// Frees the copies of delimiters, which must not be in use any more.
     void release() { myCopies.clear(); }
 
-    /// A host's delimiters are copied, as they may live for one call only.
-    bool hasHostsDelimiters = false;
-
 private:
     const DtString& ownDelimiterOf(const ResolvedDatatype& datatype);
 
     DtDatatypeManager& myManager;
+    const ConversionSettings& mySettings;
     DatatypeResolver& myResolver;
-    std::deque<DtString> myCopies;
+    std::set<DtString> myCopies;  // of a host's delimiters, which may live for one call only
     int myDepth = 0;
 };
 

@@ -131,8 +131,7 @@ DtString ValueWalker::line(const DtOMTDatatypeNode& node, Value value)
     if (!value.data) return DtString();
     const ValueReader::Call call(myReader, value);
     if (!hasAttributeMapping(node.getName()))
-        return myManager.getStringRep(myResolver.of(node).name, value.data, value.length,
-                                      value.consumed);
+        return myManager.getStringRep(node.getDatatype(), value.data, value.length, value.consumed);
     DtString text;
     myManager.getAttributeRep(node.getName(), value.data, value.length, value.consumed, text);
     if (value.consumed == 0 && value.length != 0)
@@ -217,7 +216,7 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
 
 void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtString& text)
 {
-    if (isAlone && datatype.rep)
+    if (!mySettings.hasHost && datatype.rep)
         myReader.represent(*datatype.rep, datatype.name, value, text);
     else
         myManager.getDatatypeRep(datatype.name, value.data, value.length, value.consumed, text);
@@ -227,7 +226,7 @@ void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype
                        const Value& value, const Place& place)
 {
     const Descent descent(myDepth);
-    if (isAlone)
+    if (!mySettings.hasHost)
         (this->*ours)(datatype, value, place);
     else
         (myManager.*managers)(datatype.name, value.data, value.length, value.consumed, place.parent,
@@ -284,10 +283,10 @@ DtStringTree* ValueWalker::treeOf(const DtOMTDatatypeNode& node, ResolvedDatatyp
                                   const Value& value, unsigned int offset, DtStringTree* root,
                                   DtObjectHistory* history)
 {
-    if (isAlone && mySettings.attributeMappings.empty())
+    if (!mySettings.hasHost && mySettings.attributeMappings.empty())
         return build(datatype, value, &node, offset, root, history);
-    return myManager.createStringTreeRep(myResolver.expect(node, datatype), value.data,
-                                         value.length, value.consumed, offset, root, history);
+    return myManager.createStringTreeRep(node, value.data, value.length, value.consumed, offset,
+                                         root, history);
 }
 
 DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsigned int offset,
@@ -296,7 +295,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
     value.consumed = 0;
     if (!value.data) return nullptr;
     const ValueReader::Call call(myReader, value);
-    ResolvedDatatype& resolved = myResolver.of(node);
+    ResolvedDatatype& resolved = myResolver.find(node.getDatatype());
     if (!hasAttributeMapping(node.getName()))
         return myManager.createStringTreeRep(resolved.name, value.data, value.length,
                                              value.consumed, &node, offset, root, history);
@@ -448,9 +447,7 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
 {
     DtVariantDatatypeNode* const node = myResolver.variant(resolved);
     if (!node) return;
-    DtString text =
-        myManager.getStringRep(myResolver.expect(*node, myResolver.component(resolved, 0, *node)),
-                               value.data, value.length, value.consumed);
+    DtString text = myManager.getStringRep(*node, value.data, value.length, value.consumed);
     const DtString& key = node->getDiscriminant();
     if (!myBounds.allowNode(resolved.name, place.offset, myDepth, key.length()))
     {

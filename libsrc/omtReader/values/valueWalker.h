@@ -30,10 +30,6 @@ public:
     {
     }
 
-    /// Whether the operations of the walk are our own, so that it may go from step to step without
-    /// asking at the door.
-    bool isAlone = false;
-
     /// What every walk is handed.
     using Value = EncodedValue;
     struct Place

@@ -51,9 +51,7 @@ public:
         myWriter.myOut = myOutBefore;
         myWriter.myStart = myStartBefore;
         myWriter.myDepth = myDepthBefore;
-        if (!myWriter.myBounds.end()) return;
-        myWriter.myCutter.release();
-        myWriter.myResolver.release();
+        if (myWriter.myBounds.end()) myWriter.myResolver.release();
     }
 
 private:
@@ -194,7 +192,7 @@ void ValueWriter::piece(const TextPiece& piece, Octets& out)
     ResolvedDatatype& datatype = *piece.datatype;
     const auto offset = static_cast<unsigned int>(out.size() - myStart);
     if (!myBounds.allowNode(datatype.name, offset, myDepth + 1)) return;
-    if (isAlone)
+    if (!mySettings.hasHost)
     {
         if (piece.text.empty()) return;
         if (myResolver.kindOf(datatype) == DtDatatypeManager::DtDatatypeSimple)

@@ -26,9 +26,6 @@ public:
     {
     }
 
-    /// Whether no host takes part in encoding single values.
-    bool isAlone = false;
-
     void value(const DtString& datatype, const DtString& text, Octets& out);
     void simple(const DtString& datatype, const DtString& text, Octets& out);
     void enumerated(const DtString& datatype, const DtString& text, Octets& out);

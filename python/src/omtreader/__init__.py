@@ -45,3 +45,8 @@ def check(*sources: str | os.PathLike[str] | bytes, mim: bool = False, enable: I
     are names of rules or groups; "lint" is off unless it is enabled. Raises ValueError for others.
     """
     return check_documents(_documents(sources), mim, list(enable), list(disable))
+
+
+def _read_again(documents: tuple[tuple[str, bytes], ...], mim: bool) -> Model:
+    """What a model that was pickled becomes."""
+    return read_documents(documents, mim)

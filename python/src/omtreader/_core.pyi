@@ -18,6 +18,14 @@ class Model:
     @property
     def is_sound(self) -> bool:
         """Whether no finding is an error."""
+    @property
+    def documents(self) -> tuple[tuple[str, bytes], ...]:
+        """What it was read from: names and octets."""
+    @property
+    def mim(self) -> bool:
+        """Whether the standard MIM was merged before the documents."""
+    def standard_mim(self) -> bytes:
+        """The standard MIM of its edition."""
     def codec(self) -> Codec:
         """Compiles all datatypes."""
 
@@ -53,12 +61,27 @@ class Codec:
         *,
         labels: Literal["dictionary", "string", "number"] = "dictionary",
         widen_unsigned: bool = False,
+        most_in_batch: int = 0x7FFFFFFF,
     ) -> Table:
-        """Decodes a column of octets to "value" and "fault", row by row the same."""
+        """Decodes a column of octets to "value" and "fault", row by row the same.
+
+        A batch ends before a text, or a list, of it would have more octets, or elements, than
+        `most_in_batch`.
+        """
     def encode_column(self, name: str, column: ArrowColumn | ArrowStream) -> Table:
         """Encodes a column of values to "octets" and "fault"."""
     def layout(self, name: str) -> str:
         """Where the octets of a datatype stand."""
+    def members(self, path: str) -> list[str]:
+        """The members that a path may mean, as the class that declares each, a period and its name."""
+
+class Rows:
+    """Reads lines of a recording into columns, each (name, kind, rows, valid, offsets, data)."""
+
+    def __init__(self, start: bytes) -> None: ...
+    def read(
+        self, block: bytes, is_first: bool
+    ) -> list[tuple[str, str, int, bytes, bytes, bytes]]: ...
 
 def read_documents(documents: Sequence[tuple[str, bytes]], mim: bool) -> Model: ...
 def check_documents(
