@@ -10,6 +10,7 @@ packagesFor()
                     libgeographiclib-dev libcli11-dev nlohmann-json3-dev ;;
         test)  echo libgtest-dev libgmock-dev python3 ;;
         python) echo python3-venv python3-dev ;;
+        spark) echo openjdk-17-jre-headless ;;
         site) echo doxygen python3-venv ;;
         ci)    echo clang libclang-rt-14-dev clang-format-16 clang-tidy shellcheck doxygen libxml2-utils abigail-tools \
                     dpkg-dev file groff-base ;;

@@ -2,29 +2,43 @@
 # SPDX-License-Identifier: Apache-2.0
 # The Python package: sets up a virtual environment in build/python and runs what is asked for.
 #   scripts/python.sh test LIBOMT.SO TOOL   builds the module with this library and runs its tests
+#   scripts/python.sh spark LIBOMT.SO TOOL  the tests that take Spark, Dask and matplotlib, on
+#                                           OMT_SPARK, else on a cluster of two workers
 #   scripts/python.sh wheel                 builds a wheel from the sources, and runs its tests
 # Without a way to PyPI, or without OMT_MODELS, it names what is left out and ends with 77.
 set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
 python="$root/build/python/bin/python"
+build="$root/build/pythonModule"
 cd "$root/python"
+leftOut="types $(echo tests/test_*.py)"
 
-# Installs what the one list says, where it is not there yet.
-setUp()
+# partOf NAME: a part of the one list.
+partOf()
 {
-    cmp -s requirements.txt "$root/build/python/installed" && return
-    python3 -m venv "$root/build/python"
-    if ! "$python" -m pip install --quiet --disable-pip-version-check -r requirements.txt; then
-        echo "PyPI cannot be reached. Left out: types" tests/test_*.py
-        exit 77
-    fi
-    cp requirements.txt "$root/build/python/installed"
+    sed -n "/^# \[$1\]/,/^# \[/p" requirements.txt | sed '/^#/d'
 }
 
-# The sources stand beside the module, so that what is tested is what is checked in.
-testModule()
+# setUp PART...: installs parts of the one list, where they are not there yet. What is left out
+# without them is in `leftOut`.
+setUp()
 {
-    local build="$root/build/pythonModule"
+    local part
+    for part; do
+        partOf "$part" | cmp -s - "$root/build/python/installed.$part" && continue
+        [[ -x $python ]] || python3 -m venv "$root/build/python"
+        if ! "$python" -m pip install --quiet --disable-pip-version-check -r <(partOf "$part"); then
+            echo "PyPI cannot be reached. Left out: $leftOut"
+            exit 77
+        fi
+        partOf "$part" > "$root/build/python/installed.$part"
+    done
+}
+
+# buildModule LIBOMT.SO: the sources stand beside the module, so that what is tested is what is
+# checked in.
+buildModule()
+{
     cmake -G Ninja -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DOMT_LIBRARY="$1" \
           -DPython_EXECUTABLE="$python" -Dnanobind_DIR="$("$python" -m nanobind --cmake_dir)" \
           > /dev/null
@@ -32,10 +46,30 @@ testModule()
     rm -rf "$build/package"
     cp -r src "$build/package"
     cp "$build"/_core*.so "$build/package/omtreader"
+}
+
+# testModule LIBOMT.SO TOOL
+testModule()
+{
+    buildModule "$1"
     "$python" -m mypy --strict --cache-dir "$root/build/python/mypy" src
     OMT_LIBRARY=$1 OMT_TOOL=$2 PYTHONPATH="$build/package" "$python" -B -m pytest
     PYTHONPATH="$build/package" "$python" -B ../docs/checkCommands.py python
     [[ -n ${OMT_MODELS:-} ]] || { echo "Left out: published models, as OMT_MODELS is not set"; exit 77; }
+}
+
+# testSpark LIBOMT.SO TOOL
+testSpark()
+{
+    if ! command -v java > /dev/null; then
+        echo "There is no Java. Left out: $leftOut"
+        exit 77
+    fi
+    buildModule "$1"
+    export PYTHONPATH="$build/package" SPARK_LOCAL_IP=127.0.0.1
+    export OMT_SPARK=${OMT_SPARK:-local-cluster[2,1,1024]}
+    echo "Spark: $OMT_SPARK"
+    "$python" -B -m pytest tests/test_spark.py tests/test_recipes.py tests/test_tracks.py
 }
 
 # As pip would for a user; the tools of the build are those of the list.
@@ -49,14 +83,23 @@ testWheel()
     rm -rf "$wheels"
     CXXFLAGS=$flags "$python" -m pip wheel --quiet --disable-pip-version-check --no-deps \
         --no-build-isolation --wheel-dir "$wheels" .
-    "$python" -m pip install --quiet --disable-pip-version-check --no-deps \
-        --target "$wheels/installed" "$wheels"/*.whl
+    python3 -m venv "$wheels/clean"
+    "$wheels/clean/bin/python" -m pip install --quiet --disable-pip-version-check "$wheels"/*.whl
     du -b "$wheels"/*.whl
-    PYTHONPATH="$wheels/installed" "$python" -B -m pytest tests/test_package.py
+    # Alone first, as it needs nothing; then its tests, with what they take from beside it.
+    (cd "$wheels" && clean/bin/python -c 'import omtreader
+codec = omtreader.load("../../examples/models/HarbourBase.xml", mim=True, strict=True).codec()
+assert codec.encode("GeocentricPosition", codec.decode("GeocentricPosition", bytes(24))) == bytes(24)')
+    PYTHONPATH=$("$python" -c 'import site; print(site.getsitepackages()[0])') \
+        "$wheels/clean/bin/python" -B -m pytest tests/test_package.py tests/test_recording.py
 }
 
 case ${1:-} in
-    test) setUp; testModule "$2" "$3" ;;
-    wheel) setUp; testWheel ;;
-    *) sed -n '3,6s/^# //p' "${BASH_SOURCE[0]}" >&2; exit 2 ;;
+    test) setUp test; testModule "$2" "$3" ;;
+    spark)
+        leftOut="tests/test_spark.py tests/test_tracks.py, Dask of tests/test_recipes.py"
+        setUp test spark more
+        testSpark "$2" "$3" ;;
+    wheel) setUp test; testWheel ;;
+    *) sed -n '3,8s/^# //p' "${BASH_SOURCE[0]}" >&2; exit 2 ;;
 esac
