@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 """Runs what the documents show, and compares what it prints.
 
-checkCommands.py console OMT   blocks of `console`: commands after "$ ", and what they print
+checkCommands.py console OMT   blocks of `console`: commands after "$ ", and what they print; of the
+                               manual page that its examples are no wrong usage
 checkCommands.py python        blocks of `python`, each with the block of `text` right after it
 
 The blocks of a page run one after the other in a folder that has the examples and, from OMT_MODELS,
@@ -18,6 +19,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import textwrap
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 MODELS = os.environ.get("OMT_MODELS")
@@ -130,6 +132,15 @@ def check_python(_, blocks, folder):
             for line in differences(block.place, text, block.output)]
 
 
+def check_manual(folder):
+    """The examples of the manual page, whose output it does not show."""
+    examples = re.findall(r"^\.EX\n(.*?)^\.EE$", (ROOT / "docs/omt.1").read_text(), re.M | re.S)
+    commands = textwrap.dedent("".join(examples)).replace(r"\-", "-").replace(r"\e", "\\")
+    script = f"trap '[[ $? -lt 2 ]] || echo wrong usage: $BASH_COMMAND' ERR\n{commands}"
+    printed = run(["bash", "-c", script], folder)[0]
+    return [line for line in printed.splitlines() if line.startswith("wrong usage")]
+
+
 def main(language, omt=None):
     check = {"console": check_console, "python": check_python}[language]
     pages = [str(file.relative_to(ROOT)) for place in PAGES
@@ -144,6 +155,10 @@ def main(language, omt=None):
             with tempfile.TemporaryDirectory() as folder:
                 furnish(pathlib.Path(folder), omt)
                 faults += check(page, blocks, pathlib.Path(folder))
+    if language == "console":
+        with tempfile.TemporaryDirectory() as folder:
+            furnish(pathlib.Path(folder), omt)
+            faults += check_manual(pathlib.Path(folder))
     for block in left_out:
         print(f"{block.place}: not run: {block.is_left_out}")
     print(f"{run_blocks} blocks of {language} run, {len(left_out)} left out")
