@@ -37,8 +37,8 @@ def by_hand(octets):
     if kind != 4:
         raise ValueError("another alternative")
     psi, theta, phi, vx, vy, vz, ax, ay, az, wx, wy, wz = rest
-    return {"SpatialDiscriminant": "DRM_RVW", "SpatialRVW": {
-        "WorldLocation": {"X": x, "Y": y, "Z": z}, "IsFrozen": frozen,
+    return {"DeadReckoningAlgorithm": "DRM_RVW", "SpatialRVW": {
+        "WorldLocation": {"X": x, "Y": y, "Z": z}, "IsFrozen": "True" if frozen else "False",
         "Orientation": {"Psi": psi, "Theta": theta, "Phi": phi},
         "VelocityVector": {"XVelocity": vx, "YVelocity": vy, "ZVelocity": vz},
         "AccelerationVector": {"XAcceleration": ax, "YAcceleration": ay, "ZAcceleration": az},
