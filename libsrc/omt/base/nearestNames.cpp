@@ -103,10 +103,9 @@ std::vector<std::string_view> nearestNames(std::string_view sought,
     return nearest;
 }
 
-std::string unknownName(std::string_view kind, std::string_view sought,
-                        const std::vector<std::string_view>& names)
+std::string didYouMean(std::string_view sought, const std::vector<std::string_view>& names)
 {
-    std::string sentence = "no " + std::string(kind) + " \"" + inSentence(sought) + '"';
+    std::string sentence;
     const std::vector<std::string_view> nearest = nearestNames(sought, names);
     for (std::size_t i = 0; i < nearest.size(); ++i)
     {
@@ -114,6 +113,12 @@ std::string unknownName(std::string_view kind, std::string_view sought,
         sentence += inSentence(nearest[i]);
     }
     return nearest.empty() ? sentence : sentence + '?';
+}
+
+std::string unknownName(std::string_view kind, std::string_view sought,
+                        const std::vector<std::string_view>& names)
+{
+    return "no " + std::string(kind) + " \"" + inSentence(sought) + '"' + didYouMean(sought, names);
 }
 
 std::string unknownName(std::string_view kind, std::string_view sought,

@@ -21,6 +21,11 @@ OMT_EXPORT std::vector<std::string_view> nearestNames(std::string_view sought,
                                                       const std::vector<std::string_view>& names,
                                                       std::size_t most = 3);
 
+/// What to add to a sentence about a name that is not there: `; did you mean Car or Bar?`. Nothing
+/// without names.
+OMT_EXPORT std::string didYouMean(std::string_view sought,
+                                  const std::vector<std::string_view>& names);
+
 /// A sentence without full stop for a name that is not there: `no class "Cra"; did you mean Car or
 /// Bar?`. `kind` is what the name should be. Without names only its first part.
 OMT_EXPORT std::string unknownName(std::string_view kind, std::string_view sought,

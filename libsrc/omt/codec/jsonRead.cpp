@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // JsonReader: structure.
+#include "omt/base/nearestNames.h"
 #include "omt/codec/jsonReader.h"
 #include "omt/codec/valueParts.h"
 
@@ -198,8 +199,18 @@ bool JsonReader::fieldByName(Fields& fields, std::uint32_t depth)
     std::uint32_t i = fields.next;
     if (i >= node.parts || myPlan.text(myPlan.parts[node.first + i].name) != name)
         i = myPlan.findPart(node, name);
-    if (i == theNone) return fail("no field is called \"" + std::string(name) + "\"", depth);
+    if (i == theNone)
+        return fail("no field is called \"" + std::string(name) + "\"" + nearestParts(node, name),
+                    depth);
     return i == fields.next ? field(fields, depth) : keepForLater(fields, i, depth);
+}
+
+std::string JsonReader::nearestParts(const Node& node, std::string_view name) const
+{
+    std::vector<std::string_view> names;
+    for (std::uint32_t i = 0; i < node.parts; ++i)
+        names.push_back(myPlan.text(myPlan.parts[node.first + i].name));
+    return didYouMean(name, names);
 }
 
 // Passes over a field that stands out of order.
@@ -353,7 +364,9 @@ bool JsonReader::partByName(const Choice& choice, std::uint32_t& i, std::uint32_
     if (!key(name, depth)) return false;
     i = myPlan.findPart(choice.node, name);
     if (i == theNone && name != "octets")
-        return fail("no alternative is called \"" + std::string(name) + "\"", depth);
+        return fail("no alternative is called \"" + std::string(name) + "\"" +
+                        nearestParts(choice.node, name),
+                    depth);
     if ((i == 0 ? choice.discriminant : choice.contents) != nullptr)
         return fail("\"" + std::string(name) + "\" is one too many", depth);
     if (i == theNone) i = theUnknown;

@@ -66,6 +66,7 @@ private:
     bool record(std::uint32_t id, std::uint32_t depth);
     bool alternative(Fields& fields, std::uint32_t depth);
     bool fieldByName(Fields& fields, std::uint32_t depth);
+    std::string nearestParts(const Node& node, std::string_view name) const;
     bool keepForLater(Fields& fields, std::uint32_t i, std::uint32_t depth);
     bool isAbsent(const Fields& fields, const Part& part) const;
     bool passAbsent(Fields& fields, std::uint32_t depth);
@@ -97,6 +98,7 @@ private:
     const char* quickText(const Node& array, const char* at, std::uint8_t* octets) const;
     bool number(const Node& node, std::uint32_t depth);
     bool label(const Node& node, std::uint32_t depth);
+    bool refuseName(const Node& node, std::string_view name, std::uint32_t depth);
     bool namedNumber(const Node& node, std::uint32_t depth);
     bool integer(const Node& node, std::string_view text, std::uint32_t depth);
     bool ranged(const Node& node, std::int64_t number, std::uint32_t depth);
