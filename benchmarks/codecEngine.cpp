@@ -48,6 +48,7 @@ struct Values
             octets[i].assign(room.data(), structs[i].encode(room.data()));
             json[i].assign(text.data(), structs[i].writeJson(text.data()));
             type.decode(octets[i], values[i]);
+            addCalls(values[i].root(), "", i);
             check(i);
         }
     }
@@ -71,8 +72,49 @@ struct Values
         std::exit(1);
     }
 
+    const omt::Field& fieldAt(const std::string& path)
+    {
+        for (const auto& [name, one] : fields)
+            if (name == path) return one;
+        return fields.emplace_back(path, type.field(path)).second;
+    }
+
+    /// The numbers of a value, each with the field that it is.
+    void addCalls(const omt::Item& item, const std::string& path, std::size_t i)
+    {
+        if (item.number())
+        {
+            const omt::Field& leaf = fieldAt(path);
+            Buffer room = octets[i];
+            // Not the discriminants, which the shape of the value has.
+            if (leaf.write(room.data(), room.size(), 0))
+                calls[i].push_back({&leaf, *item.number()});
+            return;
+        }
+        if (item.kind() == omt::ValueKind::text || item.kind() == omt::ValueKind::octets)
+            for (std::size_t k = 0; type.findField(path + '[' + std::to_string(k) + ']'); ++k)
+            {
+                const std::string step = path + '[' + std::to_string(k) + ']';
+                const omt::Field& leaf = fieldAt(step);
+                const std::optional<double> number = leaf.number(octets[i]);
+                if (!number) return;
+                calls[i].push_back({&leaf, *number});
+            }
+        for (std::size_t k = 0; k < item.size(); ++k)
+        {
+            const std::string name(item.name(k));
+            addCalls(item[k],
+                     path + (name.empty()   ? '[' + std::to_string(k) + ']'
+                             : path.empty() ? name
+                                            : '.' + name),
+                     i);
+        }
+    }
+
     omt::Type type;
     omt::Field field;
+    std::deque<std::pair<std::string, omt::Field>> fields;
+    std::vector<std::pair<const omt::Field*, double>> calls[theCount];
     Layout structs[theCount];
     Buffer octets[theCount];
     std::string json[theCount];
@@ -107,8 +149,8 @@ double rounds(std::size_t count, Call call)
     return seconds;
 }
 
-constexpr std::size_t theQuick = 300;
-constexpr std::size_t theSlow = 30;
+constexpr std::size_t theQuick = 1000;
+constexpr std::size_t theSlow = 50;
 
 template <typename Layout>
 struct Pieces
@@ -165,6 +207,23 @@ struct Pieces
                                   const omt::Octets octets = all.values[i].octets();
                                   std::copy(octets.begin(), octets.end(), theOctets.begin());
                                   return static_cast<double>(theOctets[octets.size() - 1]);
+                              });
+    }
+
+    /// Every number by a call, into the octets of a value of the same shape.
+    static double encodeByCalls()
+    {
+        static Buffer theOctets(theRoom);
+        return rounds<Layout>(theQuick,
+                              [](All& all, std::size_t i)
+                              {
+                                  const std::size_t size = all.octets[i].size();
+                                  std::copy(all.octets[i].begin(), all.octets[i].end(),
+                                            theOctets.begin());
+                                  bool isWritten = true;
+                                  for (const auto& [leaf, number] : all.calls[i])
+                                      isWritten &= leaf->write(theOctets.data(), size, number);
+                                  return isWritten ? static_cast<double>(theOctets[size - 1]) : 0;
                               });
     }
 
@@ -291,7 +350,7 @@ double requests()
 }
 
 template <typename Layout>
-void add(const std::string& layout, std::vector<ratios::Ratio> (&rows)[5])
+void add(const std::string& layout, std::vector<ratios::Ratio> (&rows)[6])
 {
     using P = Pieces<Layout>;
     static std::deque<std::string> theNames;
@@ -303,13 +362,15 @@ void add(const std::string& layout, std::vector<ratios::Ratio> (&rows)[5])
     rows[3].push_back({name("codec_json"), P::jsonByHand, P::json, theRPR, "codec_json"});
     rows[4].push_back(
         {name("codec_from_json"), P::fromJsonByHand, P::fromJson, theRPR, "codec_from_json"});
+    rows[5].push_back({name("codec_encode_calls"), P::encodeByHand, P::encodeByCalls, theRPR,
+                       "codec_encode_calls"});
 }
 
 }  // namespace
 
 std::vector<ratios::Ratio> ratios::codecEngineRatios()
 {
-    std::vector<Ratio> rows[5];
+    std::vector<Ratio> rows[6];
     add<byHand::Spatial>("spatial", rows);
     add<byHand::EntityType>("entity_type", rows);
     add<byHand::Marking>("marking", rows);

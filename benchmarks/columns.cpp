@@ -203,6 +203,19 @@ struct Columns<byHand::EntityType>
     Filled<std::uint16_t> country;
 };
 
+/// Adds a character of Latin-1, or of up to U+07FF, in UTF-8, as columns of texts have to have it.
+std::uint8_t* addCharacter(std::uint8_t* to, unsigned code)
+{
+    if (code < 0x80)
+        *to++ = static_cast<std::uint8_t>(code);
+    else
+    {
+        *to++ = static_cast<std::uint8_t>(0xC0 | code >> 6);
+        *to++ = static_cast<std::uint8_t>(0x80 | (code & 0x3F));
+    }
+    return to;
+}
+
 template <>
 struct Columns<byHand::Marking>
 {
@@ -210,12 +223,17 @@ struct Columns<byHand::Marking>
     {
         static const Places theEncodings("MarkingEncodingEnum8");
         encoding.add(theEncodings[one.encoding]);
-        std::memcpy(data.data + data.count, one.data, sizeof one.data);
-        data.count += sizeof one.data;
-        ends.add(static_cast<std::int32_t>(data.count));
+        std::uint8_t* to = letters.data + letters.count;
+        for (const std::uint8_t letter : one.data)
+        {
+            if (letter == 0) break;
+            to = addCharacter(to, letter);
+        }
+        letters.count = static_cast<std::size_t>(to - letters.data);
+        ends.add(static_cast<std::int32_t>(letters.count));
     }
     Label encoding{theRows};
-    Octet data{theRows * 11};
+    Octet letters{theRows * 22};
     Label ends{theRows + 1};
 };
 
@@ -286,18 +304,8 @@ struct Columns<byHand::Text>
     void add(const byHand::Text& one, std::size_t)
     {
         std::uint8_t* to = letters.data + letters.count;
-        for (std::size_t i = 0; i < one.count; ++i)
-        {
-            const unsigned unit = one.units[i];
-            if (unit < 0x80)
-                *to++ = static_cast<std::uint8_t>(unit);
-            else
-            {
-                // None here takes more than two octets.
-                *to++ = static_cast<std::uint8_t>(0xC0 | unit >> 6);
-                *to++ = static_cast<std::uint8_t>(0x80 | (unit & 0x3F));
-            }
-        }
+        // None here takes more than two octets.
+        for (std::size_t i = 0; i < one.count; ++i) to = addCharacter(to, one.units[i]);
         letters.count = static_cast<std::size_t>(to - letters.data);
         ends.add(static_cast<std::int32_t>(letters.count));
     }
