@@ -6,8 +6,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstring>
+#include <random>
 #include <sstream>
 
 namespace
@@ -143,21 +146,21 @@ TEST(CodecRulesTest, RefusesWhatIsNoValue)
 {
     const std::string good = "{\"K\":\"Short\",\"X\":1,\n\"V\":{\"D\":\"Short\",\"S\":";
     const std::pair<std::string, const char*> cases[] = {
-        {good + "40000}}",                                    "2:22: V.S: 40000 is out of range of HLAinteger16BE"},
-        {good + "1.5}}",                                      "2:22: V.S: \"1.5\" is no whole number"             },
-        {good + "1},\"Y\":1}",                                "2:25: no field is called \"Y\""                    },
-        {"{\"K\":\"Shrt\"}",                                  "1:6: K: \"Shrt\" is no enumerator of Kind"         },
-        {"{\"K\":1,\"X\":2}",                                 "1:14: \"V\" is missing"                            },
-        {"{\"K\":1,\"K\":2}",                                 "1:8: \"K\" stands twice"                           },
+        {good + "40000}}",                                    "2:22: V.S: 40000 is out of range of HLAinteger16BE"            },
+        {good + "1.5}}",                                      "2:22: V.S: \"1.5\" is no whole number"                         },
+        {good + "1},\"Y\":1}",                                "2:25: no field is called \"Y\"; did you mean K?"               },
+        {"{\"K\":\"Shrt\"}",                                  "1:6: K: \"Shrt\" is no enumerator of Kind; did you mean Short?"},
+        {"{\"K\":1,\"X\":2}",                                 "1:14: \"V\" is missing"                                        },
+        {"{\"K\":1,\"K\":2}",                                 "1:8: \"K\" stands twice"                                       },
         {"{\"K\":1,\"V\":{\"L\":1,\"D\":\"Short\"},\"X\":1}",
-         "1:17: V: another alternative goes with the discriminant: \"S\""                                         },
-        {"{\"K\":1,\"V\":{\"D\":5},\"X\":1}",                 "1:17: V: no alternative for the number 5"          },
-        {"[",                                                 "1:1: a record is expected"                         },
-        {"{\"X\":1,\"K\":1,\"X\":2}",                         "1:14: \"X\" stands twice"                          },
-        {"{\"K\":1,\"X\":01.5}",                              "1:12: X: \"01.5\" is no number"                    },
-        {"{\"K\":1,\"X\":1.}",                                "1:12: X: \"1.\" is no number"                      },
-        {"{\"K\":1,\"X\":1e400}",                             "1:12: X: 1e400 is out of range of HLAfloat64BE"    },
-        {good + "1}} 2",                                      "2:26: something follows the value"                 },
+         "1:17: V: another alternative goes with the discriminant: \"S\""                                                     },
+        {"{\"K\":1,\"V\":{\"D\":5},\"X\":1}",                 "1:17: V: no alternative for the number 5"                      },
+        {"[",                                                 "1:1: a record is expected"                                     },
+        {"{\"X\":1,\"K\":1,\"X\":2}",                         "1:14: \"X\" stands twice"                                      },
+        {"{\"K\":1,\"X\":01.5}",                              "1:12: X: \"01.5\" is no number"                                },
+        {"{\"K\":1,\"X\":1.}",                                "1:12: X: \"1.\" is no number"                                  },
+        {"{\"K\":1,\"X\":1e400}",                             "1:12: X: 1e400 is out of range of HLAfloat64BE"                },
+        {good + "1}} 2",                                      "2:26: something follows the value"                             },
     };
     const omt::Type type = codec().attribute("HLAobjectRoot.A");
     for (const auto& [json, expected] : cases)
@@ -169,6 +172,60 @@ TEST(CodecRulesTest, RefusesWhatIsNoValue)
     }
     EXPECT_THROW(static_cast<void>(codec().attribute("HLAobjectRoot.B")), omt::UnknownName);
     EXPECT_THROW(static_cast<void>(type.field("V.Q")), omt::UnknownName);
+}
+
+template <typename Number>
+void expectShortest(const omt::Type& type, Number number)
+{
+    Bytes octets(sizeof number);
+    std::memcpy(octets.data(), &number, sizeof number);
+    std::reverse(octets.begin(), octets.end());
+    char text[64];
+    const std::string expected(text, std::to_chars(text, text + sizeof text, number).ptr);
+    EXPECT_EQ(type.decode(octets).json(), expected);
+}
+
+// Of all sizes, with few digits and with as many as there can be, and their neighbours.
+TEST(CodecRulesTest, WritesTheFewestDigits)
+{
+    const omt::Codec all = codec();
+    std::mt19937_64 random(1516);
+    for (int i = 0; i < 20000; ++i)
+    {
+        const int exponent = i % 80 - 20;
+        const double some = std::ldexp(static_cast<double>(random() >> 11), exponent - 53);
+        const double few = static_cast<double>(random() % 100000) / std::pow(10, i % 9);
+        for (const double number : {some, -some, few, std::nextafter(few, 1e9),
+                                    std::ldexp(1.0, exponent), std::floor(some)})
+        {
+            expectShortest(all.type("HLAfloat64BE"), number);
+            expectShortest(all.type("HLAfloat32BE"), static_cast<float>(number));
+        }
+    }
+}
+
+TEST(CodecRulesTest, WritesOneNumberInPlace)
+{
+    const omt::Type type = codec().attribute("HLAobjectRoot.A");
+    const std::string before = "{\"K\":\"Short\",\"X\":1,\"V\":{\"D\":\"Short\",\"S\":5}}";
+    const std::tuple<const char*, double, std::string> cases[] = {
+        {"X",   -2.5,  "{\"K\":\"Short\",\"X\":-2.5,\"V\":{\"D\":\"Short\",\"S\":5}}"},
+        {"V.S", -7,    "{\"K\":\"Short\",\"X\":1,\"V\":{\"D\":\"Short\",\"S\":-7}}"  },
+        {"K",   200,   "{\"K\":200,\"X\":1,\"V\":{\"D\":\"Short\",\"S\":5}}"         },
+        {"V.S", 1.5,   ""                                                            },
+        {"V.S", 32768, ""                                                            },
+        {"V.D", 2,     ""                                                            },
+        {"V.L", 1,     ""                                                            },
+        {"V",   1,     ""                                                            },
+    };
+    for (const auto& [path, number, expected] : cases)
+    {
+        Bytes octets;
+        type.encode(before, octets);
+        const bool isWritten = type.field(path).write(octets.data(), octets.size(), number);
+        EXPECT_EQ(isWritten, !expected.empty()) << path << ' ' << number;
+        EXPECT_EQ(type.decode(octets).json(), isWritten ? expected : before) << path;
+    }
 }
 
 TEST(CodecRulesTest, ReadsFieldsInAnyOrderAndWithBlanks)

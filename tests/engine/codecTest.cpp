@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <cmath>
 #include <cstdlib>
 #include <new>
 #include <sstream>
@@ -162,10 +163,21 @@ private:
         for (std::size_t i = 0; i < myPaths.size(); i += myPaths.size() / theMost + 1)
         {
             const omt::Item item = myValue[myPaths[i]];
-            const auto field = type.field(myPaths[i]).octets(octets);
+            const omt::Field field = type.field(myPaths[i]);
+            const auto place = field.octets(octets);
             const bool isThere = item && item.octets().size() == item.type().size();
-            EXPECT_EQ(field.has_value(), isThere) << type.name() << ' ' << myPaths[i];
-            EXPECT_TRUE(!field || !isThere || field->data() == item.octets().data()) << myPaths[i];
+            EXPECT_EQ(place.has_value(), isThere) << type.name() << ' ' << myPaths[i];
+            EXPECT_TRUE(!place || !isThere || place->data() == item.octets().data()) << myPaths[i];
+            const omt::Item there = isThere ? item : omt::Item();
+            EXPECT_EQ(field.integer(octets), there.integer()) << type.name() << ' ' << myPaths[i];
+            EXPECT_EQ(std::to_string(field.number(octets).value_or(-0.5)),
+                      std::to_string(there.number().value_or(-0.5)));
+            Bytes again = octets;
+            const double number = there.number().value_or(-0.5);
+            EXPECT_TRUE(!(std::abs(number) < 0x1p53) ||
+                        !field.write(again.data(), again.size(), number) ||
+                        (there && again == octets))
+                << type.name() << ' ' << myPaths[i];
         }
     }
 

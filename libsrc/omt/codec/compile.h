@@ -89,15 +89,19 @@ private:
     using Holes = std::vector<std::uint32_t>;
     void findShapes();
     void findShape(Node& node);
+    void findList(Node& node) const;
     void setElements(Node& node) const;
     bool addHoles(Holes& holes, std::uint32_t from, std::uint32_t to) const;
     bool addHoles(Holes& holes, std::uint32_t at, const Node& child) const;
     bool addHoles(Holes& holes, const Node& node, std::uint32_t fields) const;
     void addGaps(const Holes& holes, std::uint32_t size);
     bool setGaps(Node& node, const Holes& holes, std::uint32_t size);
+    std::uint32_t commonSize(const Node& variant) const;
+    void setEven(Fork& fork) const;
     bool setFork(Node& node, std::uint32_t lead);
     void setLead(Node& node);
     void addTargets(const Node& variant);
+    void addSlots(const Node& variant);
 
     /// Calls `visit` for the nodes that one holds without an array of any number between.
     template <typename Visit>

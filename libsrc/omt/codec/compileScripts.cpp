@@ -4,6 +4,7 @@
 #include "omt/codec/jsonLeaves.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace omt
 {
@@ -16,9 +17,16 @@ constexpr std::size_t theLongestText = 1024;
 
 Leaf leafOf(const Node& number)
 {
-    if (number.scalar == Scalar::floating) return number.size == 4 ? Leaf::float32 : Leaf::float64;
-    if (number.table != theNone) return Leaf::label;
-    if (number.scalar != Scalar::unsignedInteger) return Leaf::number;
+    const bool isUnsigned = number.scalar == Scalar::unsignedInteger;
+    if (number.scalar == Scalar::floating)
+        return number.isLittleEndian ? Leaf::number
+               : number.size == 4    ? Leaf::float32
+                                     : Leaf::float64;
+    if (number.table != theNone)
+        return number.size == 1 && isUnsigned               ? Leaf::label8
+               : number.size == 4 && !number.isLittleEndian ? Leaf::label32
+                                                            : Leaf::label;
+    if (!isUnsigned) return Leaf::number;
     if (number.size == 1) return Leaf::octet;
     return number.size == 2 && !number.isLittleEndian ? Leaf::pair : Leaf::number;
 }
@@ -39,6 +47,34 @@ void ScriptCompiler::measureLabels(Node& node) const
     if (node.form != Form::number || node.table == theNone) return;
     for (const Enumeration::Entry& entry : myPlan.enumerations[node.table].entries)
         node.longestLabel = std::max(node.longestLabel, entry.quoted.size);
+}
+
+// Small numbers stand in their order, others where they are spread to. What has no place is found
+// another way.
+LabelPlaces ScriptCompiler::labelsOf(const Node& number)
+{
+    Enumeration& table = myPlan.enumerations[number.table];
+    if (table.labels.factor != 0) return table.labels;
+    std::uint64_t largest = 0;
+    for (const Enumeration::Entry& entry : table.entries)
+        largest = std::max(largest, static_cast<std::uint64_t>(entry.number));
+    constexpr std::uint64_t theMostInOrder = 256;
+    const bool isInOrder = largest < theMostInOrder;
+    const std::size_t size = std::bit_ceil(isInOrder ? largest + 1 : 2 * table.entries.size());
+    table.labels = {static_cast<std::uint32_t>(myPlan.labels.size()),
+                    static_cast<std::uint32_t>(size - 1),
+                    isInOrder ? std::uint64_t{1} << 32 : theSpread};
+    myPlan.labels.resize(myPlan.labels.size() + size);
+    for (const std::uint32_t i : table.byNumber)
+    {
+        const Enumeration::Entry& entry = table.entries[i];
+        const auto bits = static_cast<std::uint64_t>(entry.number);
+        // Larger ones may be negative numbers.
+        if (!entry.isFirst || bits >> 31 != 0) continue;
+        Label& label = myPlan.labels[table.labels.of(static_cast<std::uint32_t>(bits))];
+        if (label.quoted.size == 0) label = {bits, entry.quoted};
+    }
+    return table.labels;
 }
 
 void ScriptCompiler::write(Node& node)
@@ -121,7 +157,9 @@ bool ScriptCompiler::addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf,
     if (leaf != Leaf::end && (mySteps.size() >= theMostLeaves || myBefore.size() > theLongestText))
         return false;
     myRoom += myBefore.size() + longest;
-    mySteps.push_back({myPlan.add(myBefore), id, offset, leaf});
+    const bool isLabel = leaf == Leaf::label8 || leaf == Leaf::label32;
+    mySteps.push_back({myPlan.add(myBefore), id, offset, leaf,
+                       isLabel ? labelsOf(myPlan.nodes[id]) : LabelPlaces()});
     myBefore.clear();
     return myRoom <= JsonRoom::theMost;
 }

@@ -20,6 +20,7 @@ public:
 
 private:
     void measureLabels(Node& node) const;
+    LabelPlaces labelsOf(const Node& number);
     void write(Node& node);
     bool addFields(Node& record);
     bool addNode(std::uint32_t id, std::uint32_t offset);

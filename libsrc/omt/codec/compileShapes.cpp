@@ -3,6 +3,7 @@
 #include "omt/codec/compile.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace omt
@@ -12,6 +13,14 @@ void Compiler::findShapes()
 {
     myPlan.targets.resize(myPlan.choices.size() * theTargets);
     for (const Id id : myOrder) findShape(myPlan.nodes[id]);
+    for (const Id id : myOrder) findList(myPlan.nodes[id]);
+}
+
+// After all shapes, as elements may come after their arrays in the order.
+void Compiler::findList(Node& node) const
+{
+    if (node.quick != QuickForm::array || node.extent != Extent::counted || node.hasPadding) return;
+    if (myPlan.nodes[node.element].quick == QuickForm::plain) node.quick = QuickForm::list;
 }
 
 void Compiler::findShape(Node& node)
@@ -38,7 +47,6 @@ void Compiler::findShape(Node& node)
             setLead(node);
             break;
         case Form::array:
-            node.quick = QuickForm::array;
             setElements(node);
             break;
         case Form::octets:
@@ -55,6 +63,7 @@ void Compiler::setElements(Node& node) const
     const Node& element = myPlan.nodes[node.element];
     node.body = static_cast<std::uint32_t>(aligned(4, element.boundary));
     node.hasPadding = element.hasPadding || node.stride != element.size;
+    node.quick = QuickForm::array;
 }
 
 void Compiler::addTargets(const Node& variant)
@@ -62,6 +71,31 @@ void Compiler::addTargets(const Node& variant)
     Target* const targets = myPlan.targets.data() + variant.table * std::size_t{theTargets};
     for (std::uint32_t number = 0; number < theTargets; ++number)
         targets[number] = myPlan.findSparse(variant, number);
+    addSlots(variant);
+}
+
+// Larger numbers, as many of them as have a place of their own.
+void Compiler::addSlots(const Node& variant)
+{
+    constexpr std::size_t theMostSlots = 1024;
+    const auto isLarge = [](const Choices::Range& row)
+    { return static_cast<std::uint64_t>(row.number) >= theTargets; };
+    Choices& choices = myPlan.choices[variant.table];
+    const auto& numbers = choices.numbers;
+    const auto large =
+        static_cast<std::size_t>(std::count_if(numbers.begin(), numbers.end(), isLarge));
+    const std::size_t size = std::min(std::bit_ceil(2 * large), theMostSlots);
+    const std::size_t first = myPlan.slots.size();
+    choices.slots = static_cast<std::uint32_t>(first);
+    choices.slotCount = static_cast<std::uint32_t>(size);
+    myPlan.slots.resize(first + size);
+    for (const Choices::Range& row : numbers)
+    {
+        if (!isLarge(row)) continue;
+        const auto number = static_cast<std::uint64_t>(row.number);
+        Slot& slot = myPlan.slots[first + slotOf(number, size)];
+        if (slot.number == 0) slot = {number, myPlan.targetOf(variant, row.alternative)};
+    }
 }
 
 // Padding ---------------------------------------------------------------------------------------
@@ -173,6 +207,33 @@ Load loadOf(const Node& number)
 
 }  // namespace
 
+std::uint32_t Compiler::commonSize(const Node& variant) const
+{
+    std::uint32_t size = 0;
+    for (std::uint32_t i = 1; i < variant.parts; ++i)
+    {
+        const Node& node = myPlan.nodes[myPlan.parts[variant.first + i].node];
+        if (node.quick != QuickForm::plain || (i > 1 && node.size != size)) return 0;
+        size = node.size;
+    }
+    return size;
+}
+
+void Compiler::setEven(Fork& fork) const
+{
+    const Node& variant = myPlan.nodes[fork.variant];
+    const auto hasGaps = [&](std::uint32_t i)
+    { return myPlan.nodes[myPlan.parts[variant.first + i].node].gapCount > 0; };
+    if (fork.size == 0 || fork.length != Length::none || fork.load == Load::other) return;
+    if (fork.body + fork.size < theWindow || fork.gapCount > 1) return;
+    for (std::uint32_t i = 1; i < variant.parts; ++i)
+        if (hasGaps(i)) return;
+    fork.isEven = fork.gapCount == 0 || !myPlan.gaps[fork.gaps].isOctet;
+    if (fork.gapCount == 0 || !fork.isEven) return;
+    fork.gapPlace = myPlan.gaps[fork.gaps].offset;
+    fork.gapMask = myPlan.gaps[fork.gaps].mask;
+}
+
 // A variant record, or a record that ends with one after plain fields.
 bool Compiler::setFork(Node& node, std::uint32_t lead)
 {
@@ -189,6 +250,9 @@ bool Compiler::setFork(Node& node, std::uint32_t lead)
     fork.lengthPlace = fork.place + variant.lengthOffset;
     fork.load = loadOf(myPlan.nodes[variant.element]);
     fork.targets = variant.table * theTargets;
+    fork.slots = myPlan.choices[variant.table].slots;
+    fork.slotCount = myPlan.choices[variant.table].slotCount;
+    fork.size = commonSize(variant);
     fork.gaps = static_cast<std::uint32_t>(myPlan.gaps.size());
     Holes holes;
     if (isRecord && !addHoles(holes, node, lead)) return false;
@@ -205,6 +269,7 @@ bool Compiler::setFork(Node& node, std::uint32_t lead)
     }
     addGaps(holes, fork.body);
     fork.gapCount = static_cast<std::uint32_t>(myPlan.gaps.size()) - fork.gaps;
+    setEven(fork);
     node.quick = QuickForm::fork;
     node.fork = static_cast<std::uint32_t>(myPlan.forks.size());
     myPlan.forks.push_back(fork);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// A field is a way of steps through the plan. Where all steps lead over fixed places, or over one
-// variant record at a fixed place, it is a check and a load.
+// A field is a way of steps through the plan. Where all of them lead over fixed places, or over one
+// alternative or element at a fixed place, it is a check and a load.
+#include "omt/codec/jsonNumbers.h"
 #include "omt/codec/quickIndex.h"
 #include "omt/codec/valueParts.h"
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 namespace omt
@@ -14,20 +17,17 @@ std::optional<Field> Type::findField(std::string_view path) const
 {
     Field field(myPlan, myNode);
     field.myRoot = myNode;
-    field.myIsDirect = true;
-    std::uint64_t offset = 0;
     bool isWrong = false;
     while (const std::optional<PathStep> step = takeStep(path, isWrong))
     {
         const Node& node = myPlan->nodes[field.myNode];
         using What = Field::Step::What;
-        Field::Step one{What::part, field.myNode, step->index};
+        Field::Step one{What::element, field.myNode, step->index};
         if (node.form == Form::array && step->index != theNone)
         {
             if (node.extent == Extent::fixed && step->index >= node.count) return std::nullopt;
-            one.what = What::element;
-            field.myIsDirect = field.myIsDirect && node.isFixed;
-            offset += std::uint64_t{step->index} * node.stride;
+            // An element of zeros would end the array.
+            field.myIsDecisive = node.extent == Extent::terminated;
             field.myNode = node.element;
         }
         else if ((node.form == Form::record || node.form == Form::variant) &&
@@ -35,26 +35,11 @@ std::optional<Field> Type::findField(std::string_view path) const
         {
             one.index = myPlan->findPart(node, step->name);
             if (one.index == theNone) return std::nullopt;
+            const bool isAlternative = node.form == Form::variant && one.index > 0;
+            one.what = isAlternative ? What::alternative : What::part;
             const Part& part = myPlan->parts[node.first + one.index];
-            if (node.form == Form::variant && one.index > 0)
-            {
-                one.what = What::alternative;
-                field.myIsDirect =
-                    field.myIsDirect && field.myVariant == theNone && node.length == Length::none;
-                field.myVariant = static_cast<std::uint32_t>(&node - myPlan->nodes.data());
-                field.myVariantOffset = static_cast<std::uint32_t>(offset);
-                field.myAlternative = one.index;
-                offset += node.body;
-            }
-            else if (node.form == Form::variant)
-                // Its number has to be looked at.
-                field.myIsDirect = field.myIsDirect && node.length != Length::none;
-            else
-            {
-                const bool isPlaced = part.offset != theNone && part.decider == theNone;
-                field.myIsDirect = field.myIsDirect && isPlaced;
-                offset += isPlaced ? part.offset : 0;
-            }
+            field.myIsDecisive = (field.myIsDecisive && node.form == Form::record) ||
+                                 part.isLookedAt || (node.form == Form::variant && !isAlternative);
             field.myNode = part.node;
         }
         else
@@ -62,53 +47,155 @@ std::optional<Field> Type::findField(std::string_view path) const
         field.mySteps.push_back(one);
     }
     if (isWrong) return std::nullopt;
-    const Node& node = myPlan->nodes[field.myNode];
-    field.myIsDirect = field.myIsDirect && node.isFixed && offset < theLargestSize;
-    field.myOffset = static_cast<std::uint32_t>(offset);
-    field.mySize = node.size;
-    field.myIsDouble = node.form == Form::number && node.scalar == Scalar::floating &&
-                       node.size == 8 && !node.isLittleEndian;
-    if (field.myIsDirect) field.expect();
+    field.place();
+    field.placeEnd();
     return field;
 }
 
-// Most alternatives have one number, whose octets are then compared as they stand.
-void Field::expect()
+// Fixed places -----------------------------------------------------------------------------------
+
+// Finds out whether the part has a fixed place, after at most one check.
+void Field::place()
 {
-    if (myVariant == theNone) return;
-    const Node& variant = myPlan->nodes[myVariant];
-    const Choices& choices = myPlan->choices[variant.table];
-    const Node& discriminant = myPlan->nodes[variant.element];
-    const Choices::Range* found = nullptr;
-    for (const Choices::Range& row : choices.numbers)
+    const Node& node = myPlan->nodes[myNode];
+    if (!node.isFixed) return;
+    std::uint64_t at = 0;
+    for (const Step& step : mySteps)
     {
-        if (row.alternative != myAlternative) continue;
-        if (found) return;
-        found = &row;
+        const Node& from = myPlan->nodes[step.node];
+        const Part* const part =
+            step.what == Step::What::element ? nullptr : &myPlan->parts[from.first + step.index];
+        if (part && part->decider != theNone) return;
+        if (at > theLargestSize) return;
+        if (part && from.form == Form::record)
+        {
+            if (part->offset == theNone) return;
+            at += part->offset;
+        }
+        else if (part && !expect(step, at))
+            return;
+        else if (part)
+            at += step.index > 0 ? from.body : 0;
+        else if (from.isFixed)
+            at += std::uint64_t{step.index} * from.stride;
+        else if (!expectElement(step, at))
+            return;
+        else
+            at += from.body + std::uint64_t{step.index} * from.stride;
     }
-    if (!found || choices.other == myAlternative) return;
-    const auto bits = static_cast<std::uint64_t>(found->number);
-    for (std::uint32_t i = 0; i < discriminant.size; ++i)
-        myExpected[discriminant.isLittleEndian ? i : discriminant.size - 1 - i] =
-            static_cast<std::uint8_t>(bits >> 8 * i);
-    // A number that the discriminant cannot hold is never there.
-    if (loadInteger(discriminant, myExpected) == found->number) myExpectedSize = discriminant.size;
+    if (at + node.size > theLargestSize) return;
+    myPlace = static_cast<std::uint32_t>(at);
+    myEnd = myPlace + node.size;
+    constexpr std::uint32_t theWindow = sizeof myMask;
+    if (myCheck == Check::octets && myEnd < theWindow) return;
+    if (myCheck == Check::octets && myCheckPlace > myEnd - theWindow)
+    {
+        // Eight octets that end where the part does.
+        const std::uint32_t shift = 8 * (myCheckPlace - (myEnd - theWindow));
+        myCheckPlace = myEnd - theWindow;
+        myMask <<= shift;
+        myWanted <<= shift;
+    }
+    myIsFixed = true;
+    setLoad();
 }
+
+// The last steps are one, where they lead to a place that is fixed after those before.
+void Field::placeEnd()
+{
+    myOpenSteps = mySteps.size();
+    if (myPlan->nodes[myNode].quick != QuickForm::plain) return;
+    std::uint64_t rest = 0;
+    for (; myOpenSteps > 0; --myOpenSteps)
+    {
+        const Step& step = mySteps[myOpenSteps - 1];
+        const Node& from = myPlan->nodes[step.node];
+        if (step.what == Step::What::element && from.isFixed)
+            rest += std::uint64_t{step.index} * from.stride;
+        else if (step.what == Step::What::part && from.form == Form::record && !from.isLooking)
+        {
+            const std::uint32_t offset = myPlan->parts[from.first + step.index].offset;
+            if (offset == theNone) break;
+            rest += offset;
+        }
+        else
+            break;
+        if (rest > theLargestSize) break;
+        myRest = static_cast<std::uint32_t>(rest);
+    }
+}
+
+// The discriminant of an alternative that has one number. All others have to be looked up, and so
+// has the discriminant itself, which is no part where it is none.
+bool Field::expect(const Step& step, std::uint64_t at)
+{
+    const Node& variant = myPlan->nodes[step.node];
+    if (step.what == Step::What::part) return variant.length != Length::none;
+    const Choices& choices = myPlan->choices[variant.table];
+    if (myCheck != Check::size || variant.length != Length::none || choices.other == step.index)
+        return false;
+    const auto isWanted = [&step](const Choices::Range& row)
+    { return row.alternative == step.index; };
+    const auto& numbers = choices.numbers;
+    const auto found = std::find_if(numbers.begin(), numbers.end(), isWanted);
+    if (found == numbers.end() || std::any_of(found + 1, numbers.end(), isWanted)) return false;
+    const Node& discriminant = myPlan->nodes[variant.element];
+    if (discriminant.size > sizeof myWanted || !isInRange(discriminant, found->number))
+        return false;
+    std::uint8_t octets[2][sizeof myWanted] = {};
+    storeBits(discriminant, static_cast<std::uint64_t>(found->number), octets[0]);
+    storeBits(discriminant, ~std::uint64_t{0}, octets[1]);
+    std::memcpy(&myWanted, octets[0], sizeof myWanted);
+    std::memcpy(&myMask, octets[1], sizeof myMask);
+    myCheck = Check::octets;
+    myCheckPlace = static_cast<std::uint32_t>(at);
+    return true;
+}
+
+// An element of an array with a count, without padding between elements.
+bool Field::expectElement(const Step& step, std::uint64_t at)
+{
+    const Node& array = myPlan->nodes[step.node];
+    const Node& element = myPlan->nodes[array.element];
+    if (myCheck != Check::size || array.extent != Extent::counted || !element.isFixed ||
+        array.stride != element.size || element.size == 0 || step.index > theLargestSize)
+        return false;
+    myCheck = Check::count;
+    myCheckPlace = static_cast<std::uint32_t>(at);
+    myIndex = static_cast<std::int32_t>(step.index);
+    myFirst = myCheckPlace + array.body;
+    myStride = array.stride;
+    return true;
+}
+
+void Field::setLoad()
+{
+    const Node& node = myPlan->nodes[myNode];
+    if (node.form != Form::number || (node.isLittleEndian && node.size > 1)) return;
+    if (node.scalar == Scalar::floating)
+    {
+        myLoad = node.size == 4 ? Load::float32 : Load::float64;
+        return;
+    }
+    const bool isSigned = node.scalar == Scalar::signedInteger;
+    const int bits = static_cast<int>(8 * node.size);
+    myShift = isSigned ? static_cast<std::uint8_t>(64 - bits) : std::uint8_t{0};
+    myLeast = isSigned ? -std::ldexp(1, bits - 1) : 0;
+    myMost = std::ldexp(1, isSigned ? bits - 1 : bits) - 1;
+    myLoad = node.size == 1   ? Load::octet
+             : node.size == 2 ? Load::big16
+             : node.size == 4 ? Load::big32
+                              : Load::other;
+}
+
+// Any place --------------------------------------------------------------------------------------
 
 bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
 {
-    if (!myIsDirect) return findQuickly(value, at, end) || findSlowly(value, at, end);
-    at = myOffset;
-    end = at + mySize;
-    if (end > value.size()) return false;
-    if (myVariant == theNone) return true;
-    if (myExpectedSize == 1) return value[myVariantOffset] == myExpected[0];
-    if (myExpectedSize > 0)
-        return std::memcmp(value.data() + myVariantOffset, myExpected, myExpectedSize) == 0;
-    const Node& variant = myPlan->nodes[myVariant];
-    const std::int64_t number =
-        loadInteger(myPlan->nodes[variant.element], value.data() + myVariantOffset);
-    return myPlan->findAlternative(variant, number) == myAlternative;
+    if (!myIsFixed) return findQuickly(value, at, end) || findSlowly(value, at, end);
+    at = myPlace;
+    end = myEnd;
+    return isThere(value);
 }
 
 // Pieces before the part are passed over, where nothing about them is odd.
@@ -118,8 +205,9 @@ bool Field::findQuickly(Octets value, std::size_t& at, std::size_t& end) const
     Quick quick(*myPlan, value, nullptr);
     Quick::Around around{value.size(), 0, 0};
     at = 0;
-    for (const Step& step : mySteps)
+    for (std::size_t i = 0; i < myOpenSteps; ++i)
     {
+        const Step& step = mySteps[i];
         const Node& node = myPlan->nodes[step.node];
         if (step.what == Step::What::element)
             at = quick.element(node, step.index, at, around);
@@ -133,8 +221,15 @@ bool Field::findQuickly(Octets value, std::size_t& at, std::size_t& end) const
             return false;
         if (at == theOdd) return false;
     }
-    end = quick.piece(myNode, at, around);
-    return end != theOdd;
+    const Node& node = myPlan->nodes[myNode];
+    if (node.quick != QuickForm::plain)
+    {
+        end = quick.piece(myNode, at, around);
+        return end != theOdd;
+    }
+    at += myRest;
+    end = at + node.size;
+    return end <= around.limit;
 }
 
 // Over pieces of open size the value is indexed, which tells where they stand.
@@ -183,30 +278,60 @@ std::optional<Octets> Field::octets(Octets value) const
     return Octets(value.data() + at, end - at);
 }
 
-std::optional<double> Field::number(Octets value) const
+std::optional<double> Field::findNumber(Octets value) const
 {
     std::size_t at = 0;
     std::size_t end = 0;
-    if (myIsDouble)
-    {
-        if (!find(value, at, end)) return std::nullopt;
-        std::uint64_t bits;
-        std::memcpy(&bits, value.data() + at, sizeof bits);
-        return std::bit_cast<double>(__builtin_bswap64(bits));
-    }
     const Node& node = myPlan->nodes[myNode];
     if (node.form != Form::number || !find(value, at, end)) return std::nullopt;
     return loadNumber(node, value.data() + at);
 }
 
-std::optional<std::int64_t> Field::integer(Octets value) const
+namespace
+{
+
+/// The bits of a number of this node, where it can be this number.
+std::optional<std::uint64_t> bitsOf(const Node& node, double number)
+{
+    if (node.scalar == Scalar::floating)
+    {
+        if (node.size == 8) return std::bit_cast<std::uint64_t>(number);
+        const auto rounded = static_cast<float>(number);
+        if (std::isinf(rounded) && !std::isinf(number)) return std::nullopt;
+        return std::bit_cast<std::uint32_t>(rounded);
+    }
+    const bool isUnsigned = node.scalar == Scalar::unsignedInteger;
+    const double end = isUnsigned ? 0x1p64 : 0x1p63;
+    if (!(number >= (isUnsigned ? 0 : -end) && number < end) || std::trunc(number) != number)
+        return std::nullopt;
+    const auto bits = isUnsigned ? static_cast<std::uint64_t>(number)
+                                 : static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
+    if (!isInRange(node, static_cast<std::int64_t>(bits))) return std::nullopt;
+    return bits;
+}
+
+}  // namespace
+
+bool Field::writeAny(std::uint8_t* octets, std::size_t size, double number) const
+{
+    std::size_t at = 0;
+    std::size_t end = 0;
+    const Node& node = myPlan->nodes[myNode];
+    if (myIsDecisive || node.form != Form::number) return false;
+    const std::optional<std::uint64_t> bits = bitsOf(node, number);
+    if (!bits || !find({octets, size}, at, end)) return false;
+    storeBits(node, *bits, octets + at);
+    return true;
+}
+
+std::optional<std::int64_t> Field::findInteger(Octets value) const
 {
     std::size_t at = 0;
     std::size_t end = 0;
     const Node& node = myPlan->nodes[myNode];
     const bool isInteger = node.form == Form::number && node.scalar != Scalar::floating;
     if (!isInteger || !find(value, at, end)) return std::nullopt;
-    return loadInteger(node, value.data() + at);
+    return omt::loadInteger(node, value.data() + at);
 }
 
 std::optional<std::string_view> Field::label(Octets value) const

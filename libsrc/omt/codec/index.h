@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace omt
@@ -35,11 +36,20 @@ class Entries
 public:
     Entries() = default;
     Entries(const Entries& other) { *this = other; }
+    Entries(Entries&& other) noexcept { *this = std::move(other); }
+    ~Entries() = default;
     Entries& operator=(const Entries& other)
     {
         if (this == &other) return *this;
         clear();
         for (const Entry& entry : other) push_back(entry);
+        return *this;
+    }
+    Entries& operator=(Entries&& other) noexcept
+    {
+        std::swap(myRoom, other.myRoom);
+        std::swap(myEnd, other.myEnd);
+        std::swap(myLast, other.myLast);
         return *this;
     }
 
@@ -57,6 +67,13 @@ public:
     void resize(std::size_t size) { myEnd = myRoom.get() + size; }
     bool isFull() const { return myEnd == myLast; }
     void grow();
+    /// Makes room for so many more.
+    void need(std::size_t count)
+    {
+        while (static_cast<std::size_t>(myLast - myEnd) < count) grow();
+    }
+    /// Counts those that were written after the last one, where there is room.
+    void addWritten(std::size_t count) { myEnd += count; }
     /// Only where it is not full.
     void add(const Entry& entry) { *myEnd++ = entry; }
     void push_back(const Entry& entry)
@@ -117,6 +134,13 @@ inline std::uint32_t loadBig32(const std::uint8_t* octets)
     return __builtin_bswap32(bits);
 }
 
+inline std::uint64_t loadBig64(const std::uint8_t* octets)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, octets, sizeof bits);
+    return __builtin_bswap64(bits);
+}
+
 /// The octets of a number, the last one lowest.
 inline std::uint64_t loadBits(const Node& node, const std::uint8_t* octets)
 {
@@ -173,7 +197,8 @@ inline double loadNumber(const Node& node, const std::uint8_t* octets)
 inline bool isZeroIn(const Plan& plan, std::uint32_t gaps, std::uint32_t count,
                      const std::uint8_t* octets)
 {
-    for (const Gap *gap = plan.gaps.data() + gaps, *end = gap + count; gap != end; ++gap)
+    const Gap* gap = plan.gaps.data() + gaps;
+    for (const Gap* const end = gap + count; gap != end; ++gap)
     {
         std::uint64_t bits = octets[gap->offset];
         if (!gap->isOctet) std::memcpy(&bits, octets + gap->offset, sizeof bits);
@@ -182,21 +207,108 @@ inline bool isZeroIn(const Plan& plan, std::uint32_t gaps, std::uint32_t count,
     return true;
 }
 
-/// The same as indexValue() for an index that is clear, without the shortcut.
+/// Told in the place of where a piece ends.
+constexpr std::size_t theOdd = ~std::size_t{0};
+/// The most octets of a value that is indexed the quick way.
+constexpr std::size_t theMostOctets = 0xFFFFFF00;
+
+/// The alternative of the number that stands here; null where it has to be looked up.
+inline const Target* targetAt(const Plan& plan, const Fork& fork, const std::uint8_t* octets)
+{
+    std::uint32_t number = *octets;
+    if (fork.load == Load::big32)
+        number = loadBig32(octets);
+    else if (fork.load == Load::big16)
+        number = loadBig16(octets);
+    else if (fork.load == Load::other)
+        return nullptr;
+    if (number < theTargets) return &plan.targets[fork.targets + number];
+    const Slot& slot = plan.slots[fork.slots + slotOf(number, fork.slotCount)];
+    return slot.number == number ? &slot.target : nullptr;
+}
+
+/// How many octets a fork with a plain alternative takes, where nothing about it is odd; else
+/// theOdd. `isChecked`: whether padding has to be zero. Inlined, as a call would cost as much.
+template <bool isChecked>
+[[gnu::always_inline]] inline std::size_t sizeOfFork(const Plan& plan, const Fork& fork,
+                                                     const std::uint8_t* octets, std::size_t left,
+                                                     std::uint32_t& alternative)
+{
+    if (left < fork.body) return theOdd;
+    const Target* const target = targetAt(plan, fork, octets + fork.place);
+    if (!target || target->size == Target::theNoSize) return theOdd;
+    // Where the next piece begins is known before the target is, if it can be.
+    std::uint64_t size = fork.size;
+    if (fork.length != Length::none)
+    {
+        size = loadBig32(octets + fork.lengthPlace);
+        if (size != target->size) return theOdd;
+    }
+    else if (size == 0)
+        size = target->size;
+    if (size > left - fork.body) return theOdd;
+    if (isChecked && fork.gapCount > 0 && !isZeroIn(plan, fork.gaps, fork.gapCount, octets))
+        return theOdd;
+    if (isChecked && target->gapCount > 0 &&
+        !isZeroIn(plan, target->gaps, target->gapCount, octets + fork.body))
+        return theOdd;
+    alternative = target->alternative;
+    return fork.body + size;
+}
+
+/// How many octets a counted array of plain elements takes that have no padding, and how many
+/// elements it has.
+template <bool isChecked>
+std::size_t sizeOfList(const Node& array, const std::uint8_t* octets, std::size_t left,
+                       std::uint32_t& count)
+{
+    if (left < 4) return theOdd;
+    count = loadBig32(octets);
+    // None has nothing before elements, so that zeros there may be odd.
+    if (count == 0) return array.body == 4 && (!isChecked || array.least == 0) ? 4 : theOdd;
+    if (count > theLargestSize || left < array.body) return theOdd;
+    if (isChecked && (count < array.least || count > array.most)) return theOdd;
+    const std::uint64_t size = std::uint64_t{array.stride} * count;
+    if (size > left - array.body) return theOdd;
+    // The elements begin at the 4th or the 8th octet.
+    if (isChecked && array.body != 4 && loadBig32(octets + 4) != 0) return theOdd;
+    return array.body + size;
+}
+
+/// Indexes a value of one of the usual forms in which nothing is odd; false where it is another.
+/// For an index without oddities. Needs no call, so that what it is inlined in needs no frame.
+[[gnu::always_inline]] inline bool indexQuickly(const Plan& plan, std::uint32_t node, Octets octets,
+                                                Index& index)
+{
+    const Node& type = plan.nodes[node];
+    index.entries.clear();
+    if (type.quick == QuickForm::plain)
+    {
+        index.octets = type.size;
+        return type.size <= octets.size() &&
+               (type.gapCount == 0 || isZeroIn(plan, type.gaps, type.gapCount, octets.data()));
+    }
+    if (octets.size() > theMostOctets || index.entries.isFull()) return false;
+    std::size_t size = theOdd;
+    std::uint32_t count = 0;
+    if (type.quick == QuickForm::fork)
+        size = sizeOfFork<true>(plan, plan.forks[type.fork], octets.data(), octets.size(), count);
+    else if (type.quick == QuickForm::list)
+        size = sizeOfList<true>(type, octets.data(), octets.size(), count);
+    if (size == theOdd) return false;
+    index.octets = static_cast<std::uint32_t>(size);
+    index.entries.add({0, index.octets, count, 1});
+    return true;
+}
+
+/// The same for any value, given an index that is clear; whether there was no fault.
 bool indexOpen(const Plan& plan, std::uint32_t node, Octets octets, Index& index);
 
 /// Indexes a whole value; whether there was no fault.
 inline bool indexValue(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
 {
     index.clear();
-    const Node& type = plan.nodes[node];
-    if (type.quick == QuickForm::plain && type.size <= octets.size() &&
-        (type.gapCount == 0 || isZeroIn(plan, type.gaps, type.gapCount, octets.data())))
-    {
-        index.octets = type.size;
-        return true;
-    }
-    return indexOpen(plan, node, octets, index);
+    return indexQuickly(plan, node, octets, index) || indexOpen(plan, node, octets, index);
 }
 
 /// How many elements other fields state for an array, given what these hold.

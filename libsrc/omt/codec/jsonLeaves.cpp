@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/codec/jsonLeaves.h"
 
+#include "omt/codec/jsonFloats.h"
 #include "omt/codec/jsonLetters.h"
 #include "omt/codec/valueParts.h"
 
@@ -70,6 +71,16 @@ char* unit(char* at, std::uint32_t code)
     return at;
 }
 
+/// Whether all octets stand for themselves in JSON and none is zero; false for few.
+bool isPlain(const std::uint8_t* octets, std::size_t count)
+{
+    if (count < 8) return false;
+    std::uint64_t special = specialOctets(loadWord<std::uint64_t>(octets + count - 8));
+    for (std::size_t i = 0; i + 8 < count; i += 8)
+        special |= specialOctets(loadWord<std::uint64_t>(octets + i));
+    return special == 0;
+}
+
 char* special(char* at, const Node& node, const std::uint8_t* octets, double number)
 {
     if (std::isinf(number)) return number < 0 ? put(at, "\"-Infinity\"") : put(at, "\"Infinity\"");
@@ -79,13 +90,21 @@ char* special(char* at, const Node& node, const std::uint8_t* octets, double num
     return put(at, "\"}");
 }
 
-// Shortest, so that it reads back exactly.
-template <typename Number, typename Bits>
-char* floating(char* at, const Node& node, const std::uint8_t* octets)
+template <typename Number>
+char* floating(char* at, const Node& node, const std::uint8_t* octets, Number number)
 {
-    const auto number = std::bit_cast<Number>(static_cast<Bits>(loadBits(node, octets)));
     if (!std::isfinite(number)) return special(at, node, octets, number);
-    return std::to_chars(at, at + JsonLeaves::theLongestNumber, number).ptr;
+    return writeShortest(at, number);
+}
+
+char* floating32(char* at, const Node& node, const std::uint8_t* octets)
+{
+    return floating(at, node, octets, std::bit_cast<float>(loadBig32(octets)));
+}
+
+char* floating64(char* at, const Node& node, const std::uint8_t* octets)
+{
+    return floating(at, node, octets, std::bit_cast<double>(loadBig64(octets)));
 }
 
 }  // namespace
@@ -102,6 +121,14 @@ char* JsonLeaves::integer(char* at, const Node& node, std::int64_t number) const
                     : std::to_chars(at, at + theLongestNumber, number).ptr;
     if (isText) *at++ = '"';
     return at;
+}
+
+char* JsonLeaves::label(char* at, const ScriptStep& step, std::uint32_t number,
+                        const std::uint8_t* octets) const
+{
+    const Label& label = myPlan.labels[step.labels.of(number)];
+    if (label.number != number) return this->label(at, myPlan.nodes[step.node], octets);
+    return JsonRoom::copy(at, myPlan.pool.data() + label.quoted.at, label.quoted.size);
 }
 
 char* JsonLeaves::label(char* at, const Node& node, const std::uint8_t* octets) const
@@ -130,8 +157,11 @@ char* JsonLeaves::unusualLabel(char* at, const Node& node, std::int64_t number,
 char* JsonLeaves::number(char* at, const Node& node, const std::uint8_t* octets) const
 {
     if (node.scalar == Scalar::floating)
-        return node.size == 4 ? floating<float, std::uint32_t>(at, node, octets)
-                              : floating<double, std::uint64_t>(at, node, octets);
+    {
+        const double number = loadNumber(node, octets);
+        return node.size == 4 ? floating(at, node, octets, static_cast<float>(number))
+                              : floating(at, node, octets, number);
+    }
     if (node.table != theNone) return label(at, node, octets);
     return integer(at, node, loadInteger(node, octets));
 }
@@ -153,14 +183,20 @@ char* JsonLeaves::script(char* at, const Node& record, const std::uint8_t* octet
             case Leaf::pair:
                 at = small(at, __builtin_bswap16(loadWord<std::uint16_t>(place)));
                 break;
+            case Leaf::label8:
+                at = label(at, *step, *place, place);
+                break;
+            case Leaf::label32:
+                at = label(at, *step, loadBig32(place), place);
+                break;
             case Leaf::label:
                 at = label(at, myPlan.nodes[step->node], place);
                 break;
             case Leaf::float32:
-                at = floating<float, std::uint32_t>(at, myPlan.nodes[step->node], place);
+                at = floating32(at, myPlan.nodes[step->node], place);
                 break;
             case Leaf::float64:
-                at = floating<double, std::uint64_t>(at, myPlan.nodes[step->node], place);
+                at = floating64(at, myPlan.nodes[step->node], place);
                 break;
             case Leaf::number:
                 at = number(at, myPlan.nodes[step->node], place);
@@ -183,21 +219,26 @@ bool JsonLeaves::isRestShown(const Node& array, const std::uint8_t* octets, std:
 char* JsonLeaves::text(char* at, const Node& array, const std::uint8_t* octets,
                        std::size_t count) const
 {
+    if (array.look == Look::utf16)
+    {
+        *at = '"';
+        at = utf16(at + 1, myPlan.nodes[array.element], octets, count);
+        *at = '"';
+        return at + 1;
+    }
+    const bool isLetters = array.look != Look::hexadecimal;
+    if (isLetters && isPlain(octets, count))
+    {
+        *at = '"';
+        std::memcpy(at + 1, octets, count);
+        at[count + 1] = '"';
+        return at + count + 2;
+    }
     const std::size_t shown = array.look == Look::text ? textSize(octets, count) : count;
     const bool hasRest = isRestShown(array, octets, count, shown);
     if (hasRest) at = put(at, "{\"text\":");
     *at++ = '"';
-    switch (array.look)
-    {
-        case Look::utf16:
-            at = utf16(at, myPlan.nodes[array.element], octets, count);
-            break;
-        case Look::hexadecimal:
-            at = hexadecimal(at, octets, count);
-            break;
-        default:
-            at = latin1(at, octets, shown);
-    }
+    at = isLetters ? latin1(at, octets, shown) : hexadecimal(at, octets, count);
     *at++ = '"';
     if (!hasRest) return at;
     at = hexadecimal(put(at, ",\"rest\":\""), octets + shown + 1, count - shown - 1);
@@ -227,15 +268,25 @@ char* JsonLeaves::latin1(char* at, const std::uint8_t* octets, std::size_t count
 char* JsonLeaves::utf16(char* at, const Node& element, const std::uint8_t* octets,
                         std::size_t count)
 {
+    return element.isLittleEndian ? utf16<true>(at, octets, count)
+                                  : utf16<false>(at, octets, count);
+}
+
+template <bool isLittleEndian>
+char* JsonLeaves::utf16(char* at, const std::uint8_t* octets, std::size_t count)
+{
     const std::uint8_t* const end = octets + 2 * count;
-    const auto load = [&element](const std::uint8_t* place)
-    { return static_cast<std::uint32_t>(loadBits(element, place)); };
+    const auto load = [](const std::uint8_t* place)
+    {
+        const auto bits = loadWord<std::uint16_t>(place);
+        return static_cast<std::uint32_t>(isLittleEndian ? bits : __builtin_bswap16(bits));
+    };
     while (octets != end)
     {
         if (end - octets >= 8)
         {
             auto four = loadWord<std::uint64_t>(octets);
-            if (!element.isLittleEndian) four = swappedUnits(four);
+            if (!isLittleEndian) four = swappedUnits(four);
             const std::uint64_t special = specialUnits(four);
             const std::uint32_t letters = lowOctets(four);
             std::memcpy(at, &letters, 4);
@@ -246,6 +297,13 @@ char* JsonLeaves::utf16(char* at, const Node& element, const std::uint8_t* octet
         }
         const std::uint32_t first = load(octets);
         octets += 2;
+        if (first - 0x80 < 0x780)
+        {
+            // Most letters that are no ASCII.
+            *at++ = static_cast<char>(0xC0 | first >> 6);
+            *at++ = static_cast<char>(0x80 | (first & 0x3F));
+            continue;
+        }
         const std::uint32_t second = octets != end ? load(octets) : 0;
         const bool isPair = (first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00;
         if (isPair) octets += 2;

@@ -43,8 +43,12 @@ public:
     static char* hexadecimal(char* at, const std::uint8_t* octets, std::size_t count);
 
 private:
+    template <bool isLittleEndian>
+    static char* utf16(char* at, const std::uint8_t* octets, std::size_t count);
     char* integer(char* at, const Node& node, std::int64_t number) const;
     char* label(char* at, const Node& node, const std::uint8_t* octets) const;
+    char* label(char* at, const ScriptStep& step, std::uint32_t number,
+                const std::uint8_t* octets) const;
     char* unusualLabel(char* at, const Node& node, std::int64_t number, std::uint32_t entry) const;
 
     const Plan& myPlan;

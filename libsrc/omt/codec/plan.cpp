@@ -98,7 +98,7 @@ void Plan::addSlots(Enumeration& table) const
         const std::int64_t number = table.entries[entry].number;
         if (static_cast<std::uint64_t>(number) < table.dense.size()) continue;
         if (table.numberSlots.empty()) table.numberSlots.assign(size, theNone);
-        std::uint32_t& slot = table.numberSlots[Enumeration::slotOf(number, size)];
+        std::uint32_t& slot = table.numberSlots[slotOf(static_cast<std::uint64_t>(number), size)];
         if (slot == theNone) slot = entry;
     }
 }
@@ -107,7 +107,7 @@ std::uint32_t Plan::findSparse(const Enumeration& table, std::int64_t number)
 {
     if (table.numberSlots.empty()) return theNone;
     const std::uint32_t slot =
-        table.numberSlots[Enumeration::slotOf(number, table.numberSlots.size())];
+        table.numberSlots[slotOf(static_cast<std::uint64_t>(number), table.numberSlots.size())];
     if (slot == theNone || table.entries[slot].number == number) return slot;
     const auto place = std::lower_bound(table.byNumber.begin(), table.byNumber.end(), number,
                                         [&table](std::uint32_t entry, std::int64_t wanted)
@@ -143,8 +143,21 @@ Target Plan::findSparse(const Node& variant, std::int64_t number) const
     const std::uint32_t alternative = isFound                  ? place->alternative
                                       : table.other == theNone ? theUnknown
                                                                : table.other;
-    if (alternative >= theUnknown) return {alternative, theNone};
-    return {alternative, parts[variant.first + alternative].node};
+    return targetOf(variant, alternative);
+}
+
+Target Plan::targetOf(const Node& variant, std::uint32_t alternative) const
+{
+    Target target;
+    target.alternative = alternative;
+    if (alternative >= theUnknown) return target;
+    target.node = parts[variant.first + alternative].node;
+    const Node& node = nodes[target.node];
+    if (node.quick != QuickForm::plain) return target;
+    target.size = node.size;
+    target.gaps = node.gaps;
+    target.gapCount = node.gapCount;
+    return target;
 }
 
 void Plan::sortParts()

@@ -74,8 +74,11 @@ enum class Leaf : std::uint8_t
     /// Unsigned integers of one octet and, big-endian, of two.
     octet,
     pair,
-    /// An integer that may have a name.
+    /// An integer that may have a name; those of one octet and, big-endian, of four.
     label,
+    label8,
+    label32,
+    /// Big-endian floating point numbers.
     float32,
     float64,
     /// Any other number.
@@ -102,6 +105,8 @@ enum class QuickForm : std::uint8_t
     /// Plain fields and a variant record after them, or a variant record alone: see Fork.
     fork,
     record,
+    /// A counted array of plain elements without padding in or between them.
+    list,
     array,
     octets,
     /// Only by the slow way.
@@ -218,14 +223,42 @@ struct Fork
     std::uint32_t lengthPlace = 0;
     Length length = Length::none;
     Load load = Load::other;
-    /// The alternatives of the first numbers, in Plan::targets.
+    /// The alternatives of the first numbers, in Plan::targets, and those of others, as Choices has
+    /// them.
     std::uint32_t targets = 0;
+    std::uint32_t slots = 0;
+    std::uint32_t slotCount = 0;
     /// Padding up to the alternative: a range of Plan::gaps, first that in the fields before.
     std::uint32_t gaps = 0;
     std::uint32_t leadGaps = 0;
     std::uint32_t gapCount = 0;
     /// The node of the variant record.
     std::uint32_t variant = 0;
+    /// Octets of the alternatives, if all are plain and have the same size; else 0.
+    std::uint32_t size = 0;
+    /// Whether such alternatives have no padding in them, nor a length before them, and all padding
+    /// up to them is under one mask of eight octets from a place, as memory has them.
+    bool isEven = false;
+    std::uint32_t gapPlace = 0;
+    std::uint64_t gapMask = 0;
+};
+
+/// The name of a number as JSON has it.
+struct Label
+{
+    std::uint64_t number = ~std::uint64_t{0};
+    Name quoted;
+};
+
+/// Where the names of an enumeration stand in Plan::labels: that of a number at one of a power of
+/// two many places, unless another one has it.
+struct LabelPlaces
+{
+    std::uint32_t first = 0;
+    std::uint32_t mask = 0;
+    std::uint64_t factor = 0;
+
+    std::size_t of(std::uint32_t number) const { return first + (number * factor >> 32 & mask); }
 };
 
 /// A text of JSON, and the number or text of a value after it.
@@ -236,6 +269,8 @@ struct ScriptStep
     /// From the start of the record; in the last step where the octets of the script end.
     std::uint32_t offset = 0;
     Leaf leaf = Leaf::end;
+    /// Of label8 and label32.
+    LabelPlaces labels;
 };
 
 /// Octets of padding: those under a mask, as memory has them, of eight octets at an offset from the
@@ -315,13 +350,10 @@ struct Enumeration
     /// two many, or none.
     std::vector<std::uint32_t> nameSlots;
     std::vector<std::uint32_t> numberSlots;
+    /// If a script has it.
+    LabelPlaces labels;
 
     static std::size_t slotOf(std::string_view name, std::size_t slots);
-    static std::size_t slotOf(std::int64_t number, std::size_t slots)
-    {
-        constexpr std::uint64_t theFactor = 0x9E3779B97F4A7C15;
-        return static_cast<std::uint64_t>(number) * theFactor >> 32 & (slots - 1);
-    }
 };
 
 /// From a discriminant to an alternative.
@@ -336,6 +368,9 @@ struct Choices
     std::vector<Range> numbers;
     /// The alternative of HLAother.
     std::uint32_t other = theNone;
+    /// The places of large numbers: a power of two many in Plan::slots.
+    std::uint32_t slots = 0;
+    std::uint32_t slotCount = 0;
 };
 
 /// No alternative follows; and: the number has no meaning at all.
@@ -360,13 +395,37 @@ struct Meaning
     /// One of Plan::enumerations.
     std::uint32_t table = theNone;
 };
+
 /// An alternative of a variant record by its index and its node; theNothing and theUnknown have
 /// none.
 struct Target
 {
     std::uint32_t alternative = theUnknown;
     std::uint32_t node = theNone;
+    /// Of a plain node: its size and its padding.
+    std::uint64_t size = theNoSize;
+    std::uint32_t gaps = 0;
+    std::uint32_t gapCount = 0;
+
+    /// More than there can be.
+    static constexpr std::uint64_t theNoSize = ~std::uint64_t{0};
 };
+
+/// The alternative of a number; a number that is not there has a place, but not its own.
+struct Slot
+{
+    std::uint64_t number = 0;
+    Target target;
+};
+
+/// Spreads numbers over places.
+constexpr std::uint64_t theSpread = 0x9E3779B97F4A7C15;
+
+/// Where a number stands among a power of two many places.
+inline std::size_t slotOf(std::uint64_t number, std::size_t slots)
+{
+    return number * theSpread >> 32 & (slots - 1);
+}
 
 /// How many numbers of each variant record stand in Plan::targets.
 constexpr std::uint32_t theTargets = 64;
@@ -380,14 +439,16 @@ struct Plan
     std::vector<Step> steps;
     std::vector<Gap> gaps;
     std::vector<ScriptStep> script;
+    std::vector<Label> labels;
     std::vector<Enumeration> enumerations;
     std::vector<Choices> choices;
     /// By node; empty where no hint fits.
     std::vector<Meaning> meanings;
-    /// Texts, and octets after them so that any text may be copied in blocks of 16.
     /// The alternatives of the numbers from 0 on, theTargets for each of `choices`.
     std::vector<Target> targets;
+    std::vector<Slot> slots;
     std::vector<Fork> forks;
+    /// Texts, and octets after them so that any text may be copied in blocks of 16.
     std::string pool;
     /// Nodes by the names of datatypes.
     std::unordered_map<std::string, std::uint32_t> names;
@@ -416,6 +477,7 @@ struct Plan
     std::uint32_t findEntry(const Enumeration& table, std::string_view name) const;
     Target findTarget(const Node& variant, std::int64_t number) const;
     Target findSparse(const Node& variant, std::int64_t number) const;
+    Target targetOf(const Node& variant, std::uint32_t alternative) const;
     /// The index of the alternative, theNothing or theUnknown.
     std::uint32_t findAlternative(const Node& variant, std::int64_t number) const
     {

@@ -11,9 +11,6 @@
 namespace omt
 {
 
-/// Told in the place of where a piece ends.
-constexpr std::size_t theOdd = ~std::size_t{0};
-
 /// `isKept`: whether entries are written, and padding looked at; else pieces are only passed over.
 template <bool isKept>
 class QuickIndexer
@@ -91,13 +88,15 @@ public:
             at += std::size_t{wanted} * node.stride;
             return at <= around.limit ? at : theOdd;
         }
-        for (std::uint32_t i = 0; at != theOdd; ++i)
+        const Elements all = elementsOf(node, start, around);
+        for (std::uint64_t i = forks(all, at, wanted); at != theOdd;
+             i += forks(all, at, wanted - i))
         {
-            at = padded(start, at, boundaryIn(node), around.limit);
-            if (at == theOdd || i == wanted) return at;
+            if (i == wanted) return padded(start, at, boundaryIn(node), around.limit);
             const std::size_t before = at;
-            at = piece(node.element, at, around);
+            at = openElement(all, at);
             if (at == before) return theOdd;
+            ++i;
         }
         return theOdd;
     }
@@ -167,6 +166,7 @@ private:
 
     std::uint32_t load(std::size_t at) const { return loadBig32(myData + at); }
 
+    // Rarely anything but a few octets; out of line, as it is asked for in many places.
     [[gnu::noinline]] bool isZero(std::size_t at, std::size_t end) const
     {
         if constexpr (!isKept) return true;
@@ -201,6 +201,8 @@ private:
         {
             case QuickForm::fork:
                 return fork(myPlan.forks[node.fork], at, around);
+            case QuickForm::list:
+                return list(node, at, around);
             case QuickForm::array:
                 return array(node, at, around);
             case QuickForm::record:
@@ -214,13 +216,14 @@ private:
         return theOdd;
     }
 
-    [[gnu::noinline]] std::size_t octets(std::size_t at, const Around& around)
+    std::size_t octets(std::size_t at, const Around& around)
     {
         const std::size_t end = kept(at, around);
         // Pieces without octets are counted.
         return end == at ? theOdd : finish(begin(at), end);
     }
 
+    // Out of line, as the others that open() chooses from, so that these need no large frame.
     [[gnu::noinline]] std::size_t record(const Node& node, std::size_t at, const Around& around)
     {
         const std::size_t start = at;
@@ -253,6 +256,18 @@ private:
         return std::max(at, around.limit - std::min(around.limit, around.reserve));
     }
 
+    // A usual list is passed over by a few instructions, and needs no frame.
+    [[gnu::noinline]] std::size_t list(const Node& node, std::size_t at, const Around& around)
+    {
+        std::uint32_t count = 0;
+        const std::size_t size =
+            isFull() ? theOdd : sizeOfList<isKept>(node, myData + at, around.limit - at, count);
+        if (size == theOdd) return array(node, at, around);
+        add(at, at + size, count);
+        return at + size;
+    }
+
+    // Out of line, so that the operation that asks for it needs no frame.
     [[gnu::noinline]] std::size_t array(const Node& node, std::size_t at, const Around& around)
     {
         if (node.extent != Extent::counted) return uncounted(node, at, around);
@@ -260,17 +275,9 @@ private:
         std::uint64_t count = 0;
         at = counted(node, at, around.limit, count);
         if (at == theOdd) return theOdd;
-        const Node& element = myPlan.nodes[node.element];
-        const bool isPlain = element.quick == QuickForm::plain && !(isKept && node.hasPadding);
-        if (isFull() || (!isPlain && count > 0))
-        {
-            const std::size_t entry = begin(start);
-            at = elements(entry, node, start, at, count, around);
-            return at == theOdd ? theOdd : finish(entry, at);
-        }
-        if (count > 0) at += node.stride * (count - 1) + element.size;
-        add(start, at, count);
-        return at;
+        const std::size_t entry = begin(start);
+        at = elements(entry, node, start, at, count, around);
+        return at == theOdd ? theOdd : finish(entry, at);
     }
 
     std::size_t uncounted(const Node& node, std::size_t at, const Around& around)
@@ -336,6 +343,79 @@ private:
             Around{around.limit, around.reserve, around.depth + 1}
         };
     }
+    // Passes over elements that are forks with plain alternatives, one right after another; how
+    // many.
+    std::uint64_t forks(const Elements& all, std::size_t& at, std::uint64_t most)
+    {
+        if (!all.fork || at == theOdd) return 0;
+        // A copy, which does not change where entries are written.
+        const Fork fork = *all.fork;
+        if (!fork.isEven || ((fork.body + fork.size) & (all.boundary - 1)) != 0)
+            return unevenForks(all, fork, at, most);
+        if (((all.start - at) & (all.boundary - 1)) != 0) return 0;
+        const std::size_t left = all.inner.limit - at;
+        const std::uint64_t count = std::min<std::uint64_t>(most, left / (fork.body + fork.size));
+        switch (fork.load)
+        {
+            case Load::octet:
+                return evenForks(fork, at, count, [](const std::uint8_t* place) { return *place; });
+            case Load::big16:
+                return evenForks(fork, at, count, loadBig16);
+            default:
+                return evenForks(fork, at, count, loadBig32);
+        }
+    }
+
+    // Nothing depends on the octets of an element but whether it is a usual one.
+    template <typename Loader>
+    std::uint64_t evenForks(const Fork& fork, std::size_t& at, std::uint64_t most,
+                            const Loader& loader)
+    {
+        const std::size_t size = fork.body + fork.size;
+        const Target* const targets = myPlan.targets.data() + fork.targets;
+        const std::uint8_t* octets = myData + at;
+        Entry* entry = nullptr;
+        std::uint32_t next = 0;
+        if constexpr (isKept)
+        {
+            myIndex->entries.need(most);
+            entry = myIndex->entries.end();
+            next = static_cast<std::uint32_t>(myIndex->entries.size());
+        }
+        std::uint64_t count = 0;
+        for (auto place = static_cast<std::uint32_t>(at); count < most; ++count, octets += size)
+        {
+            const std::uint32_t number = loader(octets + fork.place);
+            if (number >= theTargets || targets[number].node == theNone) break;
+            if constexpr (!isKept) continue;
+            std::uint64_t gap = 0;
+            std::memcpy(&gap, octets + fork.gapPlace, sizeof gap);
+            if ((gap & fork.gapMask) != 0) break;
+            const std::uint32_t start = place;
+            place += static_cast<std::uint32_t>(size);
+            *entry++ = {start, place, targets[number].alternative, ++next};
+        }
+        if constexpr (isKept) myIndex->entries.addWritten(count);
+        at += count * size;
+        return count;
+    }
+
+    std::uint64_t unevenForks(const Elements& all, const Fork& fork, std::size_t& at,
+                              std::uint64_t most)
+    {
+        std::uint64_t count = 0;
+        for (; count < most && ((all.start - at) & (all.boundary - 1)) == 0 && !isFull(); ++count)
+        {
+            std::uint32_t alternative = 0;
+            const std::size_t size =
+                sizeOfFork<isKept>(myPlan, fork, myData + at, all.inner.limit - at, alternative);
+            if (size == theOdd) break;
+            add(at, at + size, alternative);
+            at += size;
+        }
+        return count;
+    }
+
     std::size_t openElement(const Elements& all, std::size_t at)
     {
         const std::size_t gap = (all.start - at) & (all.boundary - 1);
@@ -353,7 +433,12 @@ private:
         if (element.quick != QuickForm::plain)
         {
             const Elements all = elementsOf(node, start, around);
-            for (std::uint64_t i = 0; i < count && at != theOdd; ++i) at = openElement(all, at);
+            for (std::uint64_t i = forks(all, at, count); i < count && at != theOdd;
+                 i += forks(all, at, count - i))
+            {
+                at = openElement(all, at);
+                ++i;
+            }
             return at;
         }
         const std::uint64_t size = node.stride * (count - 1) + element.size;
@@ -382,11 +467,14 @@ private:
             return start + count * node.stride >= inside.limit && isIn(node, count) ? at : theOdd;
         }
         const Elements all = elementsOf(node, start, inside);
-        for (; at + ((start - at) & (all.boundary - 1)) < inside.limit; ++count)
+        for (count = forks(all, at, theNone);
+             at + ((start - at) & (all.boundary - 1)) < inside.limit;
+             count += forks(all, at, theNone))
         {
             const std::size_t before = at;
             at = openElement(all, at);
             if (at == theOdd || at == before) return theOdd;
+            ++count;
         }
         setCount(entry, count);
         return isIn(node, count) ? at : theOdd;
@@ -414,49 +502,36 @@ private:
 
     Target target(const Fork& fork, std::size_t at) const
     {
+        if (const Target* const usual = targetAt(myPlan, fork, myData + at + fork.place))
+            return *usual;
         const Node& variant = myPlan.nodes[fork.variant];
         return myPlan.findTarget(
             variant, loadInteger(myPlan.nodes[variant.element], myData + at + fork.place));
     }
 
-    // What is rare is left by calls at the end, so that the usual way needs no frame.
+    // What is rare is left by a call at the end, so that the usual way needs no frame.
     [[gnu::noinline]] std::size_t fork(const Fork& fork, std::size_t at, const Around& around)
     {
+        std::uint32_t alternative = 0;
+        const std::size_t size = isFull() ? theOdd
+                                          : sizeOfFork<isKept>(myPlan, fork, myData + at,
+                                                               around.limit - at, alternative);
+        if (size == theOdd) return anyFork(fork, at, around);
+        add(at, at + size, alternative);
+        return at + size;
+    }
+
+    // Out of line, so that the operation above needs no frame.
+    [[gnu::noinline]] std::size_t anyFork(const Fork& fork, std::size_t at, const Around& around)
+    {
         if (around.limit - at < fork.body) return bareFork(fork, at, around);
-        const std::uint8_t* const octets = myData + at + fork.place;
-        std::uint32_t number = *octets;
-        if (fork.load == Load::big32)
-            number = loadBig32(octets);
-        else if (fork.load == Load::big16)
-            number = loadBig16(octets);
-        if (number >= theTargets || fork.load == Load::other) return sparseFork(fork, at, around);
-        return chosen(fork, myPlan.targets[fork.targets + number], at, around);
+        const bool isBare = target(fork, at).node == theNone ||
+                            (fork.length != Length::none && load(at + fork.lengthPlace) == 0);
+        return isBare ? bareFork(fork, at, around) : openFork(fork, at, around);
     }
 
-    [[gnu::noinline]] std::size_t sparseFork(const Fork& fork, std::size_t at, const Around& around)
-    {
-        const Target target = this->target(fork, at);
-        return chosen(fork, target, at, around);
-    }
-
-    std::size_t chosen(const Fork& fork, const Target& target, std::size_t at, const Around& around)
-    {
-        if (target.node == theNone) return bareFork(fork, at, around);
-        const Node& inside = myPlan.nodes[target.node];
-        const std::size_t body = at + fork.body;
-        if (inside.quick != QuickForm::plain || isFull()) return openFork(fork, at, around);
-        if (inside.size > around.limit - body) return theOdd;
-        if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
-        if (!isPadded(inside.gaps, inside.gapCount, body)) return theOdd;
-        if (fork.length != Length::none && load(at + fork.lengthPlace) != inside.size)
-            return bareFork(fork, at, around);
-        const std::size_t end = body + inside.size;
-        add(at, end, target.alternative);
-        return end;
-    }
-
-    // With an alternative of open size.
-    [[gnu::noinline]] std::size_t openFork(const Fork& fork, std::size_t at, const Around& around)
+    // With an alternative of any size.
+    std::size_t openFork(const Fork& fork, std::size_t at, const Around& around)
     {
         if (!isPadded(fork.gaps, fork.gapCount, at)) return theOdd;
         const Target target = this->target(fork, at);
@@ -475,7 +550,7 @@ private:
     }
 
     // Without an alternative, or with one that is not known and has a length.
-    [[gnu::noinline]] std::size_t bareFork(const Fork& fork, std::size_t at, const Around& around)
+    std::size_t bareFork(const Fork& fork, std::size_t at, const Around& around)
     {
         const Node& variant = myPlan.nodes[fork.variant];
         const std::size_t size = myPlan.nodes[variant.element].size;

@@ -3,6 +3,7 @@
 
 #include "omt/codec/valueParts.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace omt
@@ -26,11 +27,25 @@ void copyEnds(std::uint8_t* to, const std::uint8_t* from, std::size_t size)
     std::memcpy(to + size - part, last, part);
 }
 
-// As memmove. Most values are short, so that the call would take longer than the copy.
-void copyOctets(std::uint8_t* to, const std::uint8_t* from, std::size_t size)
+// In blocks of 16, the last of which may overlap the one before it.
+[[gnu::always_inline]] inline void copyBlocks(std::uint8_t* to, const std::uint8_t* from,
+                                              std::size_t size)
+{
+    std::uint8_t last[16];
+    std::memcpy(last, from + size - sizeof last, sizeof last);
+    for (std::size_t i = 0; i < size - sizeof last; i += 16) std::memcpy(to + i, from + i, 16);
+    std::memcpy(to + size - sizeof last, last, sizeof last);
+}
+
+constexpr std::size_t theMostInBlocks = 160;
+
+// Most values are short, so that a call would take longer than the copy. What is copied over itself
+// stays where it is.
+[[gnu::always_inline]] inline void copyShort(std::uint8_t* to, const std::uint8_t* from,
+                                             std::size_t size)
 {
     if (size > 32)
-        std::memmove(to, from, size);
+        copyBlocks(to, from, size);
     else if (size >= 16)
         copyEnds<16>(to, from, size);
     else if (size >= 8)
@@ -47,7 +62,10 @@ void Value::Parts::own(Octets others)
 {
     // Octets of its own fit, so that none of them are lost here.
     if (owned.size() < others.size()) owned.resize(others.size());
-    copyOctets(owned.data(), others.data(), others.size());
+    if (others.size() > theMostInBlocks)
+        std::memmove(owned.data(), others.data(), others.size());
+    else
+        copyShort(owned.data(), others.data(), others.size());
     octets = {owned.data(), others.size()};
 }
 
@@ -127,11 +145,28 @@ Value Type::decode(Octets octets) const
     return value;
 }
 
+// A short value of the type before, or one of the same codec, without a call on the way.
 bool Type::decode(Octets octets, Value& value) const
 {
+    Value::Parts* const parts = value.myParts.get();
+    if (!parts || parts->plan != myPlan || parts->index.isOdd ||
+        octets.size() > std::min(theMostInBlocks, parts->owned.size()) ||
+        !indexQuickly(*myPlan, myNode, octets, parts->index))
+        return decodeAny(octets, value);
+    parts->node = myNode;
+    parts->octets = {parts->owned.data(), octets.size()};
+    copyShort(parts->owned.data(), octets.data(), octets.size());
+    return true;
+}
+
+// The octets are looked at where they are given: what was just copied is slow to read in pieces of
+// another size.
+bool Type::decodeAny(Octets octets, Value& value) const
+{
     Value::Parts& parts = value.parts();
+    const bool isWhole = parts.take(myPlan, myNode, octets);
     parts.own(octets);
-    return parts.take(myPlan, myNode, parts.octets);
+    return isWhole;
 }
 
 bool Type::decodeInPlace(Octets octets, Value& value) const
@@ -161,9 +196,12 @@ std::optional<ValueError> Type::encode(std::string_view json,
     const Octets written(octets.data() + start, octets.size() - start);
     const bool isSure = myPlan->nodes[myNode].ending != Ending::unsure;
     if (error || (isSure && written.size() <= theLargestSize)) return error;
-    Index index;
+    // Kept for its memory, unless that is much.
+    thread_local Index index;
+    constexpr std::size_t theMostKept = 65536;
     indexValue(*myPlan, myNode, written, index);
     error = refusal(index, written.size());
+    if (index.entries.size() > theMostKept || index.looked.size() > theMostKept) index = Index();
     if (error) octets.resize(start);
     return error;
 }

@@ -7,6 +7,7 @@
 #include "omt/codec/octets.h"
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -100,6 +101,8 @@ private:
         : myPlan(std::move(plan)), myNode(node)
     {
     }
+    bool decodeAny(Octets octets, Value& value) const;
+
     std::shared_ptr<const Plan> myPlan;
     std::uint32_t myNode;
 };
@@ -114,9 +117,27 @@ public:
     /// alternative, an array with fewer elements, or a fault before its end.
     std::optional<Octets> octets(Octets value) const;
     /// Its number; nothing where it is not there or no number. Integers above 2^53 are rounded.
-    std::optional<double> number(Octets value) const;
+    std::optional<double> number(Octets value) const
+    {
+        if (myLoad == Load::other) return findNumber(value);
+        if (!isThere(value)) return std::nullopt;
+        return load(value.data() + myPlace);
+    }
     /// The same for an integer or enumerated part. Those above 2^63 - 1 come as two's complement.
-    std::optional<std::int64_t> integer(Octets value) const;
+    std::optional<std::int64_t> integer(Octets value) const
+    {
+        if (myLoad > Load::big32) return findInteger(value);
+        if (!isThere(value)) return std::nullopt;
+        return loadInteger(value.data() + myPlace);
+    }
+    /// Writes a number in place into the octets of a value, which have this part already. False,
+    /// and nothing written, where they have not; where the part cannot be this number; and for what
+    /// decides about other parts, such as a discriminant.
+    bool write(std::uint8_t* octets, std::size_t size, double number) const
+    {
+        if (myLoad == Load::other || myIsDecisive) return writeAny(octets, size, number);
+        return isThere({octets, size}) && store(octets + myPlace, number);
+    }
     /// The name of an enumerated part; nothing where the number has none.
     std::optional<std::string_view> label(Octets value) const;
     /// An array of characters, in UTF-8.
@@ -141,27 +162,153 @@ private:
         : myPlan(std::move(plan)), myNode(node)
     {
     }
+    /// Numbers that are loaded at once where the part has a fixed place; integers first.
+    enum class Load : std::uint8_t
+    {
+        octet,
+        big16,
+        big32,
+        float32,
+        float64,
+        other
+    };
+    /// What has to be looked at before a part at a fixed place is there.
+    enum class Check : std::uint8_t
+    {
+        size,
+        /// A discriminant: eight octets under a mask.
+        octets,
+        /// The count of an array.
+        count
+    };
+
+    /// For a part at a fixed place.
+    bool isThere(Octets value) const
+    {
+        if (value.size() < myEnd) return false;
+        if (myCheck == Check::size) return true;
+        if (myCheck == Check::count) return isElement(value);
+        std::uint64_t octets;
+        std::memcpy(&octets, value.data() + myCheckPlace, sizeof octets);
+        return (octets & myMask) == myWanted;
+    }
+    bool isElement(Octets value) const
+    {
+        // A negative count is none.
+        const auto count = static_cast<std::int32_t>(big32(value.data() + myCheckPlace));
+        return count > myIndex &&
+               static_cast<std::uint64_t>(count) * myStride <= value.size() - myFirst;
+    }
+    double load(const std::uint8_t* at) const
+    {
+        if (myLoad == Load::float64)
+        {
+            double number;
+            std::uint64_t bits;
+            std::memcpy(&bits, at, sizeof bits);
+            bits = __builtin_bswap64(bits);
+            std::memcpy(&number, &bits, sizeof number);
+            return number;
+        }
+        if (myLoad != Load::float32) return static_cast<double>(loadInteger(at));
+        float number;
+        const std::uint32_t bits = big32(at);
+        std::memcpy(&number, &bits, sizeof number);
+        return static_cast<double>(number);
+    }
+    std::int64_t loadInteger(const std::uint8_t* at) const
+    {
+        const std::uint64_t bits = myLoad == Load::octet   ? *at
+                                   : myLoad == Load::big32 ? big32(at)
+                                                           : at[0] * 256U + at[1];
+        return static_cast<std::int64_t>(bits << myShift) >> myShift;
+    }
+    bool store(std::uint8_t* at, double number) const
+    {
+        if (myLoad == Load::float64)
+        {
+            std::uint64_t bits;
+            std::memcpy(&bits, &number, sizeof bits);
+            bits = __builtin_bswap64(bits);
+            std::memcpy(at, &bits, sizeof bits);
+            return true;
+        }
+        std::uint32_t bits;
+        if (myLoad == Load::float32)
+        {
+            const float rounded = static_cast<float>(number);
+            // A finite number that none of 32 bits comes near.
+            if (rounded - rounded != 0 && number - number == 0) return false;
+            std::memcpy(&bits, &rounded, sizeof bits);
+        }
+        else
+        {
+            if (!(number >= myLeast && number <= myMost)) return false;
+            const auto whole = static_cast<std::int64_t>(number);
+            if (static_cast<double>(whole) != number) return false;
+            bits = static_cast<std::uint32_t>(whole);
+        }
+        if (myLoad == Load::octet)
+            *at = static_cast<std::uint8_t>(bits);
+        else if (myLoad == Load::big16)
+        {
+            const std::uint16_t two = __builtin_bswap16(static_cast<std::uint16_t>(bits));
+            std::memcpy(at, &two, sizeof two);
+        }
+        else
+        {
+            bits = __builtin_bswap32(bits);
+            std::memcpy(at, &bits, sizeof bits);
+        }
+        return true;
+    }
+    static std::uint32_t big32(const std::uint8_t* at)
+    {
+        std::uint32_t bits;
+        std::memcpy(&bits, at, sizeof bits);
+        return __builtin_bswap32(bits);
+    }
+    void place();
+    void placeEnd();
+    bool expect(const Step& step, std::uint64_t at);
+    bool expectElement(const Step& step, std::uint64_t at);
+    void setLoad();
+    bool writeAny(std::uint8_t* octets, std::size_t size, double number) const;
+    std::optional<double> findNumber(Octets value) const;
+    std::optional<std::int64_t> findInteger(Octets value) const;
     /// Where the part begins, and whether it ends within the value.
     bool find(Octets value, std::size_t& at, std::size_t& end) const;
     bool findQuickly(Octets value, std::size_t& at, std::size_t& end) const;
-    void expect();
     bool findSlowly(Octets value, std::size_t& at, std::size_t& end) const;
 
     std::shared_ptr<const Plan> myPlan;
     std::uint32_t myNode;
     std::uint32_t myRoot = 0;
     std::vector<Step> mySteps;
-    /// The fast way: a variant record at a fixed place, or none, and then a fixed place.
-    bool myIsDirect = false;
-    std::uint32_t myVariant = 0xFFFFFFFF;
-    std::uint32_t myVariantOffset = 0;
-    std::uint32_t myAlternative = 0;
-    /// The octets of the discriminant, where one number alone stands for the alternative.
-    std::uint32_t myExpectedSize = 0;
-    std::uint8_t myExpected[8] = {};
-    bool myIsDouble = false;
-    std::uint32_t myOffset = 0;
-    std::uint32_t mySize = 0;
+    /// How many steps lead over open sizes, and where the part stands after them, if that is known.
+    std::size_t myOpenSteps = 0;
+    std::uint32_t myRest = 0;
+    /// Whether the part has a fixed place, so that what follows holds.
+    bool myIsFixed = false;
+    /// Whether other parts depend on it.
+    bool myIsDecisive = false;
+    Load myLoad = Load::other;
+    Check myCheck = Check::size;
+    /// Up and down again, which repeats the sign of an integer that has one.
+    std::uint8_t myShift = 0;
+    std::uint32_t myPlace = 0;
+    std::uint32_t myEnd = 0;
+    std::uint32_t myCheckPlace = 0;
+    std::uint64_t myMask = 0;
+    std::uint64_t myWanted = 0;
+    /// Of an element of an array with a count: its index, where the first one stands, and how many
+    /// octets each takes.
+    std::int32_t myIndex = 0;
+    std::uint32_t myFirst = 0;
+    std::uint32_t myStride = 0;
+    /// The range of an integer that is loaded at once.
+    double myLeast = 0;
+    double myMost = 0;
 };
 
 }  // namespace omt
