@@ -5,6 +5,7 @@
 #include "omt/check/diffPairing.h"
 #include "omt/check/partDiff.h"
 #include "omt/check/wireCompare.h"
+#include "omt/check/wirePlan.h"
 #include "omt/codec/compile.h"
 #include "omt/model/compare.h"
 #include "omt/model/parts.h"
@@ -23,7 +24,9 @@ Plan compiled(const Model& model)
     CodecOptions options;
     options.hasBuiltInHints = false;
     Findings ignored;
-    return Compiler(model, options, ignored).compile();
+    Plan plan = Compiler(model, options, ignored).compile();
+    toOctets(plan);
+    return plan;
 }
 
 /// The octets of datatypes and members of two models.

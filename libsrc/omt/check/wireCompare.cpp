@@ -276,18 +276,17 @@ void WireCompare::lookAtRecords(const Node& before, const Node& after)
     const std::uint32_t count = std::min(before.parts, after.parts);
     for (std::uint32_t i = 0; i < count; ++i)
     {
-        const Part& first = myBefore.parts[before.first + i];
         const Part& second = myAfter.parts[after.first + i];
-        if (!lookAtPart(first, second)) return;
+        if (!lookAtPart(before, after, i)) return;
         const Node& node = myAfter.nodes[second.node];
         end = known(second.offset);
         if (end && node.isFixed && second.decider == theNone)
             *end += node.size;
         else
             end.reset();
-        // What follows stands elsewhere only because this one is as it is.
-        if (myBefore.nodes[first.node].size != node.size) return;
     }
+    if (before.parts == after.parts && before.isFixed && after.isFixed && before.size != after.size)
+        say(Wire::different, std::min(before.size, after.size), "padding at its end differs");
     const auto name = [](const Plan& plan, const Node& node, std::uint32_t index)
     { return "the field " + quoted(plan.text(plan.parts[node.first + index].name)); };
     if (before.parts > count) say(Wire::different, end, name(myBefore, before, count) + " is gone");
@@ -318,8 +317,10 @@ bool WireCompare::isSameDecision(const Part& before, const Part& after) const
 }
 
 /// Whether what follows can still be compared.
-bool WireCompare::lookAtPart(const Part& before, const Part& after)
+bool WireCompare::lookAtPart(const Node& recordBefore, const Node& recordAfter, std::uint32_t i)
 {
+    const Part& before = myBefore.parts[recordBefore.first + i];
+    const Part& after = myAfter.parts[recordAfter.first + i];
     if (myStepsLeft > 0) --myStepsLeft;
     const std::string name = quoted(myAfter.text(after.name));
     const bool isOpen = before.offset == theNone;
@@ -343,8 +344,11 @@ bool WireCompare::lookAtPart(const Part& before, const Part& after)
         say(Wire::different, known(after.offset), "what decides about " + name + " differs");
         return false;
     }
+    const Node& first = myBefore.nodes[before.node];
+    const Node& second = myAfter.nodes[after.node];
     hold(before.node, after.node, known(after.offset), after.name);
-    return true;
+    // What follows stands elsewhere only because this one is as it is.
+    return first.size == second.size;
 }
 
 // Arrays -----------------------------------------------------------------------------------------
@@ -365,14 +369,14 @@ void WireCompare::lookAtArrays(const Node& before, const Node& after)
 
     const Node& first = myBefore.nodes[before.element];
     const Node& second = myAfter.nodes[after.element];
-    const auto begin = [](const Node& node, const Node& element)
-    { return node.extent == Extent::counted ? aligned(4, element.boundary) : 0; };
-    if (begin(before, first) != begin(after, second))
-        return say(Wire::different, 4, "padding before its elements differs");
-    hold(before.element, after.element, begin(after, second), {}, true);
+    const bool areCounted = after.extent == Extent::counted;
+    if (areCounted && before.body != after.body)
+        return say(Wire::different, std::min(before.body, after.body),
+                   "padding before its elements differs");
+    const std::uint64_t begin = areCounted ? after.body : 0;
+    hold(before.element, after.element, begin, {}, true);
     if (before.stride != after.stride && first.size == second.size)
-        say(Wire::different, begin(after, second) + second.size,
-            "padding between its elements differs");
+        say(Wire::different, begin + second.size, "padding between its elements differs");
     if (!isFixed && (before.least != after.least || before.most != after.most))
         say(Wire::compatible, 0, "it may have another number of elements");
 }
@@ -391,6 +395,21 @@ void WireCompare::lookAtVariants(const Node& before, const Node& after)
     lookAtChoices(before, after);
 }
 
+namespace
+{
+
+std::uint32_t alternativeOf(const Plan& plan, const Node& variant, std::int64_t number)
+{
+    const Choices& choices = plan.choices[variant.table];
+    const auto found =
+        std::lower_bound(choices.numbers.begin(), choices.numbers.end(), number,
+                         [](const Choices::Range& one, std::int64_t n) { return one.number < n; });
+    if (found != choices.numbers.end() && found->number == number) return found->alternative;
+    return choices.other == theNone ? theUnknown : choices.other;
+}
+
+}  // namespace
+
 void WireCompare::lookAtChoices(const Node& before, const Node& after)
 {
     const Choices& first = myBefore.choices[before.table];
@@ -403,10 +422,10 @@ void WireCompare::lookAtChoices(const Node& before, const Node& after)
     };
     const auto orUnknown = [](Id other) { return other == theNone ? theUnknown : other; };
     for (const Choices::Range& range : first.numbers)
-        look(range.alternative, myAfter.findAlternative(after, range.number));
+        look(range.alternative, alternativeOf(myAfter, after, range.number));
     look(orUnknown(first.other), orUnknown(second.other));
     for (const Choices::Range& range : second.numbers)
-        look(myBefore.findAlternative(before, range.number), range.alternative);
+        look(alternativeOf(myBefore, before, range.number), range.alternative);
 }
 
 /// The alternatives of one number, which may be theNothing or theUnknown.

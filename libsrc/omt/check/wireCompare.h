@@ -74,7 +74,7 @@ private:
     void look(Id pair);
     void lookAtRecords(const Node& before, const Node& after);
     bool isSameDecision(const Part& before, const Part& after) const;
-    bool lookAtPart(const Part& before, const Part& after);
+    bool lookAtPart(const Node& recordBefore, const Node& recordAfter, std::uint32_t i);
     void lookAtArrays(const Node& before, const Node& after);
     void lookAtNumbers(const Node& before, const Node& after);
     void lookAtNames(const Enumeration& before, const Enumeration& after, const Node& node);
