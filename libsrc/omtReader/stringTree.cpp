@@ -2,85 +2,26 @@
 // A decoded value as a tree of named texts.
 #include "omtReader/stringTree.h"
 
-#include <new>
 #include <vector>
-
-namespace
-{
-
-/// The memory of a deleted node, kept for the next one.
-struct Spare
-{
-    Spare* next;
-};
-
-// Sanitizers are to see every node come and go.
-#ifdef OMTREADER_KEEPS_NO_SPARES
-constexpr int theMostSpares = 0;
-#else
-constexpr int theMostSpares = 64;
-#endif
-
-/// The spare nodes of a thread. Nodes may be deleted even after it has closed.
-struct SpareStore
-{
-    Spare* first = nullptr;
-    int count = 0;
-    bool isClosed = false;
-};
-thread_local SpareStore theSpares;
-
-struct SpareStoreCloser
-{
-    ~SpareStoreCloser()
-    {
-        theSpares.isClosed = true;
-        while (Spare* const spare = theSpares.first)
-        {
-            theSpares.first = spare->next;
-            ::operator delete(spare);
-        }
-    }
-    void isNeeded() const {}
-};
-thread_local const SpareStoreCloser theSpareStoreCloser;
-
-}  // namespace
 
 void* DtStringTree::operator new(std::size_t size)
 {
-    SpareStore& store = theSpares;
-    if (size != sizeof(DtStringTree) || !store.first) return ::operator new(size);
-    --store.count;
-    return std::exchange(store.first, store.first->next);
+    return ::operator new(size);
 }
 
-void* DtStringTree::operator new(std::size_t size, const std::nothrow_t&) noexcept
+void* DtStringTree::operator new(std::size_t size, const std::nothrow_t& kind) noexcept
 {
-    try
-    {
-        return operator new(size);
-    }
-    catch (const std::bad_alloc&)
-    {
-        return nullptr;
-    }
+    return ::operator new(size, kind);
+}
+
+void DtStringTree::operator delete(void* memory, std::size_t) noexcept
+{
+    ::operator delete(memory);
 }
 
 void DtStringTree::operator delete(void* memory, const std::nothrow_t&) noexcept
 {
     ::operator delete(memory);
-}
-
-void DtStringTree::operator delete(void* memory, std::size_t size) noexcept
-{
-    if (!memory) return;
-    SpareStore& store = theSpares;
-    if (size != sizeof(DtStringTree) || store.count >= theMostSpares || store.isClosed)
-        return ::operator delete(memory);
-    if (!store.first) theSpareStoreCloser.isNeeded();
-    store.first = new (memory) Spare{store.first};
-    ++store.count;
 }
 
 DtStringTree::DtStringTree(const DtStringTree& other) : DtStringTree(other, WithoutLinks())
@@ -108,7 +49,7 @@ DtStringTree& DtStringTree::operator=(const DtStringTree& other)
     myKey = std::move(copy.myKey);
     myDatatype = std::move(copy.myDatatype);
     myOffset = copy.myOffset;
-    // These are this node's former links, which stay alive on purpose.
+    // These are this node's former links, which stay alive: a host may point into them.
     copy.myNextSibling = copy.myFirstChild = copy.myNextElement = nullptr;
     return *this;
 }

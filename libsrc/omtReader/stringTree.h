@@ -33,8 +33,8 @@ public:
     /// Deletes all that the node links to; asks for no memory.
     virtual ~DtStringTree();
 
-    /// Memory of nodes comes from and goes to a small store of the thread, as values are decoded
-    /// into many nodes that live for a moment.
+    // Memory is that of the global operators. Kept for compatibility, because programs link against
+    // these.
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t size, const std::nothrow_t&) noexcept;
     static void* operator new(std::size_t, void* place) noexcept { return place; }

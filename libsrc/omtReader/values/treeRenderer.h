@@ -43,6 +43,9 @@ public:
     }
     const DtString& delimiterOf(const DtString& datatype, const DtString& neighbours)
     {
+        // Most managers have one delimiter for everything.
+        const bool isOnly = !mySettings.hasHost && mySettings.delimiters.empty();
+        if (isOnly && neighbours == mySettings.defaultDelimiter) return neighbours;
         return delimiterOf(myResolver.find(datatype), neighbours);
     }
 
