@@ -3,26 +3,16 @@
 //   integer | integer "," integer ... | "[" integer "." ... "." integer "]"
 #include "omtReader/arrayDatatypeNode.h"
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/modelRevision.h"
 #include "omtReader/textScan.h"
 
 #include <algorithm>
 
+using omtreader::ArrayForm;
+
 namespace
 {
-
-/// The forms of getCardinalityType().
-enum Form : std::int32_t
-{
-    theFixedForm = 1,
-    theBoundedForm = 2,
-    theTerminatedForm = 4,
-    thePaddingForm = 5,
-    theBitForm = 7,
-    theLengthlessForm = 8,
-    theMultiDimForm = 9,
-    theCountedForm = 10
-};
 
 constexpr std::int32_t theBitsOfAnOctet = 8;
 
@@ -75,29 +65,30 @@ void DtArrayDatatypeNode::setDerivedValues() const
 {
     const auto isOneOf = [this](auto... names) { return (... || (myEncoding == names)); };
 
-    myCardinalityType = theLengthlessForm;
+    myCardinalityType = ArrayForm::theLengthless;
     myCardinalityMinimum = 0;
     myCardinalityMaximum = -1;
     myMultiDimCardinality.clear();
 
     if (isOneOf("HLAbitArray", "BitArray"))
-        myCardinalityType = theBitForm;
+        myCardinalityType = ArrayForm::theBits;
     else if (isOneOf("HLAnullTerminatedArray", "NullTerminatedArray", "RPRnullTerminatedArray"))
-        myCardinalityType = theTerminatedForm;
+        myCardinalityType = ArrayForm::theZeroEnded;
     else if (isOneOf("HLAlengthlessVarArray", "RPRlengthlessArray"))
-        myCardinalityType = getDatatype() == "HLAASCIIchar" ? theTerminatedForm : theLengthlessForm;
+        myCardinalityType =
+            getDatatype() == "HLAASCIIchar" ? ArrayForm::theZeroEnded : ArrayForm::theLengthless;
     else if (myEncoding == "HLAvariableArray")
-        myCardinalityType = theCountedForm;
+        myCardinalityType = ArrayForm::theCounted;
     else if (myEncoding.contains("addingTo"))
     {
-        myCardinalityType = thePaddingForm;
+        myCardinalityType = ArrayForm::thePadding;
         myCardinalityMaximum = extractInteger(myEncoding) / theBitsOfAnOctet;
     }
     else if (myEncoding == "HLAfixedArray")
         deriveFixed();
     else if (const std::int32_t count = myCardinality.toInt())
     {
-        myCardinalityType = theFixedForm;
+        myCardinalityType = ArrayForm::theFixed;
         myCardinalityMinimum = myCardinalityMaximum = count;
     }
     myDerivedValuesAreStale = false;
@@ -120,12 +111,12 @@ void DtArrayDatatypeNode::deriveFixed() const
     const std::size_t bracket = text.find('[');
     if (bracket == std::string_view::npos && !myCardinality.contains(","))
     {
-        myCardinalityType = theFixedForm;
+        myCardinalityType = ArrayForm::theFixed;
         myCardinalityMinimum = myCardinalityMaximum = myCardinality.toInt();
     }
     else if (bracket == std::string_view::npos)
     {
-        myCardinalityType = theMultiDimForm;
+        myCardinalityType = ArrayForm::theDimensions;
         for (const DtString& size : myCardinality.sections(','))
             myMultiDimCardinality.push_back(omtreader::integerOfAnyBase(size));
     }
@@ -136,7 +127,7 @@ void DtArrayDatatypeNode::deriveFixed() const
         const std::size_t end = text.find(']', secondDot);
         if (end == std::string_view::npos) return;  // not the form [a..b]
 
-        myCardinalityType = theBoundedForm;
+        myCardinalityType = ArrayForm::theBounded;
         // A "[" behind the first "." leaves no text for the minimum, which is then 0.
         const std::size_t start = std::min(bracket + 1, dot);
         myCardinalityMinimum = omtreader::integerOfAnyBase(text.substr(start, dot - start));

@@ -5,21 +5,13 @@
 // where a word ends at a blank only and may so carry the closing ")".
 #include "omtReader/complexComponentNode.h"
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/textScan.h"
+
+using omtreader::ComponentForm;
 
 namespace
 {
-
-/// The forms of getCardinalityType().
-enum Form : std::int32_t
-{
-    theSingleForm = 0,
-    theRangeForm = 1,
-    theConditionWithValueForm = 2,
-    theOpenForm = 3,
-    theConditionForm = 5,
-    thePaddingForm = 6
-};
 
 void dropLast(DtString& text)
 {
@@ -79,13 +71,13 @@ void DtComplexComponentNode::setDerivedValues() const
     text.skipBlanks();
     if (text.takes('%'))
     {
-        myCardinalityType = thePaddingForm;
+        myCardinalityType = ComponentForm::thePadding;
         myCardinalityMaximum = text.integer();
         return;
     }
     if (text.isAt('('))
     {
-        myCardinalityType = theConditionForm;
+        myCardinalityType = ComponentForm::theCondition;
         myCardinalityMaximum = 1;
     }
     else
@@ -94,17 +86,17 @@ void DtComplexComponentNode::setDerivedValues() const
         text.skipBlanks();
         if (text.takes('-'))
         {
-            myCardinalityType = theRangeForm;
+            myCardinalityType = ComponentForm::theRange;
             myCardinalityMaximum = text.integer();
         }
         else if (text.takes('+'))
         {
-            myCardinalityType = theOpenForm;
+            myCardinalityType = ComponentForm::theOpen;
             myCardinalityMaximum = -1;
         }
         else
         {
-            myCardinalityType = theSingleForm;
+            myCardinalityType = ComponentForm::theSingle;
             myCardinalityMaximum = myCardinalityMinimum;
         }
         text.skipBlanks();
@@ -117,7 +109,7 @@ void DtComplexComponentNode::setDerivedValues() const
     {
         myConditionalValue = text.word();
         if (myConditionalValue.endsWith(")")) dropLast(myConditionalValue);
-        myCardinalityType = theConditionWithValueForm;
+        myCardinalityType = ComponentForm::theConditionWithValue;
         return;
     }
     // The place looked at comes from the length of the value and not of the component, and the

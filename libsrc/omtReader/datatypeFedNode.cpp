@@ -2,6 +2,7 @@
 // Cardinality grammar: integer [ "+" | "-" integer ].
 #include "omtReader/datatypeFedNode.h"
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/textScan.h"
 
 #include <algorithm>
@@ -42,17 +43,17 @@ void DtDatatypeFedNode::setDerivedValues() const
     myCardinalityMinimum = text.integer();
     if (text.isAt('+'))
     {
-        myCardinalityType = 1;
+        myCardinalityType = omtreader::MemberForm::theOpen;
         myCardinalityMaximum = 0;  // stands for "no limit"
     }
     else if (text.takes('-'))
     {
-        myCardinalityType = 2;
+        myCardinalityType = omtreader::MemberForm::theRange;
         myCardinalityMaximum = std::max(text.integer(), myCardinalityMinimum);
     }
     else
     {
-        myCardinalityType = 0;
+        myCardinalityType = omtreader::MemberForm::theSingle;
         myCardinalityMaximum = myCardinalityMinimum;
     }
     myDerivedValuesAreStale = false;

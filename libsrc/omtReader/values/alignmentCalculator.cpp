@@ -3,9 +3,9 @@
 #include "omtReader/values/alignmentCalculator.h"
 
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/datatypeRep.h"
 #include "omtReader/fixedDatatypeNode.h"
-#include "omtReader/values/arrayForm.h"
 #include "omtReader/variantDatatypeNode.h"
 #include "util/dtMessages.h"
 
@@ -145,20 +145,20 @@ int AlignmentCalculator::ofArray(const DtString& datatype)
     if (!node) return -1;
     switch (node->getCardinalityType())
     {
-        case theBitForm:
-        case theVariableForm:
+        case ArrayForm::theBits:
+        case ArrayForm::theCounted:
             return theCountAlignment;
-        case thePaddingForm:
+        case ArrayForm::thePadding:
             warn();
             DtWarn << "Unknown alignment, DtArrayDatatypeNode::DtLocation not implemented.\n";
             return -1;
-        case theFixedForm:
-        case theBoundedForm:
-        case 3:
-        case theZeroEndedForm:
-        case 6:
-        case theLengthlessForm:
-        case theDimensionsForm:
+        case ArrayForm::theFixed:
+        case ArrayForm::theBounded:
+        case ArrayForm::theOpenComponent:
+        case ArrayForm::theZeroEnded:
+        case ArrayForm::thePaddingComponent:
+        case ArrayForm::theLengthless:
+        case ArrayForm::theDimensions:
             return myManager.byteAlignment(myResolver.component(resolved, 0, *node).name);
         default:
             return -1;

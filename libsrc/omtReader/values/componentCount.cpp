@@ -2,6 +2,7 @@
 // How many values a component of an HLA 1.3 record has, by the components in front of it.
 #include "omtReader/values/componentCount.h"
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/complexComponentNode.h"
 #include "omtReader/stringTree.h"
 
@@ -17,20 +18,18 @@ namespace omtreader
 int ComponentCount::of(const DtComplexComponentNode& node, const DtStringTree* root,
                        const DtStringTree* parent)
 {
-    constexpr int theConditionForm = 2;
-    constexpr int theOptionForm = 5;
-    constexpr int thePaddingComponent = 6;
     const int form = node.getCardinalityType();
-    if (form == thePaddingComponent) return 0;
+    if (form == ComponentForm::thePadding) return 0;
     int most = node.getCardinalityMaximum();
     if (most < 0) most = std::numeric_limits<int>::max();
     // A component that is named alone keeps the parenthesis behind it.
     std::string name = node.getConditionalComponent().str();
     if (!name.empty() && name.back() == ')') name.pop_back();
-    const bool isDecided = form == theConditionForm || form == theOptionForm || most > 1;
+    const bool isDecided = form == ComponentForm::theConditionWithValue ||
+                           form == ComponentForm::theCondition || most > 1;
     if (name.empty() || !isDecided) return most;
     const DtStringTree* const earlier = earlierComponent(name, root, parent);
-    if (form == theConditionForm)
+    if (form == ComponentForm::theConditionWithValue)
         return earlier && holdsValue(*earlier, node.getConditionalValue()) ? std::max(most, 1) : 0;
     if (!earlier) return most;
     bool isNumber = false;

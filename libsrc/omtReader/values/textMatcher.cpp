@@ -3,8 +3,8 @@
 
 #include "omtReader/alternativeComponentNode.h"
 #include "omtReader/arrayDatatypeNode.h"
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/complexComponentNode.h"
-#include "omtReader/values/arrayForm.h"
 #include "omtReader/values/scalarText.h"
 #include "omtReader/variantDatatypeNode.h"
 
@@ -39,19 +39,19 @@ ElementCount ElementCount::of(const DtArrayDatatypeNode& node)
     const std::int32_t least = std::max(node.getCardinalityMinimum(), 0);
     switch (node.getCardinalityType())
     {
-        case theFixedForm:
+        case ArrayForm::theFixed:
             return {least, least};
-        case theBoundedForm:
+        case ArrayForm::theBounded:
             return {0, std::max(node.getCardinalityMaximum(), 0)};
-        case 3:
-        case thePaddingForm:
-        case 6:
+        case ArrayForm::theOpenComponent:
+        case ArrayForm::thePadding:
+        case ArrayForm::thePaddingComponent:
             return {0, 0};
-        case theZeroEndedForm:
+        case ArrayForm::theZeroEnded:
             return {0, theUnlimited, true};
-        case theBitForm:
-        case theLengthlessForm:
-        case theVariableForm:
+        case ArrayForm::theBits:
+        case ArrayForm::theLengthless:
+        case ArrayForm::theCounted:
             return {0, theUnlimited};
         default:
             return {1, 1};

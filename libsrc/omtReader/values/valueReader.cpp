@@ -4,10 +4,10 @@
 
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/arrayDatatypeRep.h"
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/enumDatatypeRep.h"
 #include "omtReader/hexDatatypeRep.h"
 #include "omtReader/intDatatypeRep.h"
-#include "omtReader/values/arrayForm.h"
 
 #include <cmath>
 #include <cstring>
@@ -145,15 +145,15 @@ int ValueReader::arrayCount(const DtArrayDatatypeNode& node, const void* data, i
 {
     switch (node.getCardinalityType())
     {
-        case theFixedForm:
-        case thePaddingForm:
+        case ArrayForm::theFixed:
+        case ArrayForm::thePadding:
             return node.getCardinalityMinimum();
-        case theBoundedForm:
+        case ArrayForm::theBounded:
             return node.getCardinalityMaximum();
-        case 3:
-        case 6:
+        case ArrayForm::theOpenComponent:
+        case ArrayForm::thePaddingComponent:
             return 0;
-        case theLengthlessForm:
+        case ArrayForm::theLengthless:
             return std::numeric_limits<int>::max();
         default:
             break;
@@ -163,18 +163,18 @@ int ValueReader::arrayCount(const DtArrayDatatypeNode& node, const void* data, i
     const Call call(*this, value);
     switch (node.getCardinalityType())
     {
-        case theZeroEndedForm:
+        case ArrayForm::theZeroEnded:
         {
             const int count = static_cast<int>(octetsToZero(value.data, length));
             myBounds.allowWork(count, node.getName());
             return count < length ? count + 1 : count;
         }
-        case theBitForm:
+        case ArrayForm::theBits:
         {
             const int bits = DtIntDatatypeRep::intValFromBuffer(value.data);
             return bits > 1 ? (bits - 1) / 8 + 1 : bits;
         }
-        case theVariableForm:
+        case ArrayForm::theCounted:
             return DtIntDatatypeRep::intValFromBuffer(value.data);
         default:
             return 1;

@@ -17,12 +17,12 @@
 #include "omtReader/alternativeComponentNode.h"
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/arrayDatatypeRep.h"
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/complexDatatypeNode.h"
 #include "omtReader/datatypeFedNode.h"
 #include "omtReader/definedDatatypeRep.h"
 #include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/stringTree.h"
-#include "omtReader/values/arrayForm.h"
 #include "omtReader/variantDatatypeNode.h"
 
 #include <algorithm>
@@ -145,7 +145,7 @@ DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
     const ValueReader::Call call(myReader, value);
     const int minimum = node.getCardinalityMinimum();
     const int maximum = std::max(node.getCardinalityMaximum(), minimum);
-    const bool isUnlimited = node.getCardinalityType() == 1;
+    const bool isUnlimited = node.getCardinalityType() == MemberForm::theOpen;
     DtString text;
     // The counter runs down, on purpose: once a value was read, the maximum stops nothing.
     int count = 0;
@@ -329,8 +329,8 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
     if (hasAttributeMapping(node.getName()))
         return attributeTree(node.getName(), myResolver.find(node.getDatatype()), value, offset);
     const int minimum = node.getCardinalityMinimum();
-    const bool isOpen =
-        node.getCardinalityType() == 1 || std::max(node.getCardinalityMaximum(), minimum) > 0;
+    const bool isOpen = node.getCardinalityType() == MemberForm::theOpen ||
+                        std::max(node.getCardinalityMaximum(), minimum) > 0;
     std::unique_ptr<DtStringTree> holder = std::make_unique<DtStringTree>();
     Chain chain(*holder);
     int count = 0;
@@ -526,22 +526,22 @@ void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value,
 void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
 {
     const int form = node.getCardinalityType();
-    if (form == theLengthlessForm) return lengthlessArray(node, value, place);
+    if (form == ArrayForm::theLengthless) return lengthlessArray(node, value, place);
     const int count =
         myManager.getArrayDatatypeCount(&node, value.data, value.length, place.root, nullptr);
-    if (form == theBitForm || form == theVariableForm)
+    if (form == ArrayForm::theBits || form == ArrayForm::theCounted)
     {
         value.consumed = theCountSize;
         // As of the offset of the array, not of the place behind the count, on purpose.
         const int padding = myManager.implicitPadding(place.offset, node.getDatatype());
         if (padding > 0) addTo(value.consumed, padding);
     }
-    const bool mayBeEmpty = form == theBoundedForm && node.getCardinalityMinimum() == 0;
+    const bool mayBeEmpty = form == ArrayForm::theBounded && node.getCardinalityMinimum() == 0;
     if (mayBeEmpty && value.length == 0) return;
     const std::int64_t found = elements(node, value, place, count);
     const bool isEnough =
-        found < count && form == theFixedForm && node.getCardinalityMinimum() <= found;
-    const bool isBoundedEnough = form == theBoundedForm && value.consumed == value.length &&
+        found < count && form == ArrayForm::theFixed && node.getCardinalityMinimum() <= found;
+    const bool isBoundedEnough = form == ArrayForm::theBounded && value.consumed == value.length &&
                                  node.getCardinalityMinimum() <= found;
     if (found != count && !isEnough && !isBoundedEnough) value.consumed = -1;
 }
@@ -561,7 +561,7 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
                          offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
                          place.history));
         addTo(value.consumed, elementConsumed);
-        found += form == theZeroEndedForm ? elementConsumed : 1;
+        found += form == ArrayForm::theZeroEnded ? elementConsumed : 1;
         if (elementConsumed < 0) return -1;
         if (value.consumed >= value.length) break;
     }
@@ -590,9 +590,8 @@ void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, co
 void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
                                   const Value& value, const Place& place, DtStringTree*& last)
 {
-    constexpr int thePaddingComponent = 6;
     const int boundary = node.getCardinalityMaximum();
-    if (node.getCardinalityType() == thePaddingComponent && boundary > 1)
+    if (node.getCardinalityType() == ComponentForm::thePadding && boundary > 1)
         addTo(value.consumed, (boundary - value.consumed % boundary) % boundary);
     const int count =
         myManager.getComplexDatatypeCount(&node, myReader.advance(value.data, value.consumed),
