@@ -12,7 +12,7 @@ namespace
 
 using Key = DtEntityMapperKey;
 
-/// A key as it sorts: -1 behind every other number.
+/// A key as it sorts: -1 after every other number.
 std::vector<long> inOrder(const Key& key)
 {
     std::vector<long> numbers;

@@ -281,7 +281,7 @@ TEST(HardshipTest, AnElementWithVeryManyAttributesIsRefused)
         {"the most",             "<r>" + limit + limit + "</r>",                         false},
         {"one more",             "<r>" + limit + "\n" + more + "</r>",                   true },
         {"a comment",            "<r><!--" + more + "'-->" + limit + "</r>",             false},
-        {"behind a comment",     "<r><!--> <a x='-->" + element(1001, "\"") + "</r>",    true },
+        {"after a comment",     "<r><!--> <a x='-->" + element(1001, "\"") + "</r>",    true },
         {"characters, one more", "<r><![CDATA[<a x=']]>" + element(1001, "\"") + "</r>", true },
         {"characters",           "<r><![CDATA[" + more + "]]></r>",                      false},
         {"an instruction",       "<r><?a <a x='?>" + element(1001, "\"") + "</r>",       true },

@@ -16,7 +16,7 @@ namespace
 using Objects = omtreader::Hierarchy<DtObjectClassFedNode>;
 using Interactions = omtreader::Hierarchy<DtInteractionClassFedNode>;
 
-/// A tree of classes such as "Root: Root.A:x,y", parents first, members behind the colon.
+/// A tree of classes such as "Root: Root.A:x,y", parents first, members after the colon.
 template <typename H>
 TreePtr classes(const DtString& text)
 {
@@ -38,7 +38,7 @@ TreePtr classes(const DtString& text)
     return tree;
 }
 
-/// The classes of a tree in the same form, in list order, behind the name of the root.
+/// The classes of a tree in the same form, in list order, after the name of the root.
 template <typename H>
 std::string textOf(DtOMTTree& tree)
 {
@@ -235,7 +235,7 @@ TYPED_TEST(MergeClassesTest, MatchesByFullName)
          // Members are not merged one by one, but a class without any takes those of the next.
          "Root: Root.A:x | Root: Root.A:x,y => Root Root.A:x Root:",
          "Root: Root.A: | Root: Root.A:x,y | Root: Root.A:z => Root Root.A:x,y Root:",
-         // New classes go below those there are, and behind them in the list.
+         // New classes go below those there are, and after them in the list.
          "Root: Root.A:x | Root: Root.A: Root.A.B:y Root.C: => Root Root.A:x Root: Root.A.B:y "
          "Root.C:",
          // The same name elsewhere is another class.

@@ -25,7 +25,7 @@ DtEnumeratedDatatypeNode* enumeratedNode(const std::vector<std::string>& words)
 }
 
 /// Adds the components that the words from a place on say: "name:datatype", for a component of
-/// complex datatypes with ":cardinality" behind it, where "_" stands for a blank.
+/// complex datatypes with ":cardinality" after it, where "_" stands for a blank.
 template <typename Component>
 void addComponents(auto& node, const std::vector<std::string>& words, std::size_t from)
 {

@@ -4,7 +4,7 @@
 
 #include "support.h"
 
-/// Declarations with a ";" behind each: "simple NAME REPRESENTATION", "enumerated NAME
+/// Declarations with a ";" after each: "simple NAME REPRESENTATION", "enumerated NAME
 /// REPRESENTATION NAME=NUMBER...", "array NAME ELEMENT ENCODING CARDINALITY", "fixed NAME
 /// FIELD...", "variant NAME DISCRIMINANT ALTERNATIVE...", "complex NAME COMPONENT...".
 TreePtr modelOf(const std::string& declarations);

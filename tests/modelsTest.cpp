@@ -367,7 +367,7 @@ TEST(SampleModelsTest, TheHarbourIsTheSameInBothDialects)
         // Merging takes no identification over, but says what was merged.
         "name|versionNo|type|purpose|applicationDomain|sponsorOrgName|modificationDate|reference|"
         "other|POC.*|references.*",
-        // Left out on purpose when a 2000 document is read.
+        // Left out when a 2000 document is read.
         R"(object.*\.attribute\[\d+\]\.(sharing|transportation|order|dimensions).*)",
         R"(interaction.*\.dimensions.*)",
         R"(fixed\[\d+\]\.encoding)",

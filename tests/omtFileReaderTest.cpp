@@ -66,13 +66,13 @@ std::string added(const std::string& clauses, const std::string& without)
 }
 
 /// A kind of definition with its words, each as "keyword=field of the dump", with "=name in
-/// messages" behind where that is not the keyword.
+/// messages" after where that is not the keyword.
 struct Words
 {
     const char* around;  // with "%" for the clause
     std::string entry;   // in the dump, with what goes before the field
     const char* words;
-    const char* place;        // behind the name in messages; none where no message is given
+    const char* place;        // after the name in messages; none where no message is given
     bool areStrings = false;  // a value of another kind is ignored
 
     std::string text(const std::string& clause) const
@@ -277,7 +277,7 @@ TEST(OMTFileReaderTest, BadFilesAreRefusedAndHarmNoOther)
          "(ObjectModel\n(Name \"A))" + bad + "2: the string that begins here does not end",
          "(OMDT 1))\n(ObjectModel (Name))" + bad + "1: a \")\" without its \"(\"",
          million + bad + "1: the list that begins here does not end",
-         // Only lists that begin with the symbol count, and nothing behind the first.
+         // Only lists that begin with the symbol count, and nothing after the first.
          "(DIF 1) \"\\\"(\" (ObjectModel (Name)" + million + std::string(1000000, ')') + ") )( => ",
          "(ObjectModel 1) => "},
         [](const DtString& text)

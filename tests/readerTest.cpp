@@ -117,7 +117,7 @@ std::string definitions(const std::string& path, const std::string& word,
 }
 
 /// The properties of one kind of element: words apart by blanks, each with the field of the dump
-/// behind "=" where that has another name.
+/// after "=" where that has another name.
 struct Place
 {
     const char* path;   // of the element

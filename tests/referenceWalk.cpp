@@ -41,7 +41,7 @@ public:
         const char* data;
         int length;
         unsigned int offset;
-        At behind(int count) const
+        At after(int count) const
         {
             return {data + count, length - count, offset + static_cast<unsigned int>(count)};
         }
@@ -171,7 +171,7 @@ public:
         {
             int fieldConsumed = -1;
             Tree child;
-            if (consumed <= at.length) child = component(**it, at.behind(consumed), fieldConsumed);
+            if (consumed <= at.length) child = component(**it, at.after(consumed), fieldConsumed);
             consumed = fieldConsumed < 0 ? -1 : consumed + fieldConsumed;
             if (consumed < 0) return;
             DtStringTree* const now = child.release();
@@ -198,7 +198,7 @@ public:
                                      { return alternative->getEnumerator() == text; });
         if (it == end) return;
         int more = 0;
-        parent.firstChild()->setNextSibling(component(**it, at.behind(consumed), more).release());
+        parent.firstChild()->setNextSibling(component(**it, at.after(consumed), more).release());
         consumed += more;
     }
 
@@ -213,7 +213,7 @@ public:
         int found = 0;
         for (int more = 0; found < wanted;)
         {
-            DtStringTree* const child = component(node, at.behind(consumed), more).release();
+            DtStringTree* const child = component(node, at.after(consumed), more).release();
             if (parent.firstChild())
                 parent.firstChild()->appendToArray(child);
             else

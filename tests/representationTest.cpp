@@ -71,7 +71,7 @@ RepPtr takeRepresentation(std::string_view& input)
     throw std::invalid_argument("no representation " + std::string(name));
 }
 
-/// Octets in hexadecimal, each with a blank behind it.
+/// Octets in hexadecimal, each with a blank after it.
 struct Dump : DtArrayDatatypeRep
 {
     std::vector<char> valueFromStringRep(const DtString&) const override { return {}; }

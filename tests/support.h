@@ -57,8 +57,8 @@ private:
 /// The octets of a text such as "00 2A ff"; what is no such text fails the test.
 std::vector<char> octets(std::string_view hexadecimal);
 
-/// Expects of each case such as "2-5 => 2 2..5" that the text in front of the arrow gives what is
-/// behind it.
+/// Expects of each case such as "2-5 => 2 2..5" that the text before the arrow gives what is
+/// after it.
 void expectEach(std::initializer_list<std::string> cases,
                 const std::function<std::string(const DtString&)>& result);
 

@@ -35,7 +35,7 @@ struct Converter : Manager
     TreePtr model;
 };
 
-/// A value at the end of a block of memory, a number of octets behind an aligned address.
+/// A value at the end of a block of memory, a number of octets after an aligned address.
 class Value
 {
 public:
@@ -94,7 +94,7 @@ public:
         return result;
     }
 
-    /// Declarations of datatypes that contain those in front of them.
+    /// Declarations of datatypes that contain those before them.
     std::string model(const Names& reps)
     {
         std::string text =

@@ -22,7 +22,7 @@ std::string written(const TreePtr& tree)
     return DtXMLEvolvedFileWriter(tree.get()).writeString().str();
 }
 
-/// What is behind the first elements, whose XML attributes stand in another order in files, without
+/// What is after the first elements, whose XML attributes stand in another order in files, without
 /// blanks.
 std::string bodyOf(const DtString& document)
 {

@@ -24,14 +24,14 @@ public:
     unsigned int byteAlignment() const override;
     ~DtAltVelocityDatatypeRep() override;
 
-    /// Heading and speed with ", " behind each; "err,err,err" without a position of the object.
+    /// Heading and speed with ", " after each; "err,err,err" without a position of the object.
     DtString stringRep(const void* position, int* consumed,
                        DtObjectHistory* history) const override;
     /// A chain of Heading and Speed; without a position of the object the heading is "err,err,err".
     /// For a null position one node without anything.
     DtStringTree* createTreeRep(const void* position, int* consumed,
                                 DtObjectHistory* history) const override;
-    /// The numbers with ", " behind each, the last one too; "err,err,err" for a null position.
+    /// The numbers with ", " after each, the last one too; "err,err,err" for a null position.
     DtString originalStringRep(const void* position, int* consumed,
                                DtObjectHistory* history) const override;
 

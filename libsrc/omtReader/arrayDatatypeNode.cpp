@@ -128,7 +128,7 @@ void DtArrayDatatypeNode::deriveFixed() const
         if (end == std::string_view::npos) return;  // not the form [a..b]
 
         myCardinalityType = ArrayForm::theBounded;
-        // A "[" behind the first "." leaves no text for the minimum, which is then 0.
+        // A "[" after the first "." leaves no text for the minimum, which is then 0.
         const std::size_t start = std::min(bracket + 1, dot);
         myCardinalityMinimum = omtreader::integerOfAnyBase(text.substr(start, dot - start));
         myCardinalityMaximum =

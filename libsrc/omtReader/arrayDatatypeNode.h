@@ -32,7 +32,7 @@ public:
 
     /// How the array ends: 0 nothing known; 1 a fixed number of elements; 2 a number within bounds;
     /// 4 at a zero element; 5 padding up to a boundary; 7 bits; 8 at the end of the value; 9
-    /// several dimensions; 10 a count in front.
+    /// several dimensions; 10 a count before them.
     virtual std::int32_t getCardinalityType() const;
     /// The bounds on the number of elements; for type 5 the maximum is the boundary in octets. -1
     /// where nothing is known.

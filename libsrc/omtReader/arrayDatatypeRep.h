@@ -6,7 +6,8 @@
 
 /// Shows any number of octets in hexadecimal; encoding is left to a class of the host.
 ///
-/// Its name is "string", like that of DtStringDatatypeRep, on purpose.
+/// Its name is "string", like that of DtStringDatatypeRep: kept for compatibility, because mappings
+/// name it.
 class OMTREADER_EXPORT DtArrayDatatypeRep : public DtDatatypeRep
 {
 public:

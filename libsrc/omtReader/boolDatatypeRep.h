@@ -6,8 +6,8 @@
 
 /// "bool": one octet; 0 is "false", anything else "true".
 ///
-/// Encoding is the inverse of decoding, on purpose: "true" becomes the octet 0x00 and "false" 0x01.
-/// Any other text becomes nothing.
+/// Encoding is the inverse of decoding, kept for compatibility, because receivers expect it: "true"
+/// becomes the octet 0x00 and "false" 0x01. Any other text becomes nothing.
 class OMTREADER_EXPORT DtBoolDatatypeRep : public DtNumberDatatypeRep
 {
 public:

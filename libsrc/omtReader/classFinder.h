@@ -135,7 +135,7 @@ private:
         }
     }
 
-    /// The children at whose names the text may go on behind a separator, the first on top.
+    /// The children at whose names the text may go on after a separator, the first on top.
     void pushChildren(Class& node, std::size_t place, std::string_view text,
                       std::vector<Step>& steps)
     {

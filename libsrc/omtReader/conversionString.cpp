@@ -18,7 +18,7 @@ constexpr unsigned theHighestPrecision = 1100;
 // All are exact.
 constexpr double thePowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
 
-/// Writes an integer with a point in front of its last digits.
+/// Writes an integer with a point before its last digits.
 DtString withPoint(bool isNegative, std::uint32_t number, int decimals)
 {
     char digits[16];

@@ -21,8 +21,8 @@ public:
     DtCSVReader& operator=(const DtCSVReader&) = delete;
     virtual ~DtCSVReader();
 
-    /// Goes to the next line; false when the last read met the end of the file. On purpose a file
-    /// that ends with a line break has one last, empty line.
+    /// Goes to the next line; false when the last read met the end of the file. Kept for
+    /// compatibility: a file that ends with a line break has one last, empty line.
     virtual bool readLine();
     /// The columns `first` to `last` of the line, counted from 0, with the separators between them.
     virtual DtString stringVar(int first, int last) const;

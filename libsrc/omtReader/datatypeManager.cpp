@@ -393,7 +393,8 @@ bool DtDatatypeManager::getArrayBracketMap(const DtString& datatype, bool* found
     const auto entry = mySettings->brackets.find(datatype);
     const bool isMapped = entry != mySettings->brackets.end();
     if (found) *found = isMapped;
-    // That there is a default decides, and not what it says, on purpose.
+    // Kept for compatibility, because programs rely on it: that there is a default decides, and
+    // not what it says.
     return isMapped ? entry->second : !mySettings->defaultBracket.empty();
 }
 

@@ -44,7 +44,7 @@ struct ConversionSettings;
 /// Nothing here throws or fails loudly: problems are told to DtWarn, and a fallback is shown.
 ///
 /// **Decoding.** `data` points at the value, `length` is its size in octets. `consumed` becomes the
-/// number of octets that the value took, padding in front of it included; a negative one says that
+/// number of octets that the value took, padding before it included; a negative one says that
 /// it could not be decoded and that the caller must not walk on. With implicit padding on, the
 /// address counts: a buffer begins at a multiple of 8, as that of a std::vector does, and a literal
 /// need not. No octet outside the value is read: what lies beyond its end reads as zero, so that a
@@ -54,7 +54,7 @@ struct ConversionSettings;
 /// it has.
 ///
 /// **The line of a value.** The fields of a record follow each other with a delimiter between them;
-/// the elements of an array nest in brackets, `1[2[3]]`, on purpose. See
+/// the elements of an array nest in brackets, `1[2[3]]`, as programs read them. See
 /// convertStringTreeToString().
 ///
 /// **Encoding.** Text is cut as the line of such a value would have been joined, and every piece is
@@ -62,7 +62,7 @@ struct ConversionSettings;
 /// - An empty text encodes to nothing, also inside a value, where a missing piece counts as one.
 /// - Nothing is written for alignment: neither implicit padding, if it is on, nor the padding
 ///   components of HLA 1.3.
-/// - The count in front of a variable array is written, the number of bits in front of a bit array,
+/// - The count before a variable array is written, the number of bits before a bit array,
 ///   and the zero octet at the end of an array of characters that ends at one.
 /// - A text that is no line of the datatype is cut as far as it goes. The last field takes all that
 ///   is left. An array holds the elements that the text has, and where it may have no more, the
@@ -70,10 +70,10 @@ struct ConversionSettings;
 /// - An array of characters may also be written as its plain text, `HELLO` for `H[E[L[L[O]]]]`; one
 ///   that ends at a zero octet then gets it.
 /// - A component of a complex datatype is expected in the text exactly if its condition holds for
-///   the pieces in front of it.
+///   the pieces before it.
 /// - A text in the array wrapper loses the wrapper first; a delimiter inside a wrapped or bracketed
 ///   part does not cut.
-/// - Variant records cannot be encoded, on purpose: nothing is written for them.
+/// - Variant records cannot be encoded: nothing is written for them, as programs expect.
 ///
 /// **Which lines come back.** Encoding the line of a whole value gives its octets again if
 /// - implicit padding is off, and there are neither variant records nor padding components;
@@ -93,7 +93,7 @@ struct ConversionSettings;
 /// - where characters are delimiters or brackets: `[[]]` is a `[` and a `]`, or three zeros. A
 ///   character is taken for a zero only where nothing else makes a line of the text.
 ///
-/// A value that was cut short, or in which an array without an end stands in front of other fields,
+/// A value that was cut short, or in which an array without an end stands before other fields,
 /// has a line that no whole value need have.
 class OMTREADER_EXPORT DtDatatypeManager
 {
@@ -150,7 +150,7 @@ public:
     /// after initOMTData(), which gives a name that the model defines back to the model.
     virtual void addDefinedDatatypeRep(DtDatatypeRep* rep);
     /// The representation mapped to a name, or registered under it; null if there is none. It
-    /// leaves an empty mapping behind where there was none, on purpose.
+    /// leaves an empty mapping where there was none: kept for compatibility, as lists show it.
     virtual DtDatatypeRep* getSimpleDatatypeRep(const DtString& name);
     /// The representations by name.
     virtual NameRepMap::const_iterator getNameRepMapList();
@@ -172,8 +172,8 @@ public:
     virtual void addArrayBracketMap(const DtString& datatype, bool hasBrackets);
     virtual void removeArrayBracketMap(const DtString& datatype);
     virtual void setDefaultArrayBracket(bool hasBrackets);
-    /// Without a mapping the answer is true, whatever the default says: it is enough, on purpose,
-    /// that there is a default. `found` may be null.
+    /// Without a mapping the answer is true, whatever the default says: kept for compatibility,
+    /// because programs rely on it. `found` may be null.
     virtual bool getArrayBracketMap(const DtString& datatype, bool* found);
     virtual BracketMap::const_iterator getArrayBracketList();
     virtual BracketMap::const_iterator getArrayBracketListEnd();
@@ -181,9 +181,9 @@ public:
     /// Reads a mapping file. A file that cannot be opened, or that holds nothing, changes nothing;
     /// a malformed one is told to DtWarn and changes nothing.
     virtual void readFile(DtString path);
-    /// Writes the mapping file. Attribute mappings are not part of it, on purpose, nor are mappings
-    /// that initOMTData() makes anew. The file is replaced whole or not at all. Without a file to
-    /// write to, nothing happens; a full disk is told to DtWarn.
+    /// Writes the mapping file. Attribute mappings are not part of it, kept for compatibility, nor
+    /// are mappings that initOMTData() makes anew. The file is replaced whole or not at all.
+    /// Without a file to write to, nothing happens; a full disk is told to DtWarn.
     virtual void writeFile(DtString path);
 
     /// Shows a datatype by a representation, and with it every simple datatype that is based on it
@@ -191,23 +191,25 @@ public:
     virtual void addRepMapping(const DtString& datatype, const DtString& rep);
     virtual void removeRepMapping(const DtString& datatype);
     /// Shows the attribute, parameter or component of a name by a representation; carried over to
-    /// simple datatypes as with addRepMapping(), on purpose.
+    /// simple datatypes as with addRepMapping().
     virtual void addAttributeMapping(const DtString& attribute, const DtString& rep);
     virtual void removeAttributeMapping(const DtString& attribute);
     virtual const DtString& attributeMapping(const DtString& attribute) const;
-    /// Changes a mapping that exists; false, and an empty mapping is left behind, if it does not.
+    /// Changes a mapping that exists; false, and an empty mapping is made, if it does not.
     virtual bool modifyRepMapping(const DtString& datatype, const DtString& rep);
     virtual NameMap::const_iterator getRepMapList();
     virtual NameMap::const_iterator getRepMapListEnd();
 
     /// The line of all values of an attribute or parameter, as many as the octets hold, with the
     /// delimiter mapped to the node's own name between them. A minimum of 1 or more is always
-    /// reported as not met, with the number of values as a negative one, on purpose. Empty, with
+    /// reported as not met, with the number of values as a negative one: kept for compatibility,
+    /// because programs know the message. Empty, with
     /// nothing consumed, for a null node.
     virtual DtString getFedNodeStringRep(const DtDatatypeFedNode* node, const void* data,
                                          int length, int& consumed);
-    /// The line of one value; empty for null data. On purpose it is empty, with a count of -1, for
-    /// a simple datatype without a representation, which a tree shows in hexadecimal.
+    /// The line of one value; empty for null data. Kept for compatibility, it is empty, with a
+    /// count of -1, for a simple datatype without a representation, which a tree shows in
+    /// hexadecimal.
     virtual DtString getStringRep(const DtString& datatype, const void* data, int length,
                                   int& consumed);
     /// The line of a field, alternative, element or discriminant.
@@ -236,7 +238,7 @@ public:
 
     /// The line of a tree; empty for null.
     ///
-    /// A node gives its value, its first child, its next element in brackets, and behind the
+    /// A node gives its value, its first child, its next element in brackets, and after the
     /// delimiter its next sibling. The delimiter handed in serves the node and its first child; a
     /// next sibling or element that is no simple, enumerated or variant value uses its own.
     virtual DtString convertStringTreeToString(DtStringTree* tree, const DtString& delimiter);
@@ -319,7 +321,7 @@ public:
     virtual int getComplexDatatypeCount(DtComplexComponentNode* node, const void* data, int length,
                                         DtStringTree* root, DtStringTree* parent);
 
-    /// The octets in front of a value at an offset; 0 while implicit padding is off.
+    /// The octets before a value at an offset; 0 while implicit padding is off.
     virtual int implicitPadding(unsigned int offset, const DtString& datatype);
     /// The alignment of a datatype in octets, at least 1. Where it cannot be told it is 1, with a
     /// warning; so it is inside a datatype that contains itself.
@@ -328,9 +330,10 @@ public:
     virtual int byteAlignmentFromRep(const DtString& datatype);
     virtual int byteAlignmentFixed(const DtString& datatype);
     virtual int byteAlignmentArray(const DtString& datatype);
-    /// That of the discriminant; alternatives are left out on purpose.
+    /// That of the discriminant; alternatives do not count: kept for compatibility, because
+    /// recorded values are padded so.
     virtual int byteAlignmentVariant(const DtString& datatype);
-    /// Always -1, on purpose.
+    /// Always -1: kept for compatibility, because values of HLA 1.3 are not padded.
     virtual int byteAlignmentComplex(const DtString& datatype);
 
     // The steps of encoding, each of which a host may replace. They append, or do nothing.
@@ -338,7 +341,8 @@ public:
     virtual void getValueFromDatatypeRep(const DtString& datatype, const DtString& text,
                                          Octets& out);
     /// By the enumerator's name. The number is written least significant octet first while
-    /// DtNetworkByteOrdering() is 1, unlike it is read, on purpose.
+    /// DtNetworkByteOrdering() is 1, unlike it is read: kept for compatibility, because receivers
+    /// expect it.
     virtual void getValueFromEnumRep(const DtString& datatype, const DtString& text, Octets& out);
     virtual void getValueFromFixedRep(const DtString& datatype, const DtString& text, Octets& out);
     virtual void getValueFromComplexRep(const DtString& datatype, const DtString& text,

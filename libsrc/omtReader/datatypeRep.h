@@ -17,8 +17,8 @@
 /// - A position points at the next octet of the value that was not read yet. When the manager
 ///   calls, at least 1024 zero octets follow the end of the value, so a text without an end ends
 ///   there; a representation checks no length itself.
-/// - `consumed`, where it is not null, receives how many octets were read, with any gap in front
-///   of the value; the manager goes on behind them.
+/// - `consumed`, where it is not null, receives how many octets were read, with any gap before
+///   the value; the manager goes on after them.
 /// - A null position is no error: the text is empty, the number 0, and 0 octets are consumed.
 /// - Encoding never adds a gap; an empty vector appends nothing to the value.
 ///

@@ -16,8 +16,8 @@
 /// there has no rows, a short row has empty names and open codes, and a code that is no number is
 /// 0.
 ///
-/// On purpose a file that ends with a line break has one last row in which everything is open: a
-/// key that nothing else matches finds that.
+/// Kept for compatibility: a file that ends with a line break has one last row in which everything
+/// is open: a key that nothing else matches finds that.
 class OMTREADER_EXPORT DtDisDictionary
 {
 public:
@@ -26,7 +26,7 @@ public:
     DtDisDictionary();
     DtDisDictionary(const DtDisDictionary&) = delete;
     DtDisDictionary& operator=(const DtDisDictionary&) = delete;
-    /// Deletes the tree of codes. The entries of the list are left undeleted on purpose, as hosts
+    /// Deletes the tree of codes. The entries of the list are left undeleted, as hosts
     /// keep them beyond the dictionary; see deleteEnumerationEntries().
     virtual ~DtDisDictionary();
 
@@ -48,10 +48,10 @@ public:
     virtual const DtDisEntityTypeEntry* findEntry(const DtEntityMapperKey& key) const;
     virtual DtDisEntityTypeEntry* findEntry(const DtEntityMapperKey& key);
 
-    /// The name of a country; empty for an unknown code, which is noted without a name on purpose.
+    /// The name of a country; empty for an unknown code, which is noted without a name.
     virtual DtString findCountry(int code);
 
-    /// How many lines a file has behind its header.
+    /// How many lines a file has after its header.
     virtual int countLines(const char* fileName);
 
     /// The names of countries by code, of all dictionaries of the process. Not guarded: one thread

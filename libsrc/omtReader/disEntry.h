@@ -20,7 +20,8 @@ public:
     /// The entry of a code, which is made if there is none; one that is there keeps its first name.
     /// It belongs to this one.
     virtual DtDisEntry* addDisEntry(int code, const DtString& name);
-    /// The entry of a code, or null; on purpose looking for a code leaves an empty place for it.
+    /// The entry of a code, or null; looking for a code leaves an empty place for it, kept for
+    /// compatibility.
     virtual DtDisEntry* find(int code);
 
     const DtString& name() const { return myName; }

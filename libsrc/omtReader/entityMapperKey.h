@@ -16,7 +16,7 @@
 /// subcategory, specific, extra.
 ///
 /// -1 stands for any number: it matches all in a comparison by pattern, and in the order it stands
-/// behind all others.
+/// after all others.
 class OMTREADER_EXPORT DtEntityMapperKey
 {
 public:
@@ -30,9 +30,9 @@ public:
         : myNumbers{kind, domain, country, category, subCategory, specific, extra}
     {
     }
-    /// Reads "1:2:225:1:3:4:0": whole numbers, decimal, hexadecimal behind "0x" or octal behind
-    /// "0", with any one character between them. On purpose a number that is missing is 0 and not
-    /// -1. One out of range is the nearest limit.
+    /// Reads "1:2:225:1:3:4:0": whole numbers, decimal, hexadecimal after "0x" or octal after
+    /// "0", with any one character between them. Kept for compatibility: a number that is missing
+    /// is 0 and not -1. One out of range is the nearest limit.
     explicit DtEntityMapperKey(const char* text);
     DtEntityMapperKey(const DtEntityMapperKey& other);
     DtEntityMapperKey& operator=(const DtEntityMapperKey& other);
@@ -42,7 +42,8 @@ public:
     /// The numbers in decimal with ":" between them; valid until the next call or assignment.
     const DtString& string() const;
 
-    /// The numbers by their places 1 to 6. On purpose 0 and every other place give the kind.
+    /// The numbers by their places 1 to 6. Kept for compatibility: 0 and every other place give the
+    /// kind.
     std::int32_t& operator[](int place) { return myNumbers[indexOf(place)]; }
     std::int32_t operator[](int place) const { return myNumbers[indexOf(place)]; }
 
@@ -63,10 +64,11 @@ public:
     /// Whether all seven numbers are equal; -1 is equal to -1 only.
     virtual bool exactMatch(const DtEntityMapperKey& other) const;
 
-    /// The order of the dictionary: number by number, -1 behind every other.
+    /// The order of the dictionary: number by number, -1 after every other.
     ///
-    /// On purpose two keys of which every number is -1 are each less than the other. An ordered
-    /// container would lose entries by that; for them std::less is made a strict order, below.
+    /// Kept for compatibility: two keys of which every number is -1 are each less than the other.
+    /// An ordered container would lose entries by that; for them std::less is made a strict order,
+    /// below.
     bool operator<(const DtEntityMapperKey& other) const
     {
         for (int place = 0; place < theSize; ++place)
@@ -77,7 +79,8 @@ public:
         }
         return other.isAnything();
     }
-    /// The negation of operator<, so that equal keys count as greater; on purpose no strict order.
+    /// The negation of operator<, so that equal keys count as greater: kept for compatibility, no
+    /// strict order.
     bool operator>(const DtEntityMapperKey& other) const { return !(*this < other); }
 
     /// Whether every number is -1.

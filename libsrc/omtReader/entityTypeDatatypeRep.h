@@ -29,16 +29,17 @@ public:
 
     DtString stringRep(const void* position, int* consumed,
                        DtObjectHistory* history) const override;
-    /// A chain of seven nodes from Kind to Extra. On purpose offsets are the places 0 to 6 and not
-    /// octets, and a level that is "Any" in the dictionary is that here. A level with a name has
-    /// the datatype "Defined", others have "octet". For a null position one node without anything.
+    /// A chain of seven nodes from Kind to Extra. Kept for compatibility: offsets are the places 0
+    /// to 6 and not octets, and a level that is "Any" in the dictionary is that here. A level with
+    /// a name has the datatype "Defined", others have "octet". For a null position one node without
+    /// anything.
     DtStringTree* createTreeRep(const void* position, int* consumed,
                                 DtObjectHistory* history) const override;
     /// The seven numbers, with the delimiter between them.
     DtString originalStringRep(const void* position, int* consumed,
                                DtObjectHistory* history) const override;
 
-    /// What stands behind each of the first six levels in a line.
+    /// What stands after each of the first six levels in a line.
     virtual void setDelimiter(const DtString& delimiter) { myDelimiter = delimiter; }
     virtual const DtString& delimiter() const { return myDelimiter; }
 

@@ -70,7 +70,7 @@ constexpr std::size_t theSizeWorthAnIndex = 32;
 
 /// The text starts as many characters into the sentence as the number says, and the number itself
 /// is not shown. That is a known fault which is kept: programs watch for these texts. A number that
-/// lies outside the sentence is written behind the whole of it.
+/// lies outside the sentence is written after the whole of it.
 void warnOfDuplicatedNumber(int number)
 {
     constexpr std::string_view theSentence = "Duplicated enum number ";

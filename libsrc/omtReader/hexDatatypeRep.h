@@ -8,9 +8,9 @@
 
 /// "hex": one octet as two upper-case hexadecimal digits.
 ///
-/// Encoding does not mirror decoding, on purpose: a text is read as a hexadecimal number of 32 bits
-/// and becomes four octets, in the order of this host's memory. That it gives numbers without being
-/// a DtNumberDatatypeRep is intended too.
+/// Encoding does not mirror decoding, kept for compatibility: a text is read as a hexadecimal
+/// number of 32 bits and becomes four octets, in the order of this host's memory. That it gives
+/// numbers without being a DtNumberDatatypeRep is intended too.
 class OMTREADER_EXPORT DtHexDatatypeRep : public DtDatatypeRep
 {
 public:

@@ -25,7 +25,7 @@ public:
     unsigned int byteAlignment() const override;
     virtual ~DtIntDatatypeRep();
 
-    /// Not const, on purpose: the operation of the same name that DtIntLEDatatypeRep adds is
+    /// Not const: the operation of the same name that DtIntLEDatatypeRep adds is
     /// another one.
     virtual std::int32_t intVal(const void* position);
     virtual std::uint32_t unsignedIntVal(const void* position) const;

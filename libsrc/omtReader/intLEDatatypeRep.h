@@ -22,7 +22,7 @@ public:
 
     std::uint32_t unsignedIntVal(const void* position) const override;
 
-    /// An operation of its own, on purpose: the intVal of DtIntDatatypeRep is not const and stays
+    /// An operation of its own: the intVal of DtIntDatatypeRep is not const and stays
     /// what is called through that class, with the most significant octet first.
     virtual std::int32_t intVal(const void* position) const;
 };

@@ -71,8 +71,8 @@ public:
     virtual void addDimension(const DtString& name) { myDimensions.push_back(name); }
     virtual const std::list<DtString>& getDimensions() const { return myDimensions; }
 
-    /// The number by which an HLA 1.3 model knows the class. On purpose it starts as -1 here and as
-    /// 0 for an object class.
+    /// The number by which an HLA 1.3 model knows the class. Kept for compatibility: it starts as
+    /// -1 here and as 0 for an object class.
     virtual void setIdentifier(int identifier) { myIdentifier = identifier; }
     virtual int getIdentifier() { return myIdentifier; }
 

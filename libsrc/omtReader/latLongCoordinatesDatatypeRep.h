@@ -4,7 +4,7 @@
 
 #include "omtReader/definedDatatypeRep.h"
 
-/// "geodedic", a name that is spelled like this on purpose: three 64-bit numbers, network order, of
+/// "geodedic", a name that mappings spell like this: three 64-bit numbers, network order, of
 /// a geocentric position in metres, shown on the ellipsoid of WGS 84.
 ///
 /// The line is "48.1, 11.5, 520": degrees north, degrees east and metres above the ellipsoid, with
@@ -27,8 +27,8 @@ public:
     /// For a null position one node without anything.
     DtStringTree* createTreeRep(const void* position, int* consumed,
                                 DtObjectHistory* history) const override;
-    /// On purpose not the record of the other operations, but three 32-bit numbers of 12 octets,
-    /// with ", " behind each, the last one too.
+    /// Kept for compatibility: not the record of the other operations, but three 32-bit numbers of
+    /// 12 octets, with ", " after each, the last one too.
     DtString originalStringRep(const void* position, int* consumed,
                                DtObjectHistory* history) const override;
 

@@ -33,7 +33,7 @@ public:
     /// Takes the attribute over and becomes its parent; null is ignored. A second attribute of a
     /// name joins the list, and is from then on the one that findAttribute finds.
     virtual void addAttribute(DtAttributeFedNode* attribute);
-    /// Does nothing, on purpose: a hook for classes that derive from this one.
+    /// Does nothing: a hook for classes that derive from this one.
     virtual void associateAttribute(DtAttributeFedNode* attribute);
     /// Links a child class and becomes its parent; null is ignored, a repeated child is not
     /// noticed.
@@ -41,8 +41,8 @@ public:
 
     /// The class that a path of names leads to, starting with this class's own name; null if none.
     ///
-    /// Whatever single character follows a name counts as the separator, on purpose: "A:B" and
-    /// "A/B" lead to child B of class A as "A.B" does. Names are compared exactly.
+    /// Whatever single character follows a name counts as the separator, kept for compatibility:
+    /// "A:B" and "A/B" lead to child B of class A as "A.B" does. Names are compared exactly.
     virtual DtObjectClassFedNode* findChildObject(const char* path);
     /// This class's own attribute of a name, or null; inherited ones are not searched.
     virtual DtAttributeFedNode* findAttribute(const char* name) const;
@@ -61,8 +61,8 @@ public:
     virtual void setSharing(const DtString& sharing) { mySharing = sharing; }
     virtual const DtString& getSharing() const { return mySharing; }
 
-    /// The number by which an HLA 1.3 model knows the class. On purpose it starts as 0 here and as
-    /// -1 for an interaction class.
+    /// The number by which an HLA 1.3 model knows the class. Kept for compatibility: it starts as 0
+    /// here and as -1 for an interaction class.
     virtual void setIdentifier(int identifier) { myIdentifier = identifier; }
     virtual int getIdentifier() { return myIdentifier; }
 

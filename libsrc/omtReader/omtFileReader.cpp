@@ -66,7 +66,7 @@ constexpr ClauseKind theEnumeration = {"Enumeration", " in Enumeration"};
 constexpr ClauseKind theNote = {"Note", " in Note"};
 
 constexpr ClausePart theAttributes = {"Attribute", " in Class ", false};
-// The second blank behind "Interaction" is there on purpose.
+// Kept for compatibility, because programs look for it: the second blank after "Interaction".
 constexpr ClausePart theParameters = {"Parameter", " in Interaction  ", true};
 constexpr ClausePart theComplexComponents = {"ComplexComponent", " in Datatype ", false};
 constexpr ClausePart theEnumerations = {"Enumeration", " in Datatype ", true};
@@ -144,7 +144,7 @@ void setText(DtOMTTree* tree, void (DtOMTTree::*set)(const DtString&), const Dtl
     if (DtcStringp(value)) (tree->*set)(value->string());
 }
 
-/// The form that begins with the symbol ObjectModel; nothing of those in front of it is looked at.
+/// The form that begins with the symbol ObjectModel; nothing of those before it is looked at.
 DtlObjPtr findObjectModel(DtlInputStream& stream, const ClauseWalk& walk)
 {
     DtSexpEnvironment environment;

@@ -41,7 +41,7 @@ public:
     /// cannot be read or is no model.
     ///
     /// The connection may be null; it is not owned and only tells whether handles are set up.
-    /// Strings are read with backslash escapes; on purpose DtSexpReadEscapeChar is set back to null
+    /// Strings are read with backslash escapes; DtSexpReadEscapeChar is set back to null
     /// after a read that succeeds, and stays set after one that does not.
     virtual DtOMTTree* readFile(const DtString& fileName, DtExerciseConn* connection);
 
@@ -49,7 +49,7 @@ public:
     virtual const DtString& getLastError() { return myLastError; }
     virtual void clearLastError() { myLastError = DtString(); }
 
-    /// A new tree, which is the caller's, of the clauses behind the symbol ObjectModel. Throws
+    /// A new tree, which is the caller's, of the clauses after the symbol ObjectModel. Throws
     /// DtOMTReadException.
     virtual DtOMTTree* processObjectModel(DtlObjPtr& clauses);
 
@@ -80,7 +80,7 @@ public:
     /// As above, under "InteractionRoot".
     virtual void buildInteractionClassTree(DtOMTTree* tree);
 
-    // Both assign nothing, on purpose: a 1.3 model has no handles.
+    // Both assign nothing: a 1.3 model has no handles.
     virtual void setAttributeHandles(DtObjectClassFedNode* node);
     virtual void setParameterHandles(DtInteractionClassFedNode* node);
 

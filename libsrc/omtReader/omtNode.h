@@ -9,7 +9,7 @@ class OMTREADER_EXPORT DtOMTNode
 {
 public:
     DtOMTNode();
-    /// Copies name and note. The unique name is left out on purpose, here and in the assignment:
+    /// Copies name and note. The unique name is not copied, here and in the assignment:
     /// a copy is another entry, and what told the first one apart does not tell this one.
     DtOMTNode(const DtOMTNode& other);
     DtOMTNode& operator=(const DtOMTNode& other);

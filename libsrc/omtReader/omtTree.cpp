@@ -142,7 +142,7 @@ DtOMTTree::~DtOMTTree()
     deleteAll(myInteractionClasses);
     myInteractionClassRoot = nullptr;
     delete myTimeRep;
-    // Switches, dimensions, synchronization points and tags are left undeleted on purpose: hosts
+    // Switches, dimensions, synchronization points and tags are left undeleted: hosts
     // keep such nodes beyond the tree.
 }
 

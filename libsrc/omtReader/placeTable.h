@@ -64,7 +64,7 @@ private:
     {
         std::vector<Slot> old(mySlots.empty() ? theSmallest : 2 * mySlots.size());
         old.swap(mySlots);
-        // From behind a free slot on, so that places of equal keys keep their order.
+        // From the slot after a free one on, so that places of equal keys keep their order.
         std::size_t start = 0;
         while (start < old.size() && old[start].place != theNone) ++start;
         for (std::size_t i = 0; i < old.size(); ++i)

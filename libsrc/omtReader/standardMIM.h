@@ -7,7 +7,7 @@
 #include <cstdint>
 
 /// The text of HLAstandardMIM.xml, the standard management and initialisation module of 1516-2010;
-/// no zero octet behind it. Names and values are the standard's, free texts our own, unless the
+/// no zero octet after it. Names and values are the standard's, free texts our own, unless the
 /// library was built with the published document.
 extern OMTREADER_EXPORT const unsigned char HLAstandardMIM_xml[];
 /// Its length in octets.

@@ -7,7 +7,7 @@
 /// "string": the octets up to a zero octet, which is consumed with them.
 ///
 /// There is no other bound: the caller sees to it that a zero octet follows. A null position is an
-/// empty text of 1 octet. An encoded text has no zero octet behind it, so that it is one octet
+/// empty text of 1 octet. An encoded text has no zero octet after it, so that it is one octet
 /// shorter than what was decoded; this is intended.
 class OMTREADER_EXPORT DtStringDatatypeRep : public DtDatatypeRep
 {

@@ -27,7 +27,7 @@ public:
     /// Copies the whole tree; nothing is shared with the source.
     DtStringTree(const DtStringTree& other);
     /// Copies the fields and all that the other node links to; nothing is shared. What this node
-    /// linked to before is not deleted, on purpose: a host may still point into it. Assign to fresh
+    /// linked to before is not deleted: a host may still point into it. Assign to fresh
     /// nodes.
     DtStringTree& operator=(const DtStringTree& other);
     /// Deletes all that the node links to; asks for no memory.
@@ -66,7 +66,7 @@ public:
     const DtString& datatype() const { return myDatatype; }
 
     /// Where the value begins, in octets from the start of the decoded buffer. The discriminant of
-    /// a variant record has its own size here, on purpose.
+    /// a variant record has its own size here: kept for compatibility, because displays rely on it.
     void setOffset(unsigned int offset) { myOffset = offset; }
     unsigned int offset() const { return myOffset; }
 

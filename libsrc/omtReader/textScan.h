@@ -14,7 +14,7 @@
 namespace omtreader
 {
 
-/// A text stream over a short text. White space in front of a number or word is skipped; what
+/// A text stream over a short text. White space before a number or word is skipped; what
 /// cannot be read leaves 0, and from then on nothing more is found.
 class TextScan
 {

@@ -5,7 +5,8 @@
 #include "omtReader/definedDatatypeRep.h"
 
 /// "topo-orientation": three 32-bit numbers in network order. Only the numbers themselves are
-/// shown: on purpose the line is always "err,err,err" and there is no tree. Encoding gives nothing.
+/// shown: kept for compatibility, the line is always "err,err,err" and there is no tree. Encoding
+/// gives nothing.
 class OMTREADER_EXPORT DtTopoCoordinateDatatypeRep : public DtDefinedDatatypeRep
 {
 public:
@@ -24,7 +25,7 @@ public:
     /// Always null.
     DtStringTree* createTreeRep(const void* position, int* consumed,
                                 DtObjectHistory* history) const override;
-    /// The numbers with ", " behind each, the last one too; "err,err,err" for a null position.
+    /// The numbers with ", " after each, the last one too; "err,err,err" for a null position.
     DtString originalStringRep(const void* position, int* consumed,
                                DtObjectHistory* history) const override;
 

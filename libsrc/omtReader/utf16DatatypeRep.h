@@ -8,7 +8,7 @@
 ///
 /// The unit is read where it is said to be, whatever the alignment, and 2 octets are consumed, even
 /// if it is not ASCII and gives a warning and the empty text. The unit 0 is the empty text.
-/// Encoding converts a whole text and the zero behind it. All this is intended.
+/// Encoding converts a whole text and the zero after it. All this is intended.
 class OMTREADER_EXPORT DtUtf16DatatypeRep : public DtDatatypeRep
 {
 public:

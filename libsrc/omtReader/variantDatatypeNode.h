@@ -7,7 +7,7 @@
 
 #include <list>
 
-/// A discriminant and, behind it, the alternative that its value selects.
+/// A discriminant and, after it, the alternative that its value selects.
 ///
 /// getDatatype() names the datatype of the discriminant. Owns its alternatives; owned by the tree
 /// it was added to.

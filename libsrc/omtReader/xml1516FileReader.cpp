@@ -59,7 +59,7 @@ constexpr Section<Reader, xmlNode> theDatatypeSections[] = {
     {"variantRecordDataTypes",   &Reader::processVariantDatatypes},
 };
 
-// Sharing, transportation, order and dimensions are left out on purpose.
+// Kept for compatibility: without sharing, transportation, order and dimensions.
 // Rows of two and of three columns, which clang-format does not align.
 // clang-format off
 constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
@@ -74,7 +74,7 @@ constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
 };
 // clang-format on
 
-// Dimensions are left out on purpose.
+// Kept for compatibility: without dimensions.
 // clang-format off
 constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
     {"name",           &DtInteractionClassFedNode::setName, WhenEmpty::drop},
@@ -85,7 +85,7 @@ constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
 };
 // clang-format on
 
-// Sharing, transportation and order are left out on purpose.
+// Kept for compatibility: without sharing, transportation and order.
 // clang-format off
 constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
     {"name",      &DtParameterFedNode::setName, WhenEmpty::drop},
@@ -94,7 +94,7 @@ constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
 };
 // clang-format on
 
-// The interpretation is left out on purpose.
+// Kept for compatibility: without the interpretation.
 // clang-format off
 constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
     {"name",     &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
@@ -104,7 +104,7 @@ constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
 };
 // clang-format on
 
-// The encoding is left out on purpose, and an empty name does not matter.
+// Kept for compatibility: without the encoding, and an empty name does not matter.
 constexpr Spelling<DtFixedDatatypeNode> theFixedDataWords[] = {
     {"name",      &DtFixedDatatypeNode::setName       },
     {"semantics", &DtFixedDatatypeNode::setDescription},

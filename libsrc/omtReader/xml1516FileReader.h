@@ -66,17 +66,17 @@ public:
     virtual void processReference(_xmlAttr*& attribute, DtOMTTree* tree);
     virtual void processOther(_xmlAttr*& attribute, DtOMTTree* tree);
 
-    // Classes. On purpose a parameter adds itself to the class it is given (none if null), while an
-    // attribute is only returned, for the caller to add. Also on purpose, an attribute's sharing,
-    // transportation, order and dimensions are not read, nor a parameter's sharing, transportation
-    // and order, nor an interaction class's dimensions.
+    // Classes. Kept for compatibility: a parameter adds itself to the class it is given (none if
+    // null), while an attribute is only returned, for the caller to add. Also kept for
+    // compatibility, an attribute's sharing, transportation, order and dimensions are not read, nor
+    // a parameter's sharing, transportation and order, nor an interaction class's dimensions.
     virtual void processInteractions(_xmlNode*& element, DtOMTTree* tree);
     virtual DtInteractionClassFedNode* processInteractionClass(_xmlNode*& element, DtOMTTree* tree);
     virtual DtAttributeFedNode* processAttribute(_xmlNode*& element, DtObjectClassFedNode* owner);
     virtual DtParameterFedNode* processParameter(_xmlNode*& element,
                                                  DtInteractionClassFedNode* owner);
     virtual void processObjects(_xmlNode*& element, DtOMTTree* tree);
-    /// Classes enter the tree's list behind all that are nested in them; the root comes last.
+    /// Classes enter the tree's list after all that are nested in them; the root comes last.
     virtual DtObjectClassFedNode* processObjectClass(_xmlNode*& element, DtOMTTree* tree);
 
     virtual void processNotes(_xmlNode*& element, DtOMTTree* tree);
@@ -122,7 +122,7 @@ public:
     /// Visits every class for its handles, if there is a connection. What is thrown for one class
     /// does not keep it from the next.
     void initializeHandles(DtOMTTree* tree);
-    // Both assign nothing, on purpose: identifiers stay as the nodes were made with.
+    // Both assign nothing: identifiers stay as the nodes were made with.
     void setAttributeHandles(DtObjectClassFedNode* node);
     void setParameterHandles(DtInteractionClassFedNode* node);
 

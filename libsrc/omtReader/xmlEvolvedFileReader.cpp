@@ -34,7 +34,7 @@ constexpr Section<Reader, xmlNode> theSections[] = {
     {"notes",               &Reader::processNotes              },
 };
 
-// "reference", "other" and "glyph" are left out on purpose.
+// Kept for compatibility: without "reference", "other" and "glyph".
 constexpr Section<Reader, xmlNode> theIdentification[] = {
     {"name",                   &Reader::processName                  },
     {"type",                   &Reader::processType                  },
@@ -133,7 +133,8 @@ constexpr Spelling<DtUpdateRateNode> theUpdateRateWords[] = {
 };
 // clang-format on
 
-// The last words are those of the interaction side, on purpose: it has always been put like that.
+// The last words are those of the interaction side: kept for compatibility, because programs know
+// them.
 constexpr HierarchyWords theObjectWords = {
     "objectClass",
     "HLAobjectRoot",
@@ -514,7 +515,7 @@ DtBoolAttrNode* DtXMLEvolvedFileReader::processSwitch(xmlNode*& element, DtOMTTr
                     node->setEnabled(value == "true");
                 else if (isResignAction && isNamed(attribute, "resignAction") && !value.empty())
                     node->setNote(value);
-                tree->addSwitchNode(node);  // once more for each attribute, on purpose
+                tree->addSwitchNode(node);  // kept: once more for each attribute
                 unadded.release();
             });
     return unadded ? nullptr : node;
@@ -566,8 +567,7 @@ void DtXMLEvolvedFileReader::processTags(xmlNode*& element, DtOMTTree* tree)
     forEach(childrenOf(element),
             [&](xmlNode*& child)
             {
-                if (nameOf(child) != "text")
-                    processTag(child, tree);  // a comment is a tag, on purpose
+                if (nameOf(child) != "text") processTag(child, tree);  // kept: a comment is a tag
             });
 }
 

@@ -73,15 +73,15 @@ public:
     virtual void processReference(_xmlAttr*& attribute, DtOMTTree* tree);
     virtual void processOther(_xmlAttr*& attribute, DtOMTTree* tree);
 
-    // Classes. On purpose a parameter adds itself to the class it is given (none if null), while an
-    // attribute is only returned, for the caller to add.
+    // Classes. Kept for compatibility: a parameter adds itself to the class it is given (none if
+    // null), while an attribute is only returned, for the caller to add.
     virtual void processInteractions(_xmlNode*& element, DtOMTTree* tree);
     virtual DtInteractionClassFedNode* processInteractionClass(_xmlNode*& element, DtOMTTree* tree);
     virtual DtAttributeFedNode* processAttribute(_xmlNode*& element, DtObjectClassFedNode* owner);
     virtual DtParameterFedNode* processParameter(_xmlNode*& element,
                                                  DtInteractionClassFedNode* owner);
     virtual void processObjects(_xmlNode*& element, DtOMTTree* tree);
-    /// Classes enter the tree's list behind all that are nested in them; the root comes last.
+    /// Classes enter the tree's list after all that are nested in them; the root comes last.
     virtual DtObjectClassFedNode* processObjectClass(_xmlNode*& element, DtOMTTree* tree);
 
     virtual void processNotes(_xmlNode*& element, DtOMTTree* tree);
@@ -110,8 +110,8 @@ public:
 
     // The other tables.
     virtual void processSwitches(_xmlNode*& element, DtOMTTree* tree);
-    /// Adds the switch once for each XML attribute of its element, on purpose: the same node twice
-    /// for two, and none at all, hence null, without any.
+    /// Adds the switch once for each XML attribute of its element, kept for compatibility: the same
+    /// node twice for two, and none at all, hence null, without any.
     virtual DtBoolAttrNode* processSwitch(_xmlNode*& element, DtOMTTree* tree);
     virtual void processDimensions(_xmlNode*& element, DtOMTTree* tree);
     virtual DtDimensionNode* processDimension(_xmlNode*& element, DtOMTTree* tree);
@@ -125,19 +125,19 @@ public:
     virtual DtDescriptionNode* processTransportation(_xmlNode*& element, DtOMTTree* tree);
     virtual void processModelIdentification(_xmlNode*& element, DtOMTTree* tree);
     virtual void processPoc(_xmlNode*& element, DtOMTTree* tree);
-    /// Takes the note of a node from XML attributes named "note". On purpose not "notes", which is
-    /// what the standard's documents have, and for dimensions only.
+    /// Takes the note of a node from XML attributes named "note". Kept for compatibility: not
+    /// "notes", which is what the standard's documents have, and for dimensions only.
     virtual void processEmbeddedNote(_xmlNode*& element, DtOMTNode* node);
 
     /// The text of an XML attribute or an element: that of its first child, empty without one. What
-    /// a comment or an entity cuts in two is not joined, on purpose.
+    /// a comment or an entity cuts in two is not joined.
     virtual DtString childNodeString(_xmlAttr*& attribute);
     virtual DtString childNodeString(_xmlNode*& element);
 
     /// Visits every class for its handles, if there is a connection. What is thrown for one class
     /// does not keep it from the next.
     void initializeHandles(DtOMTTree* tree);
-    // Both assign nothing, on purpose: identifiers stay as the nodes were made with.
+    // Both assign nothing: identifiers stay as the nodes were made with.
     void setAttributeHandles(DtObjectClassFedNode* node);
     void setParameterHandles(DtInteractionClassFedNode* node);
 

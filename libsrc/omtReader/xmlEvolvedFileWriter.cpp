@@ -66,7 +66,7 @@ const xmlChar* xmlChars(const char* text)
     return reinterpret_cast<const xmlChar*>(text);
 }
 
-/// Problems go straight to standard error on purpose, and not to a sink of messages.
+/// Problems go straight to standard error, as programs expect, and not to a sink of messages.
 void report(const char* problem)
 {
     std::fputs(problem, stderr);
@@ -255,8 +255,8 @@ void DtXMLEvolvedFileWriter::writeDocument(xmlBuffer& buffer)
 void DtXMLEvolvedFileWriter::writeAllXMLInformation()
 {
     startElement("objectModel");
-    // On purpose every document refers to a note "_1", and its identification to a note "_2",
-    // whether or not there are such notes.
+    // Kept for compatibility: every document refers to a note "_1", and its identification to a
+    // note "_2", whether or not there are such notes.
     writeXmlAttribute("notes", "_1");
     writeXmlAttribute("xmlns", theNamespace);
     writeXmlAttribute("xmlns:xsi", theInstanceNamespace);
@@ -298,11 +298,11 @@ void DtXMLEvolvedFileWriter::writeModelIdentification()
     writeTexts(*myTree, theIdentification);  // without the use history, which none ever had
     writePOCs();
     for (const DtOMTTreeReference& reference : myTree->getReferences()) writeReference(reference);
-    // The words are those of the end of the document, on purpose.
+    // Kept for compatibility, because programs know the message: the words are those of the end.
     check(xmlTextWriterEndElement(myWriter), "Error at xmlTextWriterEndDocument\n");
 }
 
-/// On purpose the name has "Valid FDD" right behind it: so one can tell where a document is from.
+/// The name has "Valid FDD" right after it: so one can tell where a document is from.
 void DtXMLEvolvedFileWriter::writeName()
 {
     startElement("name");

@@ -41,11 +41,11 @@ struct _xmlTextWriter;
 /// character of its value. In the names of tags and switches, which become names of elements, "_"
 /// stands for what such a name may not hold. One warning counts the texts that were changed.
 ///
-/// An entry that is empty is left out. These are never written, on purpose: points of contact, the
+/// An entry that is empty is left out. These are never written: points of contact, the
 /// use history, what only older formats have (sponsor, MOM version, complex datatypes, accuracy and
 /// cardinality of attributes and parameters), encoding and semantics of variant records, semantics
 /// of their alternatives, and classes that are not below the root. The name of the model has "Valid
-/// FDD" behind it. The datatype of a synchronization point is written in an element "datatype", a
+/// FDD" after it. The datatype of a synchronization point is written in an element "datatype", a
 /// word that the reader does not know.
 ///
 /// What fails is printed to standard error, and never ends a write early.

@@ -6,7 +6,7 @@
 #include "sexp/dtSexpEnvironment.h"
 
 /// Points to the character that begins an escape in a string: ``\" \' \\ \n \r \t``, and one to
-/// three octal digits as in `\050`; in front of anything else it is an ordinary character. Null, as
+/// three octal digits as in `\050`; before anything else it is an ordinary character. Null, as
 /// it is at first, means that strings have no escapes. It holds for every reading of this thread.
 extern OMTREADER_EXPORT thread_local const char* DtSexpReadEscapeChar;
 
@@ -24,7 +24,7 @@ OMTREADER_EXPORT DtlObjPtr DtcIntern(const DtString& name, DtSexpEnvironment& en
 /// A symbol of its own, to be compared with DtcEqual.
 OMTREADER_EXPORT DtlObjPtr DtcMakeSymbol(const DtString& name);
 
-/// The first element of a list, the list behind it, the second element and the third; the empty
+/// The first element of a list, the list after it, the second element and the third; the empty
 /// list where there is none.
 OMTREADER_EXPORT DtlObjPtr DtcCar(const DtlObjPtr& list);
 OMTREADER_EXPORT DtlObjPtr DtcCdr(const DtlObjPtr& list);

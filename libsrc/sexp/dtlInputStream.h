@@ -38,7 +38,7 @@ public:
     std::size_t line();
 
 protected:
-    /// The octets behind those given before, valid until the next call; none at the end.
+    /// The octets after those given before, valid until the next call; none at the end.
     virtual std::string_view readBlock() = 0;
 
 private:

@@ -140,7 +140,7 @@ const DtlObj* DtlReader::readString()
     return myStorage.makeAtom(DtlObj::Kind::string, std::string_view(myText));
 }
 
-/// What stands behind the escape character, which is taken.
+/// What stands after the escape character, which is taken.
 char DtlReader::readEscape(char escape)
 {
     const int octet = myStream.peek();

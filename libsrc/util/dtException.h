@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The base of every exception that this library throws on purpose.
+// The base of every exception that this library throws.
 #pragma once
 
 #include "util/dtString.h"

@@ -27,7 +27,7 @@ std::string_view numberIn(std::string_view text)
 {
     std::size_t start = 0;
     while (start < text.size() && isBlank(text[start])) ++start;
-    // from_chars takes "-" but no "+"; a "+-" is no number, so the "+" stays in front of it.
+    // from_chars takes "-" but no "+"; a "+-" is no number, so the "+" stays before it.
     if (start + 1 < text.size() && text[start] == '+' && text[start + 1] != '-') ++start;
     return text.substr(start);
 }

@@ -39,7 +39,7 @@ public:
     /// The empty text, alive as long as the process.
     static const DtString& nullString();
 
-    /// The octets with a zero behind them; valid until this text is changed.
+    /// The octets with a zero after them; valid until this text is changed.
     const char* c_str() const { return myText.c_str(); }
     std::string_view view() const { return myText; }
     const std::string& str() const { return myText; }

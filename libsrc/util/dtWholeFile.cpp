@@ -185,7 +185,7 @@ void fill(Descriptor& file, std::string_view content, const struct stat& old)
     if (::fsync(file.number()) != 0) refuse();
 }
 
-/// Where the file system has files without names, there is nothing to be left behind.
+/// Where the file system has files without names, there is nothing to be left over.
 bool writeNameless(const Path& target, std::string_view content, const struct stat& old)
 {
     Descriptor file(-1);

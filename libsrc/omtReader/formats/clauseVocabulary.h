@@ -30,7 +30,7 @@ struct ClausePart
 {
     const char* keyword;
     const char* context;    ///< stands between what is wrong in the part and the name of the whole
-    bool isCheckedByWhole;  ///< whether the whole already looks for something behind the keyword
+    bool isCheckedByWhole;  ///< whether the whole already looks for something after the keyword
 };
 
 /// The keyword of one property of a node: how messages name it, and what its value does.
@@ -161,7 +161,7 @@ public:
     }
 
     /// A new node filled from a vocabulary and from parts, for each of which `readPart` gets the
-    /// node and what is behind the keyword.
+    /// node and what is after the keyword.
     template <typename Node, std::size_t Size, typename ReadPart>
     std::unique_ptr<Node> readWhole(const DtlObjPtr& clause, const ClauseKind& kind,
                                     const ClauseWord<Node> (&words)[Size], const ClausePart& part,
@@ -191,7 +191,7 @@ private:
         fail(text += nameInMessages(node));
     }
 
-    /// What fails in `read` is reported with the name of the whole behind it.
+    /// What fails in `read` is reported with the name of the whole after it.
     template <typename Read>
     void inContext(const char* context, const DtOMTNode& whole, Read read) const
     {

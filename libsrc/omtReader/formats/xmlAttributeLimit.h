@@ -27,7 +27,7 @@ public:
         return !myIsExceeded;
     }
 
-    /// Where the reading stands: behind the last piece, or where there were too many attributes.
+    /// Where the reading stands: after the last piece, or where there were too many attributes.
     int line() const { return myLine; }
     int column() const { return myColumn; }
 
@@ -35,8 +35,8 @@ private:
     enum class State
     {
         content,
-        open,         // behind "<"
-        exclamation,  // behind "<!"
+        open,         // after "<"
+        exclamation,  // after "<!"
         startTag,
         endTag,
         comment,

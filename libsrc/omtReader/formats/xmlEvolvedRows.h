@@ -116,7 +116,7 @@ inline constexpr Row<DtTagNode> theTag[] = {
     {"semantics", textOf<&DtTagNode::getDescription>},
 };
 
-// The small t of "datatype" is there on purpose: programs that take these documents look for it.
+// The small t of "datatype" is kept, because programs that take these documents look for it.
 inline constexpr Row<DtSynchroNode> theSynchronization[] = {
     {"label",      textOf<&DtSynchroNode::getName>       },
     {"datatype",   textOf<&DtSynchroNode::getDatatype>   },
@@ -183,7 +183,7 @@ inline constexpr Row<DtFieldComponentNode> theField[] = {
     {"semantics", textOf<&DtFieldComponentNode::getDescription>},
 };
 
-// On purpose without "encoding" and "semantics".
+// Kept for compatibility: without "encoding" and "semantics".
 using VariantRecord = DtVariantDatatypeNode;
 inline constexpr Row<VariantRecord> theVariantRecord[] = {
     {"name",         textOf<&VariantRecord::getName>,         true},
@@ -191,7 +191,7 @@ inline constexpr Row<VariantRecord> theVariantRecord[] = {
     {"dataType",     textOf<&VariantRecord::getDatatype>,     true},
 };
 
-// On purpose without "semantics".
+// Kept for compatibility: without "semantics".
 using Alternative = DtAlternativeComponentNode;
 inline constexpr Row<Alternative> theAlternative[] = {
     {"enumerator", textOf<&Alternative::getEnumerator>, true},

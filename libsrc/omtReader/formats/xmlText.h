@@ -16,7 +16,7 @@ bool isXmlText(std::string_view text);
 std::string toXmlText(std::string_view text);
 
 /// A name for an element: the text where it can be one, else with "_" for each octet but ASCII
-/// letters, digits, ".", "-" and "_", and one in front where the first may not begin a name.
+/// letters, digits, ".", "-" and "_", and one before it where the first may not begin a name.
 std::string toXmlName(std::string_view text);
 
 }  // namespace omtreader

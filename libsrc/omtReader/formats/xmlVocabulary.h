@@ -85,7 +85,7 @@ inline xmlAttr* attributesOf(const xmlNode* node)
 }
 
 /// The text of an element or XML attribute: the content of its first child and of no other. What a
-/// comment or an entity cuts in two is not joined, on purpose.
+/// comment or an entity cuts in two is not joined.
 template <typename Item>
 DtString firstText(const Item* item)
 {
@@ -93,7 +93,7 @@ DtString firstText(const Item* item)
     return first ? reinterpret_cast<const char*>(first->content) : nullptr;
 }
 
-/// Finds words in a table. It looks first behind the word found last, as documents mostly keep the
+/// Finds words in a table. It looks first after the word found last, as documents mostly keep the
 /// order of the table.
 template <typename Entry, std::size_t Size>
 class WordFinder

@@ -19,7 +19,7 @@ public:
     {
     }
 
-    /// The padding in front of a value as the manager tells it.
+    /// The padding before a value as the manager tells it.
     int paddingBefore(ResolvedDatatype& datatype, unsigned int offset)
     {
         if (mySettings.hasHost || (mySettings.isPaddingImplicit && datatype.alignment == 0))

@@ -15,7 +15,7 @@ namespace omtreader
 /// cannot be converted as a whole.
 std::string readAscii(const char* charset, std::string_view octets);
 
-/// An ASCII text and the zero behind it in `charset`, two octets for each character whatever they
+/// An ASCII text and the zero after it in `charset`, two octets for each character whatever they
 /// need: what is not needed, or not reached because of a character that cannot be converted, is
 /// filled with the letter "a". `beforeReason` stands before the reason in the warning.
 std::vector<char> writeAscii(const DtString& text, const char* charset, const char* beforeReason);

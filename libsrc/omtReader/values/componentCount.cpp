@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How many values a component of an HLA 1.3 record has, by the components in front of it.
+// How many values a component of an HLA 1.3 record has, by the components before it.
 #include "omtReader/values/componentCount.h"
 
 #include "omtReader/cardinalityForms.h"
@@ -22,7 +22,7 @@ int ComponentCount::of(const DtComplexComponentNode& node, const DtStringTree* r
     if (form == ComponentForm::thePadding) return 0;
     int most = node.getCardinalityMaximum();
     if (most < 0) most = std::numeric_limits<int>::max();
-    // A component that is named alone keeps the parenthesis behind it.
+    // A component that is named alone keeps the parenthesis after it.
     std::string name = node.getConditionalComponent().str();
     if (!name.empty() && name.back() == ')') name.pop_back();
     const bool isDecided = form == ComponentForm::theConditionWithValue ||

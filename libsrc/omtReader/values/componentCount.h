@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How many values a component of an HLA 1.3 record has, by the components in front of it.
+// How many values a component of an HLA 1.3 record has, by the components before it.
 #pragma once
 
 #include "omtReader/values/datatypeResolver.h"

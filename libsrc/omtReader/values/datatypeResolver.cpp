@@ -28,7 +28,7 @@ Node* findOnce(ResolvedDatatype::Found<Node>& found, DtOMTTree* tree, const DtSt
     return found.node;
 }
 
-/// The names of all numbers, the first enumerator of a number in front.
+/// The names of all numbers, the first enumerator of a number first.
 std::vector<std::pair<int, const DtString*>> namesByNumber(const DtEnumeratedDatatypeNode& node)
 {
     std::vector<std::pair<int, const DtString*>> names;

@@ -16,7 +16,7 @@ namespace omtreader
 inline constexpr char theFailedRecord[] = "err,err,err";
 inline constexpr int theRecordPrecision = 6;  // significant digits
 
-/// Three numbers of a width, one behind the other, in network order.
+/// Three numbers of a width, one after the other, in network order.
 template <typename Number>
 struct VectorOctets
 {
@@ -28,7 +28,7 @@ struct VectorOctets
         return {component(position, 0), component(position, 1), component(position, 2)};
     }
 
-    /// The numbers with ", " behind each.
+    /// The numbers with ", " after each.
     static DtString text(const void* position)
     {
         DtString text;

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// The text of data/standard.map; no zero octet behind it.
+/// The text of data/standard.map; no zero octet after it.
 extern const unsigned char omtReaderStandardMap[];
 /// Its length in octets.
 extern const std::int32_t omtReaderStandardMap_len;

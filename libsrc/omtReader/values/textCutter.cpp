@@ -89,7 +89,7 @@ std::vector<TextPiece> TextCutter::elements(ResolvedDatatype& element, std::stri
     return pieces;
 }
 
-/// Cuts at the brackets, if all that open stand in front of all that close.
+/// Cuts at the brackets, if all that open stand before all that close.
 bool TextCutter::splitElements(ResolvedDatatype& element, std::string_view text,
                                const DtString& delimiter, ElementCount count,
                                std::vector<TextPiece>& pieces) const

@@ -28,8 +28,8 @@ bool isNumber(std::string_view text)
 {
     double ignored = 0;
     const char* const end = text.data() + text.size();
-    const auto [behind, error] = std::from_chars(text.data(), end, ignored);
-    return behind == end && error != std::errc::invalid_argument;
+    const auto [stop, error] = std::from_chars(text.data(), end, ignored);
+    return stop == end && error != std::errc::invalid_argument;
 }
 
 }  // namespace
@@ -347,7 +347,7 @@ bool TextMatcher::wrapped(const Goal& goal, std::size_t attempt)
     return proceed(add(bare));
 }
 
-/// The attempt is the place, behind the latest stop, from which the next one is looked for.
+/// The attempt is the place, after the latest stop, from which the next one is looked for.
 bool TextMatcher::anyText(const Goal& goal, std::size_t attempt)
 {
     const std::size_t end = nextStop(std::max(attempt, myPlace), *goal.delimiter);
@@ -550,7 +550,7 @@ bool TextMatcher::complex(const Goal& goal, std::size_t)
     return proceed(add(first));
 }
 
-/// Components come and go with the values of those in front of them. One that need not be there is
+/// Components come and go with the values of those before them. One that need not be there is
 /// missing where the value ends, without a delimiter.
 bool TextMatcher::components(const Goal& goal, std::size_t attempt)
 {

@@ -14,7 +14,7 @@ namespace omtreader
 namespace
 {
 
-/// What is still to be written: a node with the text in front of it and the delimiter that serves
+/// What is still to be written: a node with the text before it and the delimiter that serves
 /// it, or, without a node, a number of closing brackets.
 struct Pending
 {

@@ -11,7 +11,7 @@ namespace omtreader
 
 /// A copy of a value's octets at an address that has the alignment of the original's.
 ///
-/// Representations are given an address and no length. Zeros stand before and behind the copy, far
+/// Representations are given an address and no length. Zeros stand before and after the copy, far
 /// enough for every representation that reads less than theReach octets.
 class ValueOctets
 {
@@ -28,7 +28,7 @@ public:
     /// Whether an address is one that this object gave.
     bool holds(const void* address) const;
 
-    /// The address `count` octets behind one that this object gave. Beyond the margins there are
+    /// The address `count` octets after one that this object gave. Beyond the margins there are
     /// only zeros anyway, so that the address comes out nearer, of the same alignment.
     const char* advance(const void* from, std::int64_t count) const;
 

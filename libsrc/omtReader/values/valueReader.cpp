@@ -28,7 +28,7 @@ void ValueReader::represent(const DtDatatypeRep& rep, const DtString& name,
     if (!isAllowed) value.consumed = -1;
 }
 
-// No more than `length`; behind the value there are zeros.
+// No more than `length`; after the value there are zeros.
 std::int64_t ValueReader::octetsToZero(const void* from, int length) const
 {
     if (!from) return 0;

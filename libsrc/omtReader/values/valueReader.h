@@ -77,7 +77,7 @@ public:
         bool myIsOpener = false;
     };
 
-    /// The address some octets behind one in the copy.
+    /// The address some octets after one in the copy.
     const char* advance(const void* from, std::int64_t octets) const
     {
         return myViews[myOpenViews - 1].advance(from, octets);

@@ -2,15 +2,14 @@
 // The walk over a value's octets, one function for each kind of datatype.
 //
 // What is read, in the order of the octets; "pad" is the implicit padding of a datatype and stands
-// in front of every value, nothing while padding is off:
+// before every value, nothing while padding is off:
 //
 //   value      pad, then by kind: simple and enumerated as their representation reads
 //   fixed      the value of every field
 //   variant    the line of the discriminant, the padding of the variant's own datatype, the value
-//   of
-//              the alternative that bears the discriminant's text
-//   array      with a count in front (variable, bits): 4 octets, the element's padding as of the
-//              array's own offset; then the elements
+//              of the alternative that bears the discriminant's text
+//   array      counted (variable, bits): 4 octets, the element's padding as of the array's own
+//              offset; then the elements
 //   complex    for every component as many values as its cardinality and condition give
 #include "omtReader/values/valueWalker.h"
 
@@ -38,7 +37,7 @@ namespace
 
 constexpr int theCountSize = 4;
 
-unsigned int offsetBehind(unsigned int offset, int octets)
+unsigned int offsetAfter(unsigned int offset, int octets)
 {
     return offset + static_cast<unsigned int>(octets);
 }
@@ -147,7 +146,8 @@ DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
     const int maximum = std::max(node.getCardinalityMaximum(), minimum);
     const bool isUnlimited = node.getCardinalityType() == MemberForm::theOpen;
     DtString text;
-    // The counter runs down, on purpose: once a value was read, the maximum stops nothing.
+    // Kept for compatibility, because lines of recorded values rely on it: the counter runs down,
+    // so that once a value was read, the maximum stops nothing.
     int count = 0;
     while (value.data && value.consumed < value.length && (count < maximum || isUnlimited))
     {
@@ -202,13 +202,13 @@ DtStringTree* ValueWalker::build(ResolvedDatatype& datatype, const Value& value,
     if (padding > 0)
     {
         data = myReader.advance(data, padding);
-        offset = offsetBehind(offset, padding);
+        offset = offsetAfter(offset, padding);
         if (isPaddingShown())
             DtDebug << "Implicitly adding " << padding << " padding bytes before " << datatype.name
                     << "\n";
     }
     auto node = std::make_unique<DtStringTree>(key, datatype.name, offset);
-    // The length stays as it was, on purpose: padding is not taken off it.
+    // Kept for compatibility, because counts rely on it: padding is not taken off the length.
     fill(datatype, {data, value.length, value.consumed}, *node, root ? root : node.get(), history);
     if (value.consumed >= 0 && padding > 0) addTo(value.consumed, padding);
     return node.release();
@@ -243,7 +243,8 @@ void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringT
     {
         case Manager::DtDatatypeSimple:
             simpleText(datatype, value, text);
-            // Unlike for a line, where a count of 0 is what calls for it; both on purpose.
+            // Kept for compatibility, because hosts show both: for a line, a count of 0 calls for
+            // it.
             if (value.length != 0 && value.consumed == -1)
                 myManager.getDefaultRep(value.data, value.length, value.consumed, text);
             break;
@@ -302,7 +303,7 @@ DtStringTree* ValueWalker::tree(const DtOMTDatatypeNode& node, Value value, unsi
     return attributeTree(node.getName(), resolved, value, offset);
 }
 
-// A value whose own name is mapped stands where it stands: there is no padding in front of it.
+// A value whose own name is mapped stands where it stands: there is no padding before it.
 DtStringTree* ValueWalker::attributeTree(const DtString& name, ResolvedDatatype& datatype,
                                          const Value& value, unsigned int offset)
 {
@@ -340,7 +341,7 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
         chain.add(myManager.createStringTreeRep(
             node.getDatatype(), myReader.advance(value.data, value.consumed),
             value.length - value.consumed, valueConsumed, &node,
-            offsetBehind(offset, value.consumed), holder->firstChild(), history));
+            offsetAfter(offset, value.consumed), holder->firstChild(), history));
         if (valueConsumed < 0) value.consumed = -1;
         if (valueConsumed <= 0) break;
         addTo(value.consumed, valueConsumed);
@@ -403,7 +404,7 @@ void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const 
     (this->*ours)(myResolver.find(datatype), value, place);
 }
 
-// What is left of a value behind the octets that were taken.
+// What is left of a value after the octets that were taken.
 EncodedValue ValueWalker::rest(const Value& value, int& consumed) const
 {
     const void* const data = myReader.advance(value.data, value.consumed);
@@ -427,7 +428,7 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
         if (value.consumed <= value.length)
             child.reset(
                 treeOf(field, myResolver.component(resolved, at, field), rest(value, fieldConsumed),
-                       offsetBehind(place.offset, value.consumed), place.root, place.history));
+                       offsetAfter(place.offset, value.consumed), place.root, place.history));
         if (fieldConsumed < 0)
         {
             value.consumed = -1;
@@ -454,7 +455,7 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
         value.consumed = -1;
         return;
     }
-    // At the discriminant's size and not at its place, on purpose.
+    // Kept for compatibility, because displays rely on it: the offset is the discriminant's size.
     auto* const discriminant = new DtStringTree(key, myResolver.component(resolved, 0, *node).name,
                                                 static_cast<unsigned int>(value.consumed));
     place.parent->setFirstChild(discriminant);
@@ -476,8 +477,8 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     int alternativeConsumed = 0;
     discriminant->setNextSibling(
         treeOf(**it, myResolver.component(resolved, at, **it), rest(value, alternativeConsumed),
-               offsetBehind(place.offset, value.consumed), place.root, place.history));
-    // Added as it is, on purpose, a -1 too.
+               offsetAfter(place.offset, value.consumed), place.root, place.history));
+    // Kept for compatibility, because callers rely on the count: a -1 is added as it is.
     addTo(value.consumed, alternativeConsumed);
 }
 
@@ -506,7 +507,8 @@ void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, cons
         countedArray(*node, value, place);
 }
 
-// Ends where the octets end. A -1 is not passed on, on purpose.
+// Ends where the octets end. A -1 is not passed on: kept for compatibility, because what stands
+// before the end is still shown.
 void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
 {
     Chain chain(*place.parent);
@@ -516,7 +518,7 @@ void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value,
     {
         int elementConsumed = 0;
         chain.add(treeOf(node, element, rest(value, elementConsumed),
-                         offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
+                         offsetAfter(place.offset, value.consumed), place.parent->firstChild(),
                          place.history));
         if (elementConsumed <= 0) break;
         addTo(value.consumed, elementConsumed);
@@ -532,7 +534,8 @@ void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value, co
     if (form == ArrayForm::theBits || form == ArrayForm::theCounted)
     {
         value.consumed = theCountSize;
-        // As of the offset of the array, not of the place behind the count, on purpose.
+        // Kept for compatibility, because recorded values are padded so: as of the offset of the
+        // array, not of that after the count.
         const int padding = myManager.implicitPadding(place.offset, node.getDatatype());
         if (padding > 0) addTo(value.consumed, padding);
     }
@@ -558,7 +561,7 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
     {
         int elementConsumed = 0;
         chain.add(treeOf(node, element, rest(value, elementConsumed),
-                         offsetBehind(place.offset, value.consumed), place.parent->firstChild(),
+                         offsetAfter(place.offset, value.consumed), place.parent->firstChild(),
                          place.history));
         addTo(value.consumed, elementConsumed);
         found += form == ArrayForm::theZeroEnded ? elementConsumed : 1;
@@ -605,7 +608,7 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
         int valueConsumed = 0;
         DtStringTree* const child =
             treeOf(node, datatype, rest(value, valueConsumed),
-                   offsetBehind(place.offset, value.consumed), place.root, place.history);
+                   offsetAfter(place.offset, value.consumed), place.root, place.history);
         if (child && first)
             latest->appendToArray(child);
         else if (child && last)

@@ -100,7 +100,7 @@ void ValueWriter::byKind(ResolvedDatatype& datatype, const DtString& text, Octet
             return myManager.getValueFromArrayRep(datatype.name, text, out);
         case DtDatatypeManager::DtDatatypeFixed:
             return myManager.getValueFromFixedRep(datatype.name, text, out);
-        case DtDatatypeManager::DtDatatypeVariant:  // cannot be encoded, on purpose
+        case DtDatatypeManager::DtDatatypeVariant:  // cannot be encoded
         case DtDatatypeManager::DtDatatypeUnknown:
             return;
     }
@@ -125,8 +125,8 @@ void ValueWriter::enumerated(const DtString& datatype, const DtString& text, Oct
     const DtEnumerationNode* const enumerator =
         node ? myCutter.enumerator(*node, text.view()) : nullptr;
     if (!enumerator) return;
-    // In the order opposite to the one in which it is held, on purpose; three octets are never
-    // written, a size of three gives two.
+    // Kept for compatibility, because receivers expect it: in the order opposite to the one in
+    // which it is held; three octets are never written, a size of three gives two.
     const DtNetU32 number = static_cast<std::uint32_t>(enumerator->getNumber());
     const int size = node->getExpectedEnumerationSize();
     const int count = size >= 4 ? 4 : std::min(size, 2);
