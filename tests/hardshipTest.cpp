@@ -270,26 +270,23 @@ TEST(HardshipTest, AnElementWithVeryManyAttributesIsRefused)
     };
     const std::string limit = element(1000);
     const std::string more = element(1001);
-    // Rows that clang-format cannot align.
-    // clang-format off
     const struct
     {
         const char* what;
         std::string text;
         bool isRefused;
     } cases[] = {
-        {"the most",             "<r>" + limit + limit + "</r>",                         false},
-        {"one more",             "<r>" + limit + "\n" + more + "</r>",                   true },
-        {"a comment",            "<r><!--" + more + "'-->" + limit + "</r>",             false},
-        {"after a comment",     "<r><!--> <a x='-->" + element(1001, "\"") + "</r>",    true },
-        {"characters, one more", "<r><![CDATA[<a x=']]>" + element(1001, "\"") + "</r>", true },
-        {"characters",           "<r><![CDATA[" + more + "]]></r>",                      false},
-        {"an instruction",       "<r><?a <a x='?>" + element(1001, "\"") + "</r>",       true },
-        {"a subset",             "<!DOCTYPE r [<!-- it's --><!ENTITY e 'x'>]><r>" + more + "</r>", true},
-        {"an entity",            "<!DOCTYPE r [<!ENTITY e \"" + more + "\">]><r>&e;</r>", true},
-        {"UTF-16",               "\xFF\xFE", true},
+        {"the most", "<r>" + limit + limit + "</r>", false},
+        {"one more", "<r>" + limit + "\n" + more + "</r>", true},
+        {"a comment", "<r><!--" + more + "'-->" + limit + "</r>", false},
+        {"after a comment", "<r><!--> <a x='-->" + element(1001, "\"") + "</r>", true},
+        {"characters, one more", "<r><![CDATA[<a x=']]>" + element(1001, "\"") + "</r>", true},
+        {"characters", "<r><![CDATA[" + more + "]]></r>", false},
+        {"an instruction", "<r><?a <a x='?>" + element(1001, "\"") + "</r>", true},
+        {"a subset", "<!DOCTYPE r [<!-- it's --><!ENTITY e 'x'>]><r>" + more + "</r>", true},
+        {"an entity", "<!DOCTYPE r [<!ENTITY e \"" + more + "\">]><r>&e;</r>", true},
+        {"UTF-16", "\xFF\xFE", true},
     };
-    // clang-format on
     for (const auto& test : cases)
     {
         std::string text = test.text;

@@ -209,34 +209,32 @@ struct Editor : Manager
 
 TEST(HostTest, KeepsNothingThatAnEditChanges)
 {
-    // clang-format off
     const struct
     {
         const char* what;
         void (*edit)(Bench&);
     } theEdits[] = {
-        {"mapping", [](auto& b) { b.manager.addRepMapping("HLAoctet", "char"); }},
-        {"mapping removed", [](auto& b) { b.manager.removeRepMapping("Count"); }},
-        {"mapping modified", [](auto& b) { b.manager.modifyRepMapping("Small", "short"); }},
-        {"representation", [](auto& b) { b.manager.addDatatypeRep(new Letter("late")); }},
-        {"defined", [](auto& b) { b.manager.addDefinedDatatypeRep(new Letter("Later")); }},
-        {"delimiter", [](auto& b) { b.manager.addDelimiterMap("Old", ","); }},
-        {"delimiter removed", [](auto& b) { b.manager.removeDelimiterMap("Pos"); }},
-        {"default delimiter", [](auto& b) { b.manager.setDefaultDelimiter("/"); }},
-        {"attribute", [](auto& b) { b.manager.addAttributeMapping("X", "hex"); }},
-        {"model", [](auto& b) { b.manager.initOMTData(b.gone.get()); }},
-        {"node added", [](auto& b) { b.tree->addFixedDatatypeNode(b.later.release()); }},
-        {"node renamed", [](auto& b) { b.pos().setName("X"); }},
-        {"field's datatype", [](auto& b) { b.pos().getComponentNode("X")->setDatatype("Large"); }},
-        {"field added", [](auto& b) { b.pos().addComponentNode(b.spare.release()); }},
-        {"element's datatype", [](auto& b) { b.rows().setDatatype("Count"); }},
-        {"encoding", [](auto& b) { b.rows().setEncoding("HLAfixedArray"); }},
-        {"discriminant", [](auto& b) { b.choice().setDatatype("Wide"); }},
-        {"enumerator added", [](auto& b) { b.color().addEnumerationNode(b.enumerator.release()); }},
-        {"renumbered", [](auto& b) { b.color().getEnumerationNode("Blue")->setNumber(5); }},
-        {"renamed", [](auto& b) { b.color().getEnumerationNode("Blue")->setEnum("Red2"); }},
+        {"mapping",            [](auto& b) { b.manager.addRepMapping("HLAoctet", "char"); }          },
+        {"mapping removed",    [](auto& b) { b.manager.removeRepMapping("Count"); }                  },
+        {"mapping modified",   [](auto& b) { b.manager.modifyRepMapping("Small", "short"); }         },
+        {"representation",     [](auto& b) { b.manager.addDatatypeRep(new Letter("late")); }         },
+        {"defined",            [](auto& b) { b.manager.addDefinedDatatypeRep(new Letter("Later")); } },
+        {"delimiter",          [](auto& b) { b.manager.addDelimiterMap("Old", ","); }                },
+        {"delimiter removed",  [](auto& b) { b.manager.removeDelimiterMap("Pos"); }                  },
+        {"default delimiter",  [](auto& b) { b.manager.setDefaultDelimiter("/"); }                   },
+        {"attribute",          [](auto& b) { b.manager.addAttributeMapping("X", "hex"); }            },
+        {"model",              [](auto& b) { b.manager.initOMTData(b.gone.get()); }                  },
+        {"node added",         [](auto& b) { b.tree->addFixedDatatypeNode(b.later.release()); }      },
+        {"node renamed",       [](auto& b) { b.pos().setName("X"); }                                 },
+        {"field's datatype",   [](auto& b) { b.pos().getComponentNode("X")->setDatatype("Large"); }  },
+        {"field added",        [](auto& b) { b.pos().addComponentNode(b.spare.release()); }          },
+        {"element's datatype", [](auto& b) { b.rows().setDatatype("Count"); }                        },
+        {"encoding",           [](auto& b) { b.rows().setEncoding("HLAfixedArray"); }                },
+        {"discriminant",       [](auto& b) { b.choice().setDatatype("Wide"); }                       },
+        {"enumerator added",   [](auto& b) { b.color().addEnumerationNode(b.enumerator.release()); } },
+        {"renumbered",         [](auto& b) { b.color().getEnumerationNode("Blue")->setNumber(5); }   },
+        {"renamed",            [](auto& b) { b.color().getEnumerationNode("Blue")->setEnum("Red2"); }},
     };
-    // clang-format on
     for (const bool pads : {false, true})
         for (const auto& [what, edit] : theEdits)
         {

@@ -49,8 +49,6 @@ struct PublishedModel
     Counts counts;
     int version = 3;
 };
-
-// clang-format off
 const std::vector<PublishedModel> thePublishedModels = {
     {{"mim/HLAstandardMIM.xml"}, {4, 45, 85, 101, 13, 10, 9, 17, 4, 0}},
     {{"evolved/RPR_FOM_v2.0_1516-2010.xml"}, {64, 311, 79, 277, 4, 42, 92, 59, 80, 9}},
@@ -59,9 +57,9 @@ const std::vector<PublishedModel> thePublishedModels = {
       "evolved/RPR-Base_v2.0.xml", "evolved/RPR-Physical_v2.0.xml",
       "evolved/RPR-Aggregate_v2.0.xml", "evolved/RPR-Warfare_v2.0.xml",
       "evolved/RPR-Communication_v2.0.xml", "evolved/RPR-DER_v2.0.xml",
-      "evolved/RPR-Logistics_v2.0.xml", "evolved/RPR-Minefield_v2.0.xml",
-      "evolved/RPR-SE_v2.0.xml", "evolved/RPR-SIMAN_v2.0.xml", "evolved/RPR-UA_v2.0.xml",
-      "evolved/RPR-Switches_v2.0.xml", theMIM},
+      "evolved/RPR-Logistics_v2.0.xml", "evolved/RPR-Minefield_v2.0.xml", "evolved/RPR-SE_v2.0.xml",
+      "evolved/RPR-SIMAN_v2.0.xml", "evolved/RPR-UA_v2.0.xml", "evolved/RPR-Switches_v2.0.xml",
+      theMIM},
      theRPRCounts},
     {{"evolved/RestaurantFOMmodule.xml"}, {39, 9, 15, 3, 1, 7, 3, 2, 2, 1}},
     {{"evolved/RestaurantSOMmodule.xml"}, {40, 9, 15, 3, 1, 7, 4, 2, 2, 1}},
@@ -71,7 +69,6 @@ const std::vector<PublishedModel> thePublishedModels = {
     {{"x2000/RPR2-D17.xml"}, {64, 311, 79, 277, 12, 76, 101, 69, 95, 10}, 2},
     {{"x2000/Certi-Test-02.xml"}, {6, 42, 78, 93, 14, 6, 2, 3, 0, 0}, 2},
 };
-// clang-format on
 
 class PublishedModelsTest : public ModelsTest
 {

@@ -159,8 +159,6 @@ TEST(WriterTest, AnEmptyTreeHasEverySection)
                     "<arrayDataTypes/><fixedRecordDataTypes/><variantRecordDataTypes/></dataTypes>"
                     "<notes/></objectModel>\n"));
 }
-
-// clang-format off
 TEST(WriterTest, AnyTextGivesAWellFormedDocument)
 {
     const std::string theFine =
@@ -171,15 +169,15 @@ TEST(WriterTest, AnyTextGivesAWellFormedDocument)
         std::string text;
         std::string kept;  // what is read again
     } theCases[] = {
-        {"fine",               theFine,                        theFine                          },
-        {"control characters", "a\x01\x1f\vb",                 "a\ufffd\ufffd\ufffdb"           },
-        {"a zero",             std::string("a\0b", 3),         "a\ufffdb"                       },
-        {"no characters",      "\ufffe\uffff",                 "\ufffd\ufffd"                   },
-        {"Latin-1",            "caf\xe9 \x80\xff",             "caf\u00e9 \u0080\u00ff"         },
-        {"cut UTF-8",          "\u00e9\xe2\x82",               "\u00e9\u00e2\u0082"             },
-        {"too long UTF-8",     "\xc0\xaf\xe0\x80\xaf",         "\u00c0\u00af\u00e0\u0080\u00af" },
-        {"a surrogate",        "\xed\xa0\x80",                 "\u00ed\u00a0\u0080"             },
-        {"beyond Unicode",     "\xf4\x90\x80\x80\xf8",         "\u00f4\u0090\u0080\u0080\u00f8" },
+        {"fine", theFine, theFine},
+        {"control characters", "a\x01\x1f\vb", "a\ufffd\ufffd\ufffdb"},
+        {"a zero", std::string("a\0b", 3), "a\ufffdb"},
+        {"no characters", "\ufffe\uffff", "\ufffd\ufffd"},
+        {"Latin-1", "caf\xe9 \x80\xff", "caf\u00e9 \u0080\u00ff"},
+        {"cut UTF-8", "\u00e9\xe2\x82", "\u00e9\u00e2\u0082"},
+        {"too long UTF-8", "\xc0\xaf\xe0\x80\xaf", "\u00c0\u00af\u00e0\u0080\u00af"},
+        {"a surrogate", "\xed\xa0\x80", "\u00ed\u00a0\u0080"},
+        {"beyond Unicode", "\xf4\x90\x80\x80\xf8", "\u00f4\u0090\u0080\u0080\u00f8"},
     };
     for (const auto& [what, text, kept] : theCases)
     {
@@ -204,7 +202,6 @@ TEST(WriterTest, AnyTextGivesAWellFormedDocument)
         EXPECT_EQ((*again->getSwitchNodeList())->getNote(), kept);
     }
 }
-// clang-format on
 
 TEST(WriterTest, NamesOfTagsAndSwitchesBecomeNamesOfElements)
 {

@@ -52,19 +52,16 @@ AppendText appendTextOf(const DtDatatypeRep& rep)
 {
     constexpr auto theBig = std::endian::big;
     constexpr auto theLittle = std::endian::little;
-    // clang-format 14 crashes on this table.
-    // clang-format off
     static const Entry theClasses[] = {
-        {typeid(DtDoubleDatatypeRep),   appendDouble<theBig>},
+        {typeid(DtDoubleDatatypeRep), appendDouble<theBig>},
         {typeid(DtDoubleLEDatatypeRep), appendDouble<theLittle>},
-        {typeid(DtFloatDatatypeRep),    appendFloat<theBig>},
-        {typeid(DtFloatLEDatatypeRep),  appendFloat<theLittle>},
-        {typeid(DtIntDatatypeRep),      appendInteger<std::int32_t, theBig>},
-        {typeid(DtIntLEDatatypeRep),    appendInteger<std::int32_t, theLittle>},
-        {typeid(DtShortDatatypeRep),    appendInteger<std::int16_t, theBig>},
-        {typeid(DtShortLEDatatypeRep),  appendInteger<std::int16_t, theLittle>},
+        {typeid(DtFloatDatatypeRep), appendFloat<theBig>},
+        {typeid(DtFloatLEDatatypeRep), appendFloat<theLittle>},
+        {typeid(DtIntDatatypeRep), appendInteger<std::int32_t, theBig>},
+        {typeid(DtIntLEDatatypeRep), appendInteger<std::int32_t, theLittle>},
+        {typeid(DtShortDatatypeRep), appendInteger<std::int16_t, theBig>},
+        {typeid(DtShortLEDatatypeRep), appendInteger<std::int16_t, theLittle>},
     };
-    // clang-format on
     for (const auto& [type, append] : theClasses)
         if (typeid(rep) == type) return append;
     return nullptr;
