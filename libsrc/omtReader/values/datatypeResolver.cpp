@@ -62,7 +62,7 @@ ResolvedDatatype& DatatypeResolver::resolve(const DtString& name)
     {
         datatype.mapping = &mapping->second;
         datatype.rep = mySettings.registered(mapping->second);
-        datatype.append = datatype.rep ? appendTextOf(*datatype.rep) : nullptr;
+        if (datatype.rep) datatype.number = numberTraitsOf(*datatype.rep);
         datatype.isCharacter = dynamic_cast<const DtCharDatatypeRep*>(datatype.rep) != nullptr;
     }
     const auto delimiter = mySettings.delimiters.find(name);

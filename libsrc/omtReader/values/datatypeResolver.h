@@ -39,10 +39,10 @@ struct ResolvedDatatype
 
     const DtString name;
     const DtDatatypeManager::DtDatatypeEnum* kind = nullptr;  // in the kind table, null if absent
-    const DtString* mapping = nullptr;  // the name of the representation, null if none is mapped
-    DtDatatypeRep* rep = nullptr;       // the one mapped and registered
-    AppendText append = nullptr;        // what rep does with a text, where that is known beforehand
-    bool isCharacter = false;           // shown by the representation of characters
+    const DtString* mapping = nullptr;    // the name of the representation, null if none is mapped
+    DtDatatypeRep* rep = nullptr;         // the one mapped and registered
+    NumberTraits number;                  // what is known of rep, if it is one of numbers
+    bool isCharacter = false;             // shown by the representation of characters
     const DtString* delimiter = nullptr;  // null if none is mapped
     int alignment = 0;                    // 0 while not known, or not to be kept
     bool isBeingAligned = false;

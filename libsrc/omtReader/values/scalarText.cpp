@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The texts of numbers to octets, without a vector for each of them.
+// Knows the texts of our own number classes, and turns them to octets without a vector for each.
 #include "omtReader/values/scalarText.h"
 
 #include "omtReader/byteDatatypeRep.h"
@@ -13,9 +13,7 @@
 #include "omtReader/shortLEDatatypeRep.h"
 #include "omtReader/values/scalarOctets.h"
 
-#include <typeindex>
 #include <typeinfo>
-#include <unordered_map>
 
 namespace omtreader
 {
@@ -40,54 +38,39 @@ void appendInteger(const DtString& text, std::vector<char>& octets)
     ScalarOctets<Integer, Order>::append(static_cast<Integer>(text.toInt()), octets);
 }
 
-struct Entry
+constexpr auto theBig = std::endian::big;
+constexpr auto theLittle = std::endian::little;
+
+struct NumberClass
 {
     const std::type_info& type;
-    AppendText append;
+    NumberTraits traits;
 };
 
 }  // namespace
 
-AppendText appendTextOf(const DtDatatypeRep& rep)
+NumberTraits numberTraitsOf(const DtDatatypeRep& rep)
 {
-    constexpr auto theBig = std::endian::big;
-    constexpr auto theLittle = std::endian::little;
-    static const Entry theClasses[] = {
-        {typeid(DtDoubleDatatypeRep), appendDouble<theBig>},
-        {typeid(DtDoubleLEDatatypeRep), appendDouble<theLittle>},
-        {typeid(DtFloatDatatypeRep), appendFloat<theBig>},
-        {typeid(DtFloatLEDatatypeRep), appendFloat<theLittle>},
-        {typeid(DtIntDatatypeRep), appendInteger<std::int32_t, theBig>},
-        {typeid(DtIntLEDatatypeRep), appendInteger<std::int32_t, theLittle>},
-        {typeid(DtShortDatatypeRep), appendInteger<std::int16_t, theBig>},
-        {typeid(DtShortLEDatatypeRep), appendInteger<std::int16_t, theLittle>},
+    using enum NumberText;
+    static const NumberClass theClasses[] = {
+        {typeid(DtDoubleDatatypeRep),   {any, appendDouble<theBig>}                    },
+        {typeid(DtDoubleLEDatatypeRep), {any, appendDouble<theLittle>}                 },
+        {typeid(DtFloatDatatypeRep),    {any, appendFloat<theBig>}                     },
+        {typeid(DtFloatLEDatatypeRep),  {any, appendFloat<theLittle>}                  },
+        {typeid(DtByteDatatypeRep),     {whole, nullptr}                               },
+        {typeid(DtShortDatatypeRep),    {whole, appendInteger<std::int16_t, theBig>}   },
+        {typeid(DtShortLEDatatypeRep),  {whole, appendInteger<std::int16_t, theLittle>}},
+        {typeid(DtIntDatatypeRep),      {whole, appendInteger<std::int32_t, theBig>}   },
+        {typeid(DtIntLEDatatypeRep),    {whole, appendInteger<std::int32_t, theLittle>}},
+        {typeid(DtLongDatatypeRep),     {whole, nullptr}                               },
+        {typeid(DtLongLEDatatypeRep),   {whole, nullptr}                               },
+        {typeid(DtEnum8DatatypeRep),    {whole, nullptr}                               },
+        {typeid(DtEnum16DatatypeRep),   {whole, nullptr}                               },
+        {typeid(DtEnum32DatatypeRep),   {whole, nullptr}                               },
     };
-    for (const auto& [type, append] : theClasses)
-        if (typeid(rep) == type) return append;
-    return nullptr;
-}
-
-NumberText numberTextOf(const DtDatatypeRep* rep)
-{
-    static const std::unordered_map<std::type_index, NumberText> theClasses = {
-        {typeid(DtByteDatatypeRep),     NumberText::whole},
-        {typeid(DtShortDatatypeRep),    NumberText::whole},
-        {typeid(DtShortLEDatatypeRep),  NumberText::whole},
-        {typeid(DtIntDatatypeRep),      NumberText::whole},
-        {typeid(DtIntLEDatatypeRep),    NumberText::whole},
-        {typeid(DtLongDatatypeRep),     NumberText::whole},
-        {typeid(DtLongLEDatatypeRep),   NumberText::whole},
-        {typeid(DtEnum8DatatypeRep),    NumberText::whole},
-        {typeid(DtEnum16DatatypeRep),   NumberText::whole},
-        {typeid(DtEnum32DatatypeRep),   NumberText::whole},
-        {typeid(DtFloatDatatypeRep),    NumberText::any  },
-        {typeid(DtFloatLEDatatypeRep),  NumberText::any  },
-        {typeid(DtDoubleDatatypeRep),   NumberText::any  },
-        {typeid(DtDoubleLEDatatypeRep), NumberText::any  },
-    };
-    if (!rep) return NumberText::none;
-    const auto entry = theClasses.find(typeid(*rep));
-    return entry == theClasses.end() ? NumberText::none : entry->second;
+    for (const auto& [type, traits] : theClasses)
+        if (typeid(rep) == type) return traits;
+    return {};
 }
 
 }  // namespace omtreader

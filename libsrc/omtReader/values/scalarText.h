@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The texts of numbers to octets, without a vector for each of them.
+// Knows the texts of our own number classes, and turns them to octets without a vector for each.
 #pragma once
 
 #include "util/dtString.h"
@@ -14,10 +14,6 @@ namespace omtreader
 /// Appends the octets of a text.
 using AppendText = void (*)(const DtString& text, std::vector<char>& octets);
 
-/// What a representation's valueFromStringRep() does, if it is one of our own number classes and
-/// not a host's class below one; else null.
-AppendText appendTextOf(const DtDatatypeRep& rep);
-
 /// What the text of a representation always is.
 enum class NumberText
 {
@@ -26,7 +22,14 @@ enum class NumberText
     any     ///< a number, with or without fraction and exponent
 };
 
-/// What a representation shows, if it is one of our own number classes; null shows any text.
-NumberText numberTextOf(const DtDatatypeRep* rep);
+/// What is known of a representation beforehand.
+struct NumberTraits
+{
+    NumberText text = NumberText::none;
+    AppendText append = nullptr;  ///< does what its valueFromStringRep() does; null if not known
+};
+
+/// Of one of our own number classes; of any other, a host's class below one too, nothing is known.
+NumberTraits numberTraitsOf(const DtDatatypeRep& rep);
 
 }  // namespace omtreader

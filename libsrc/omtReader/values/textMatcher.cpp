@@ -5,7 +5,6 @@
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/cardinalityForms.h"
 #include "omtReader/complexComponentNode.h"
-#include "omtReader/values/scalarText.h"
 #include "omtReader/variantDatatypeNode.h"
 
 #include <algorithm>
@@ -216,9 +215,8 @@ TextMatcher::Step TextMatcher::stepOf(ResolvedDatatype& datatype)
     {
         case DtDatatypeManager::DtDatatypeSimple:
             if (datatype.isCharacter) return &TextMatcher::character;
-            return isLenient || numberTextOf(datatype.rep) == NumberText::none
-                       ? &TextMatcher::anyText
-                       : &TextMatcher::number;
+            return isLenient || datatype.number.text == NumberText::none ? &TextMatcher::anyText
+                                                                         : &TextMatcher::number;
         case DtDatatypeManager::DtDatatypeEnumerated:
             return isLenient ? &TextMatcher::anyText : &TextMatcher::name;
         case DtDatatypeManager::DtDatatypeFixed:
@@ -393,8 +391,8 @@ bool TextMatcher::number(const Goal& goal, std::size_t)
         ++end;
     const std::string_view text = myText.substr(myPlace, end - myPlace);
     mySteps -= static_cast<std::int64_t>(text.size()) / 8;
-    const bool isRight = numberTextOf(goal.datatype->rep) == NumberText::whole ? isWholeNumber(text)
-                                                                               : isNumber(text);
+    const bool isRight =
+        goal.datatype->number.text == NumberText::whole ? isWholeNumber(text) : isNumber(text);
     myPlace = end;
     return isRight && proceed(goal.next);
 }

@@ -113,7 +113,7 @@ void ValueWriter::simple(const DtString& datatype, const DtString& text, Octets&
 
 void ValueWriter::append(const ResolvedDatatype& datatype, const DtString& text, Octets& out)
 {
-    if (datatype.append) return datatype.append(text, out);
+    if (datatype.number.append) return datatype.number.append(text, out);
     if (!datatype.rep) return;
     const Octets octets = datatype.rep->valueFromStringRep(text);
     out.insert(out.end(), octets.begin(), octets.end());
