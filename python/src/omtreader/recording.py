@@ -5,6 +5,7 @@ A recording that is kept is a folder of Parquet files, a folder in it for each c
 the octets of the models in its metadata, so that it can be decoded with nothing but itself.
 """
 
+import contextlib
 import hashlib
 import os
 import uuid
@@ -290,7 +291,9 @@ class _Writer:
 
     def abandon(self) -> None:
         for part in [*self.open.values(), *self.done]:
-            part.writer.close()
+            # The disk may be full, which is what has been told already.
+            with contextlib.suppress(OSError, pa.ArrowException):
+                part.writer.close()
             part.hidden.unlink(missing_ok=True)
 
 
@@ -429,7 +432,10 @@ class _Decoder:
         filter = pc.field("member") == self.member.name.rpartition(".")[2]
         if where is not None:
             filter = filter & where
-        data = ds.dataset(self.file.path, format="parquet", partitioning=None)
+        # Buffering ahead keeps what was read until the end of the file.
+        options = ds.ParquetFragmentScanOptions(pre_buffer=False)
+        form = ds.ParquetFileFormat(default_fragment_scan_options=options)
+        data = ds.dataset(self.file.path, format=form, partitioning=None)
         try:
             for rows in data.to_batches(columns=read, filter=filter, batch_size=1 << 16):
                 yield from self.decoded(rows, schema)
