@@ -2,12 +2,13 @@
 # SPDX-License-Identifier: Apache-2.0
 # scripts/bareRoot.sh FOLDER [WHEEL]: installs the packages of a folder in a bare Debian 12, as apt-get
 # does it for a user, runs the tool there, builds programs with both libraries, and uses the Python
-# package of the wheel. By hand, as root; takes debootstrap and a mirror, which is the one of this
-# machine.
+# package of the wheel. By hand, as root; takes a mirror, which is the one of this machine.
 set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
 packages=$(readlink -f "${1:?FOLDER is missing}")
 wheel=${2:+$(readlink -f "$2")}
+. "$root/scripts/packages.sh"
+installPackages bare
 tree=$(mktemp -d)
 leave()
 {

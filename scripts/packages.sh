@@ -12,6 +12,7 @@ packagesFor()
         python) echo python3-venv python3-dev ;;
         spark) echo openjdk-17-jre-headless ;;
         site) echo doxygen python3-venv ;;
+        bare) echo debootstrap ;;
         ci)    echo clang libclang-rt-14-dev clang-format-16 clang-tidy shellcheck doxygen libxml2-utils abigail-tools \
                     dpkg-dev file groff-base ;;
         measure) echo libbenchmark-dev gnuplot-nox ;;
