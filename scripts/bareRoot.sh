@@ -5,7 +5,7 @@
 # package of the wheel. By hand, as root; takes a mirror, which is the one of this machine.
 set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
-packages=$(readlink -f "${1:?FOLDER is missing}")
+folder=$(readlink -f "${1:?FOLDER is missing}")
 wheel=${2:+$(readlink -f "$2")}
 . "$root/scripts/packages.sh"
 installPackages bare
@@ -25,7 +25,7 @@ inside()
 mirror=$(apt-get indextargets --format "\$(REPO_URI)" "Codename: bookworm" | head -n 1)
 debootstrap --variant=minbase bookworm "$tree" "$mirror" > "$tree.log" || { cat "$tree.log"; exit 1; }
 rm "$tree.log"
-cp "$packages"/*.deb "$tree/tmp"
+cp "$folder"/*.deb "$tree/tmp"
 inside sh -c "apt-get -q -y install --no-install-recommends /tmp/*.deb"
 inside dpkg-query -W omt 'libomt*' 'libxml2' 'libgeographic*' libc6 libstdc++6
 
