@@ -85,7 +85,9 @@ void addLeaves(const Json& json, std::vector<std::string>& leaves)
 std::multiset<std::string> leavesOf(const omt::Value& value)
 {
     std::vector<std::string> leaves;
-    addLeaves(Json::parse(value.json()), leaves);
+    // The library reads no text with half a surrogate pair.
+    const Json json = Json::parse(value.json(), nullptr, false);
+    addLeaves(json.is_discarded() ? Json(value.json()) : json, leaves);
     return {leaves.begin(), leaves.end()};
 }
 
@@ -99,8 +101,23 @@ std::vector<std::uint8_t> randomOctets(std::mt19937_64& random)
     return octets;
 }
 
-/// Compares all datatypes of a model with what is written of it; gives how many of its complex
-/// datatypes hold octets that they did not hold before.
+/// The names of the datatypes that have parts.
+std::set<std::string> structuresOf(const omt::Model& model)
+{
+    std::set<std::string> names;
+    const auto add = [&names](const auto& table)
+    {
+        for (const auto& each : table) names.insert(each.name.str());
+    };
+    add(model.tables().complexRecords);
+    add(model.tables().fixedRecords);
+    add(model.tables().variantRecords);
+    add(model.tables().arrayData);
+    return names;
+}
+
+/// Compares datatypes of a model with what is written of it; gives how many of them hold octets
+/// that they did not hold before.
 std::size_t compare(const std::string& text, omt::Edition edition)
 {
     omt::Findings ignored;
@@ -116,13 +133,13 @@ std::size_t compare(const std::string& text, omt::Edition edition)
         }
     const omt::Codec old(before);
     const omt::Codec now(after);
-    EXPECT_THAT(now.findings(), testing::IsEmpty()) << now.findings().front().text;
+    EXPECT_LE(now.findings().size(), old.findings().size()) << now.findings().front().text;
+    const int count = before.edition() == omt::Edition::hla13 ? 200 : 60;
     std::mt19937_64 random(13);
-    for (const omt::ComplexRecord& record : before.tables().complexRecords)
+    for (const std::string& name : structuresOf(before))
     {
-        const std::string name = record.name.str();
         std::size_t whole = 0;
-        for (int i = 0; i < 200; ++i)
+        for (int i = 0; i < count; ++i)
         {
             const omt::Value one = old.type(name).decode(randomOctets(random));
             const omt::Octets octetsOfIt = one.octets();
@@ -145,13 +162,26 @@ TEST(Lowering13Test, OctetsMeanTheSame)
         EXPECT_EQ(compare(theModel, edition), 2U);  // Unaligned, Apart
 }
 
-TEST(Lowering13Test, AlmostAllOfThePublishedModelArrives)
+TEST(Lowering13Test, AlmostAllOfThePublishedModelsArrives)
 {
     const char* const models = std::getenv("OMT_MODELS");
     if (!models) GTEST_SKIP() << "OMT_MODELS is not set";
-    std::ifstream file(models + std::string("/hla13/RPR2-D17.omd"), std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(compare(text, omt::Edition::ieee2010), 3U);  // of 95
+    const struct
+    {
+        const char* file;
+        std::size_t octets;
+    } cases[] = {
+        {"/hla13/RPR2-D17.omd",      3}, // of 95
+        {"/x2000/RPR2-D17.xml",      0},
+        {"/x2000/Certi-Test-02.xml", 0},
+    };
+    for (const auto& one : cases)
+    {
+        SCOPED_TRACE(one.file);
+        std::ifstream file(models + std::string(one.file), std::ios::binary);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        EXPECT_EQ(compare(text, omt::Edition::ieee2010), one.octets);
+    }
 }
 
 TEST(Lowering13Test, EveryFormIsWhatItWas)

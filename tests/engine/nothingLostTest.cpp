@@ -311,6 +311,53 @@ TEST(NothingLostTest, EveryElementAttributeTextAndCommentIsWritten)
     }
 }
 
+/// How many labels of notes a document refers to.
+std::size_t countReferences(const xmlNode* first)
+{
+    std::size_t count = 0;
+    for (const xmlNode* node = first; node; node = node->next)
+    {
+        if (node->type != XML_ELEMENT_NODE) continue;
+        for (const char* const word : {"notes", "noteReferences"})
+        {
+            const std::unique_ptr<xmlChar, void (*)(void*)> labels(
+                xmlGetNoNsProp(const_cast<xmlNode*>(node), BAD_CAST word), xmlFree);
+            std::istringstream words(trimmed(labels.get()));
+            for (std::string label; words >> label;) ++count;
+        }
+        count += countReferences(node->children);
+    }
+    return count;
+}
+
+/// How many references to notes stand on all definitions and parts of a model, in JSON.
+std::size_t countReferences(const Json& json)
+{
+    std::size_t count = json.is_object() && json.value("what", "") == "notes" ? 1 : 0;
+    if (json.is_structured())
+        for (const Json& each : json) count += countReferences(each);
+    return count;
+}
+
+TEST(NothingLostTest, EveryReferenceToANoteIsWrittenOrReported)
+{
+    const std::vector<std::string> files = filesOf({"evolved", "mim", "2025", "x2000", "hla13"});
+    if (files.empty()) GTEST_SKIP() << "OMT_MODELS is not set";
+    for (const std::string& file : files)
+    {
+        const omt::Model model = omt::read({file}).model;
+        const std::size_t expected = countReferences(Json::parse(omt::modelJson(model)));
+        for (const omt::Edition edition : {omt::Edition::ieee2010, omt::Edition::ieee2025})
+        {
+            const omt::Writing writing = omt::writeXml(model, edition);
+            std::size_t found = countReferences(parsedText(writing.text)->children);
+            for (const omt::Finding& finding : writing.findings)
+                if (finding.text.find("the reference to note `") == 0) ++found;
+            EXPECT_GE(found, expected) << file;
+        }
+    }
+}
+
 /// What reading finds, without places.
 std::multiset<std::string> findingsOf(const omt::Findings& findings)
 {

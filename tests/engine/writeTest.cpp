@@ -83,6 +83,18 @@ TEST(WriteTest, WhatTheSchemaRefusesIsMadeValidWithAFinding)
           "<name>C</name>"},
          {},
          "attribute `x` of object class `A` is lost: the name is there twice"},
+        {"notes and comments at a property that 2010 lacks, and notes of a part that it lacks",
+         document(R"(<objects><objectClass><name>A</name><attribute><name>x</name><!--why-->
+<valueRequired noteReferences="N">true</valueRequired></attribute><directedInteraction
+ noteReferences="N"><interaction>I</interaction></directedInteraction></objectClass></objects>
+<notes><note><label>N</label></note></notes>)",
+         2025),
+         omt::Edition::ieee2010,
+         {"<!--why-->\n      <attribute>"},
+         {"notes=", "valueRequired"},
+         "a.xml:3: warning: the reference to note `N` at directed interaction is lost, as that is "
+         "not written [lost]\na.xml:2: warning: the reference to note `N` at valueRequired of "
+         "attribute `x` is lost, as that is not written"},
         {"a reference to instances in 2010",
          document(R"(<dataTypes><referenceDataTypes><referenceDataType><name>R</name>
 <representation>L</representation><referenceClass>C</referenceClass></referenceDataType>

@@ -17,6 +17,9 @@ constexpr RuleRow theRules[] = {
          "something added to a definition that may not be added to"),
     rule("duplicate", Severity::warning, theGroup, "a definition that a document has twice"),
     rule("switch", Severity::warning, theGroup, "a switch that two modules set unlike"),
+    rule(
+        "note-label", Severity::warning, theGroup,
+        "a label of a note that several modules have, referred to by a class that another defines"),
     rule("mixed-editions", Severity::note, theGroup, "modules of several editions"),
 };
 

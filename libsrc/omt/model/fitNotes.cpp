@@ -2,9 +2,12 @@
 // Fits notes: labels are XML names, each once in the document, and references name one that is
 // there.
 #include "omt/base/xmlText.h"
+#include "omt/model/compare.h"
 #include "omt/model/fitting.h"
+#include "omt/model/parts.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace omt
 {
@@ -21,6 +24,20 @@ bool isNumber(std::string_view label)
 {
     return !label.empty() &&
            std::all_of(label.begin(), label.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// Calls `visit` with a definition, with its parts, and the kind of each.
+template <typename T, typename Visit>
+void forEachPart(const T& definition, const Visit& visit)
+{
+    visit(definition, T::theKind);
+    forEachPartList<T>(
+        [&](auto list)
+        {
+            using Part = std::decay_t<decltype(*(definition.*list).begin())>;
+            if constexpr (!std::is_same_v<Part, Text>)
+                for (const Part& part : definition.*list) visit(part, Part::theKind);
+        });
 }
 
 }  // namespace
@@ -71,6 +88,36 @@ std::string Fitting::fittedLabels(const Aside& aside, const Definition& user)
                  myModel.place(user, aside.text)});
     }
     return labels;
+}
+
+/// What is not written has no place for its references to notes either.
+void Fitting::reportLostNotes()
+{
+    const auto report = [&](const Definition& user, Kind kind)
+    {
+        for (const Aside& aside : user.asides)
+        {
+            if (aside.what != Aside::What::notes || aside.text.empty()) continue;
+            if (!myNoteReferences.insert(aside.text.view().data()).second) continue;
+            std::string what = "the reference to note `" + cutText(aside.text) + "` at ";
+            if (aside.property < rowsOf(kind).size())
+                what += std::string(rowsOf(kind)[aside.property].key) + " of ";
+            myFindings.push_back({Severity::warning, "lost",
+                                  what + describe(user, kind) + " is lost, as that is not written",
+                                  myModel.place(user, aside.text)});
+        }
+    };
+    for (const Module& module : myModel.modules())
+    {
+        forEachPart(module.identification, report);
+        for (const Section& section : module.sections) report(section, Kind::section);
+    }
+    forEachNamedTable(
+        [&](auto table)
+        {
+            for (const auto& definition : myModel.tables().*table) forEachPart(definition, report);
+        });
+    for (const Note& note : myModel.tables().notes) report(note, Kind::note);
 }
 
 }  // namespace omt

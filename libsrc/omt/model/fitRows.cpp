@@ -13,6 +13,14 @@
 namespace omt
 {
 
+namespace
+{
+
+/// Which of a property's texts an aside belongs to where that text is not written.
+constexpr std::uint32_t theNoPlace = Aside::theAround - 1;
+
+}  // namespace
+
 void Fitting::fitRows()
 {
     std::vector<Module>& modules = tables().modules;
@@ -25,10 +33,10 @@ void Fitting::fitRows()
             fitParts(module.identification);
         }
         std::vector<Section> sections(module.sections.begin(), module.sections.end());
-        fitDefinitions(sections);
         sections.erase(std::remove_if(sections.begin(), sections.end(),
                                       [this](const Section& each) { return isNotWritten(each); }),
                        sections.end());
+        fitDefinitions(sections);
         module.sections = myBuilder.list(sections);
     }
     // Enumerators before the alternatives that name them.
@@ -109,16 +117,31 @@ bool Fitting::fitTexts(Definition& definition, Kind kind, const Row& row)
 {
     const List<Text>& texts = definition.*row.someTexts;
     std::vector<Text> fitted;
+    std::vector<std::uint32_t> places;
     bool isChanged = false;
     for (const Text& each : std::as_const(texts))
     {
         Text text = each;
         isChanged = fitText(definition, kind, row, text) || isChanged;
+        places.push_back(text.isThere() ? static_cast<std::uint32_t>(fitted.size()) : theNoPlace);
         if (text.isThere()) fitted.push_back(text);
     }
     if (!isChanged) return false;
+    if (fitted.size() != places.size()) moveItems(definition, kind, row, places);
     definition.*row.someTexts = fitted.empty() ? List<Text>() : myBuilder.list(fitted);
     return true;
+}
+
+/// Asides go with the texts that they stand on, of which some are not written.
+void Fitting::moveItems(Definition& definition, Kind kind, const Row& row,
+                        const std::vector<std::uint32_t>& places)
+{
+    std::vector<Aside> asides(definition.asides.begin(), definition.asides.end());
+    const auto property = static_cast<std::size_t>(&row - rowsOf(kind).data());
+    for (Aside& aside : asides)
+        if (aside.property == property && aside.item < places.size())
+            aside.item = places[aside.item];
+    definition.asides = myBuilder.list(asides);
 }
 
 /// Whether a text has changed: it is another one, or not there any more.
@@ -224,23 +247,29 @@ void Fitting::takeNames()
 // ---------------------------------------------------------------------------------------
 
 /// Whether any aside has changed. Of another edition's documents only what stands in a namespace of
-/// its own is kept.
+/// its own is kept. Comments at a property that is not written go to the definition; references to
+/// notes there are reported once all that is written is known.
 bool Fitting::fitAsides(Definition& definition, Kind kind)
 {
     std::vector<Aside> asides;
     bool isChanged = false;
     for (Aside aside : std::as_const(definition.asides))
     {
-        bool isDropped = !isKept(definition, kind, aside);
-        if (aside.what == Aside::What::notes)
+        const std::string_view before = aside.text;
+        const bool isPlaced = isWritten(definition, kind, aside);
+        bool isDropped = !isKept(definition, kind, aside, isPlaced);
+        if (aside.what == Aside::What::comment && !isPlaced)
         {
+            aside.property = Aside::theWhole;
+            isChanged = true;
+        }
+        if (aside.what == Aside::What::notes && !isDropped)
+        {
+            myNoteReferences.insert(before.data());
             const std::string labels = fittedLabels(aside, definition);
             isDropped = labels.empty();
-            if (labels != aside.text)
-            {
-                aside.text = text(labels, aside.text);
-                isChanged = true;
-            }
+            if (labels != before) aside.text = text(labels, aside.text);
+            isChanged = isChanged || labels != before;
         }
         isChanged = isChanged || isDropped;
         if (!isDropped) asides.push_back(aside);
@@ -249,9 +278,22 @@ bool Fitting::fitAsides(Definition& definition, Kind kind)
     return isChanged;
 }
 
-bool Fitting::isKept(const Definition& definition, Kind kind, const Aside& aside)
+/// Whether that is written which an aside stands on.
+bool Fitting::isWritten(const Definition& definition, Kind kind, const Aside& aside) const
 {
-    if (aside.what == Aside::What::comment || aside.what == Aside::What::notes) return true;
+    if (aside.property >= rowsOf(kind).size()) return true;
+    const Row& row = rowsOf(kind)[aside.property];
+    if (row.isXmlAttribute) return false;
+    if (row.oneText) return (definition.*row.oneText).isThere();
+    if (!row.someTexts || !(definition.*row.someTexts).isThere()) return false;
+    return aside.item == Aside::theAround ? !row.around(myEdition).empty()
+                                          : aside.item < (definition.*row.someTexts).size();
+}
+
+bool Fitting::isKept(const Definition& definition, Kind kind, const Aside& aside, bool isPlaced)
+{
+    if (aside.what == Aside::What::comment) return true;
+    if (aside.what == Aside::What::notes) return isPlaced;
     const bool isAttribute = aside.what == Aside::What::attribute;
     if (isAttribute && aside.name == "idtag")
     {
@@ -267,7 +309,7 @@ bool Fitting::isKept(const Definition& definition, Kind kind, const Aside& aside
         (!isAttribute && aside.text.view().find("xmlns=") < aside.text.view().find('>'));
     // What HLA 1.3 has beside its properties is no XML.
     const bool isXml = editionOf(definition) != Edition::hla13;
-    if (isXml && (isForeign || isUnchanged())) return true;
+    if (isXml && isPlaced && (isForeign || isUnchanged())) return true;
     const std::string_view what = isAttribute                       ? "the XML attribute "
                                   : aside.what == Aside::What::text ? "the text "
                                                                     : "the element ";

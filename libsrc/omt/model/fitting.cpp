@@ -30,6 +30,7 @@ const Tables& Fitting::fit()
     fitClasses();
     fitNotes();
     fitRows();
+    reportLostNotes();
     return tables();
 }
 

@@ -67,7 +67,11 @@ private:
     bool fitTexts(Definition& definition, Kind kind, const Row& row);
     bool fitText(Definition& definition, Kind kind, const Row& row, Text& text);
     bool fitAsides(Definition& definition, Kind kind);
-    bool isKept(const Definition& definition, Kind kind, const Aside& aside);
+    bool isKept(const Definition& definition, Kind kind, const Aside& aside, bool isPlaced);
+    bool isWritten(const Definition& definition, Kind kind, const Aside& aside) const;
+    void moveItems(Definition& definition, Kind kind, const Row& row,
+                   const std::vector<std::uint32_t>& places);
+    void reportLostNotes();
     bool fitEnumerators(Alternative& alternative);
     bool isNotWritten(const Section& section) const;
     Text madeName(const Text& name);
@@ -101,6 +105,8 @@ private:
     FreeNames myIds;
     /// What labels have become: by module and label, and by label alone for the first.
     std::unordered_map<std::string, std::string> myLabels;
+    /// References to notes that are written or were reported, by where the model has their texts.
+    std::unordered_set<const char*> myNoteReferences;
 };
 
 }  // namespace omt

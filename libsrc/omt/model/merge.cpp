@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <sstream>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
@@ -246,6 +247,8 @@ private:
     void mergeInto(std::vector<T> Tables::*table, std::uint32_t index, const T& later);
     template <typename T>
     void complete(T& first, std::uint32_t index, const T& later);
+    void keepAsides(const Definition& scaffold, Definition& whole);
+    void reportMovedNotes();
     template <typename T, typename Owner, typename Part>
     void mergeParts(const T& first, std::uint32_t index, const T& later, List<Part> Owner::*list,
                     const Repetition& repetition);
@@ -303,6 +306,8 @@ private:
     /// of its classes.
     std::uint32_t myFirstModule = 0;
     std::vector<std::uint32_t> myClasses;
+    /// References to notes that went to a definition of another module, and their own module.
+    std::vector<std::pair<Text, std::uint32_t>> myMovedNotes;
 };
 
 void Merger::reserve(const std::vector<Model>& models)
@@ -478,7 +483,38 @@ void Merger::complete(T& first, std::uint32_t index, const T& later)
         forEachPartList<T>([&](auto list) { whole.*list = first.*list; });
     else
         whole = withModuleOfParts(whole);
+    keepAsides(first, whole);
     first = whole;
+}
+
+/// What stands beside a scaffold stays beside the definition that takes its place.
+void Merger::keepAsides(const Definition& scaffold, Definition& whole)
+{
+    if (scaffold.asides.empty()) return;
+    std::vector<Aside> asides(scaffold.asides.begin(), scaffold.asides.end());
+    for (const Aside& aside : std::as_const(asides))
+        if (aside.what == Aside::What::notes) myMovedNotes.push_back({aside.text, scaffold.module});
+    asides.insert(asides.end(), whole.asides.begin(), whole.asides.end());
+    whole.asides = myBuilder.list(asides);
+}
+
+/// A label belongs to its module; beside a definition of another one it may mean another note.
+void Merger::reportMovedNotes()
+{
+    if (myMovedNotes.empty()) return;
+    std::unordered_map<std::string_view, std::size_t> counts;
+    for (const Note& note : tables().notes) ++counts[note.name];
+    for (const auto& [labels, module] : myMovedNotes)
+    {
+        std::istringstream words(labels.str());
+        for (std::string label; words >> label;)
+            if (const auto found = counts.find(label); found != counts.end() && found->second > 1)
+                myFindings.push_back({Severity::warning, "note-label",
+                                      "the note " + shown(label) +
+                                          " that a scaffold refers to has its label from several "
+                                          "modules",
+                                      place(module, labels.line())});
+    }
 }
 
 /// Whether a definition that stands has parts, those included that wait to be kept.
@@ -540,8 +576,10 @@ void Merger::mergeByName(Growth<Part>& growth, const List<Part>& theirs,
             Part& ours = growth.parts[found->second];
             if (isMention(ours) && !isOnlyName)
             {
-                ours = part;
-                ours.module += myFirstModule;
+                Part whole = part;
+                whole.module += myFirstModule;
+                keepAsides(ours, whole);
+                ours = whole;
                 growth.isChanged = true;
             }
             else if (!isOnlyName && !isEqual(ours, part, Part::theKind))
@@ -801,6 +839,7 @@ void Merger::keepGrowths(std::vector<T>& table)
 Model Merger::build()
 {
     forEachNamedTable([&](auto table) { keepGrowths(tables().*table); });
+    reportMovedNotes();
     return myBuilder.build();
 }
 
