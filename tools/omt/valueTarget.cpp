@@ -46,19 +46,6 @@ Names namesIn(const omt::Type& root)
     return names;
 }
 
-/// Whether a sentence has one of the names in quotes.
-bool isAbout(std::string_view text, const Names& names)
-{
-    for (std::size_t quote = text.find('"'); quote != std::string_view::npos;)
-    {
-        const std::size_t end = text.find('"', quote + 1);
-        if (end == std::string_view::npos) break;
-        if (names.count(text.substr(quote + 1, end - quote - 1)) > 0) return true;
-        quote = end;
-    }
-    return false;
-}
-
 /// What concerns other datatypes is of no interest here.
 void writeFindingsAbout(const omt::Type& type, const omt::Findings& findings)
 {
@@ -69,7 +56,7 @@ void writeFindingsAbout(const omt::Type& type, const omt::Findings& findings)
                  [&](const omt::Finding& finding)
                  {
                      return messageLevel() == MessageLevel::all || finding.name == "hint" ||
-                            isAbout(finding.text, names);
+                            names.count(finding.subject) > 0;
                  });
     writeFindings(chosen);
 }

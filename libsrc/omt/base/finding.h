@@ -47,6 +47,9 @@ struct Finding
     Place place;
     /// The second place of a conflict.
     std::optional<Place> other = std::nullopt;
+    /// The name of the definition that it is about, as its document has it, where compiling
+    /// datatypes found it; else empty.
+    std::string subject = {};
 };
 
 /// Writes `FILE:LINE:COLUMN: severity: text [name]`, leaving out a line or column that is not

@@ -55,7 +55,8 @@ void Compiler::find(Severity severity, std::string_view name, const Definition& 
                     const Text* property, std::string text)
 {
     myFindings.push_back({severity, std::string(name), std::move(text),
-                          property ? myModel.place(data, *property) : myModel.place(data)});
+                          property ? myModel.place(data, *property) : myModel.place(data),
+                          std::nullopt, data.name.str()});
 }
 
 Compiler::Id Compiler::addNode(std::string_view name)
