@@ -165,6 +165,7 @@ void Compiler::findBoundaries()
         if (node.form == Form::array) users.emplace_back(node.element, id);
     }
     std::sort(users.begin(), users.end());
+    users.erase(std::unique(users.begin(), users.end()), users.end());
     std::vector<Id> changed(size);
     for (Id id = 0; id < size; ++id) changed[size - 1 - id] = id;
     const auto update = [this](Id id)
@@ -174,6 +175,13 @@ void Compiler::findBoundaries()
         myPlan.nodes[id].boundary = boundary;
         return true;
     };
+    // Going through all parts of one that holds many, for each of them, would take too long.
+    const auto isAsWide = [this](Id user, Id part)
+    {
+        const Node& node = myPlan.nodes[user];
+        return (node.form == Form::record || node.form == Form::variant) &&
+               node.boundary >= myPlan.nodes[part].boundary;
+    };
     for (const Id id : myOrder) update(id);
     while (!changed.empty())
     {
@@ -181,7 +189,8 @@ void Compiler::findBoundaries()
         changed.pop_back();
         for (auto user = std::lower_bound(users.begin(), users.end(), std::pair<Id, Id>{id, 0});
              user != users.end() && user->first == id; ++user)
-            if (update(user->second)) changed.push_back(user->second);
+            if (!isAsWide(user->second, id) && update(user->second))
+                changed.push_back(user->second);
     }
 }
 
