@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Models of libomt: reading and writing against libxml2, merging against reading, growth, memory.
+// Models of libomt: reading and writing against libxml2, merging against reading, checking against
+// reading and compiling, growth, memory.
 #include "modelFiles.h"
+#include "omt/check/check.h"
+#include "omt/codec/codec.h"
 #include "omt/model/read.h"
 #include "omt/model/write.h"
 #include "ratio.h"
@@ -140,6 +143,43 @@ double writeGenerated()
     return writeText(textOf(generatedPath(scale)));
 }
 
+double compileRPR()
+{
+    return secondsOf(
+        []
+        {
+            omt::Findings findings;
+            omt::Codec(omt::readModule({"model", rprText()}, findings));
+        });
+}
+
+/// With the standard MIM and all rules, reading included.
+double checkText(const std::string& text)
+{
+    omt::CheckOptions options;
+    options.enable = {"lint"};
+    return secondsOf(
+        [&]
+        {
+            omt::check(
+                {
+                    {"model", text}
+            },
+                options, omt::ReadOptions().withMim());
+        });
+}
+
+double checkRPR()
+{
+    return checkText(rprText());
+}
+
+template <int scale>
+double checkGenerated()
+{
+    return checkText(textOf(generatedPath(scale)));
+}
+
 // Octets in the place of seconds -----------------------------------------------------------------
 
 double octetsOfRPR()
@@ -202,12 +242,16 @@ std::vector<ratios::Ratio> ratios::modelEngineRatios()
     constexpr Work readLarger = readGenerated<10 * theScale>;
     constexpr Work writeSmaller = writeGenerated<theScale>;
     constexpr Work writeLarger = writeGenerated<10 * theScale>;
+    constexpr Work checkSmaller = checkGenerated<theScale>;
+    constexpr Work checkLarger = checkGenerated<10 * theScale>;
     return {
         {"model_read",         parseRPR,       readRPR,         theRPR       },
         {"model_growth",       readSmaller,    readLarger,      nullptr      },
         {"model_write",        dumpRPR,        writeRPR,        theRPR       },
         {"model_write_growth", writeSmaller,   writeLarger,     nullptr      },
         {"model_merge",        readAllModules, mergeAllModules, theModules[0]},
+        {"check",              compileRPR,     checkRPR,        theRPR       },
+        {"check_growth",       checkSmaller,   checkLarger,     nullptr      },
         {"model_memory",       octetsOfRPR,    octetsKept,      theRPR       },
         {"model_memory_peak",  octetsOfRPR,    octetsAtPeak,    theRPR       },
     };
