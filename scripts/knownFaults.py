@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Writes data/knownFaults.json: what omt check finds in published files, by their hashes.
+"""Writes what omt check finds in published files: data/knownFaults.json, by their hashes, and the
+list of it in docs/published-models.md.
 
     knownFaults.py OMT MODELS       OMT is the tool, MODELS the folder of published models
 
@@ -53,8 +54,34 @@ def main(tool, folder):
     rows = ",\n".join(f'"{key}": {json.dumps(entry, sort_keys=True)}'
                       for key, entry in sorted(files.items(), key=lambda item: item[1]["name"])
                       if entry["known"])
-    target = pathlib.Path(__file__).resolve().parent.parent / "data" / "knownFaults.json"
-    target.write_text(f'{{"files": {{\n{rows}\n}}}}\n')
+    root = pathlib.Path(__file__).resolve().parent.parent
+    (root / "data" / "knownFaults.json").write_text(f'{{"files": {{\n{rows}\n}}}}\n')
+    (root / "docs" / "published-models.md").write_text(page(files.values()))
+
+
+INTRODUCTION = """# What omt check finds in published models
+
+Each file is loaded with the modules that it needs and, but for the oldest formats, with the standard
+MIM; no lint is enabled. `omt check` knows these findings by the hashes of the files and shows them
+with `--all` only. [rules.md](rules.md) says what each rule is about. The page is written by
+`scripts/knownFaults.py`.
+
+| file | rule | findings | lines |
+| --- | --- | --- | --- |
+"""
+
+
+def page(files):
+    """A row for each rule that fires on a file, with the lines of the first few findings."""
+    most = 8
+    text = INTRODUCTION
+    for entry in sorted(files, key=lambda each: each["name"]):
+        for rule, lines in sorted(entry["known"].items()):
+            shown = ", ".join(map(str, lines[:most])) + (", ..." if len(lines) > most else "")
+            text += f"| {entry['name']} | {rule} | {len(lines)} | {shown} |\n"
+        if not entry["known"]:
+            text += f"| {entry['name']} | none | 0 | |\n"
+    return text
 
 
 main(sys.argv[1], pathlib.Path(sys.argv[2]).resolve())
