@@ -134,4 +134,35 @@ TEST_F(CheckTest, publishedFilesAreSilent)
     EXPECT_THAT(run("check " + folder + "/x2000/RPR2-D17.xml").err, IsEmpty());
 }
 
+TEST_F(CheckTest, schemasAreKnownByWhatTheyHold)
+{
+    const std::string schema =
+        R"(<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" elementFormDefault="qualified"
+ xmlns:m="http://standards.ieee.org/IEEE1516-2010"
+ targetNamespace="http://standards.ieee.org/IEEE1516-2010"><xs:element name="objectModel">
+<xs:complexType><xs:sequence><xs:any maxOccurs="9" processContents="lax"/></xs:sequence>
+</xs:complexType>KEYS</xs:element><xs:element name="modelIdentification" type="xs:int"/>
+</xs:schema>)";
+    const auto with = [&](const std::string& keys)
+    { return std::string(schema).replace(schema.find("KEYS"), 4, keys); };
+    const std::string key = R"(<xs:key name="K"><xs:selector xpath=".//m:simpleData"/><xs:field
+ xpath="m:name"/></xs:key>)";
+    write("a.xsd", with(""));
+    write("b.xsd", "<xs:schema");
+    write("c.xsd", with(key));
+    const std::string command = std::string("check base.xml another.xml --schema .") + theQuiet;
+    EXPECT_THAT(run(command).err, HasSubstr(".: error: the folder holds no OMT schema of 1516-2010 "
+                                            "that can be read [omt-schema]"));
+    // What the whole set lacks is said where it was read, but for NA.
+    write("d.xsd", with(R"(<xs:key name="datatypes"><xs:selector xpath=".//m:simpleData"/>
+<xs:field xpath="m:name"/></xs:key><xs:keyref name="R" refer="m:datatypes"><xs:selector
+ xpath=".//m:attribute/m:dataType"/><xs:field xpath="."/></xs:keyref>)"));
+    const std::string err = run(command).err;
+    EXPECT_THAT(err, HasSubstr("base.xml:1: error: Element 'modelIdentification': "));
+    EXPECT_THAT(err, HasSubstr("another.xml:6: error: Element 'dataType': No match found for "
+                               "key-sequence ['EpochTime'] of keyref 'R' [omt-schema]"));
+    EXPECT_THAT(err, testing::Not(HasSubstr("'NA'")));
+    EXPECT_EQ(run("check base.xml --schema none").status, 1);
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 #include "checkSet.h"
 #include "findingReport.h"
 #include "outputFile.h"
+#include "schemaCheck.h"
 
 #include <algorithm>
 #include <iterator>
@@ -27,6 +28,7 @@ struct CheckChoice
     bool showsAll = false;
     std::string baseline;
     std::string newBaseline;
+    std::string schemas;
 };
 
 void append(std::vector<std::string>& list, const std::vector<std::string>& more)
@@ -59,6 +61,11 @@ omt::Findings findingsOf(const CheckChoice& choice, const CheckedSet& set)
     if (choice.withMim || set.withMim) models.insert(models.begin(), omt::readMim(models));
     omt::Findings more = omt::check(models, options);
     std::move(more.begin(), more.end(), std::back_inserter(findings));
+    if (!choice.schemas.empty())
+    {
+        more = checkBySchemas(set, choice.schemas);
+        std::move(more.begin(), more.end(), std::back_inserter(findings));
+    }
 
     const auto place = [&](const omt::Finding& finding)
     {
@@ -145,6 +152,11 @@ void addRuleOptions(CLI::App& command, CheckChoice& choice)
         .add_option("--baseline", choice.baseline,
                     "Do not show what this file lists; it was made by --write-baseline")
         ->type_name("FILE");
+    command
+        .add_option("--schema", choice.schemas,
+                    "Validate each file by the DIF schema of its edition, and the whole set with "
+                    "the standard MIM by the OMT schema; the folder holds these schemas")
+        ->type_name("FOLDER");
     command
         .add_option("--write-baseline", choice.newBaseline,
                     "Write what is found to a file, as known from now on, and show nothing")

@@ -39,10 +39,12 @@ void addFile(CheckedSet& set, const std::string& name, bool isNamed)
     }
     omt::Findings findings;
     omt::Model model = omt::readModule({name, content}, findings);
+    const std::string hash = sha256(content);
     for (omt::Finding& finding : findings)
         if (!isNamed && finding.name == "no-object-model") finding.severity = omt::Severity::note;
     std::move(findings.begin(), findings.end(), std::back_inserter(set.findings));
-    if (!model.modules().empty()) set.files.push_back({name, sha256(content), std::move(model)});
+    if (!model.modules().empty())
+        set.files.push_back({name, hash, std::move(model), std::move(content)});
 }
 
 bool isModelName(const fs::path& path)

@@ -15,6 +15,8 @@ struct CheckedFile
     /// SHA-256 of what it holds, in hexadecimal.
     std::string hash;
     omt::Model model;
+    /// What it holds.
+    std::string content;
 };
 
 /// What is looked at together, and how.

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace omt
 {
@@ -165,10 +166,42 @@ void appendXmlComment(std::string& out, std::string_view text)
     append(out, text, theComment);
 }
 
+bool isPlainXml(std::string_view text)
+{
+    // Eight octets at a time: each bit at the top of one says that there is something odd.
+    constexpr std::uint64_t theOnes = 0x0101010101010101;
+    constexpr std::uint64_t theTops = 0x8080808080808080;
+    constexpr auto hasZero = [](std::uint64_t octets) { return (octets - theOnes) & ~octets; };
+    std::size_t at = 0;
+    for (; text.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t))
+    {
+        std::uint64_t octets = 0;
+        std::memcpy(&octets, text.data() + at, sizeof octets);
+        // Octets below 0x20 or above 0x7F; & is 0x26, < and > are 0x3C and 0x3E.
+        const std::uint64_t odd = octets | (octets - 0x20 * theOnes) |
+                                  hasZero(octets ^ (0x26 * theOnes)) |
+                                  hasZero((octets | (0x02 * theOnes)) ^ (0x3E * theOnes));
+        if ((odd & theTops) != 0) return false;
+    }
+    for (; at < text.size(); ++at)
+        if ((theClasses[static_cast<unsigned char>(text[at])] & theContent) != 0) return false;
+    return true;
+}
+
 bool isXmlName(std::string_view text)
 {
     if (text.empty()) return false;
     bool isFirst = true;
+    if ((theClasses[static_cast<unsigned char>(text.front())] & theNameStart) != 0)
+    {
+        std::size_t at = 1;
+        while (at < text.size() &&
+               (theClasses[static_cast<unsigned char>(text[at])] & theNamePart) != 0)
+            ++at;
+        if (at == text.size()) return true;
+        text.remove_prefix(at);
+        isFirst = false;
+    }
     while (!text.empty())
     {
         const auto octet = static_cast<unsigned char>(text.front());

@@ -18,6 +18,9 @@ void appendXmlValue(std::string& out, std::string_view text);
 /// The same between the delimiters of a comment; two hyphens are parted by a blank.
 void appendXmlComment(std::string& out, std::string_view text);
 
+/// Whether a text stands in the content of an element as it is; false for some that do.
+bool isPlainXml(std::string_view text);
+
 /// Whether a text may be the name of an element or attribute, or of a definition: an XML name
 /// without colon (NCName).
 bool isXmlName(std::string_view text);

@@ -7,6 +7,7 @@
 #include "omt/model/schemaValues.h"
 
 #include <algorithm>
+#include <numeric>
 #include <type_traits>
 #include <utility>
 
@@ -116,17 +117,26 @@ bool Fitting::fitDefinition(Definition& definition, Kind kind)
 bool Fitting::fitTexts(Definition& definition, Kind kind, const Row& row)
 {
     const List<Text>& texts = definition.*row.someTexts;
-    std::vector<Text> fitted;
-    std::vector<std::uint32_t> places;
-    bool isChanged = false;
-    for (const Text& each : std::as_const(texts))
+    std::size_t i = 0;
+    Text text;
+    const auto fitNext = [&]
     {
-        Text text = each;
-        isChanged = fitText(definition, kind, row, text) || isChanged;
+        text = texts[i];
+        return fitText(definition, kind, row, text);
+    };
+    // Nearly all lists stay as they are, without a copy.
+    while (i < texts.size() && !fitNext()) ++i;
+    if (i == texts.size()) return false;
+    std::vector<Text> fitted(texts.begin(), texts.begin() + i);
+    std::vector<std::uint32_t> places(i);
+    std::iota(places.begin(), places.end(), 0U);
+    for (;;)
+    {
         places.push_back(text.isThere() ? static_cast<std::uint32_t>(fitted.size()) : theNoPlace);
         if (text.isThere()) fitted.push_back(text);
+        if (++i == texts.size()) break;
+        fitNext();
     }
-    if (!isChanged) return false;
     if (fitted.size() != places.size()) moveItems(definition, kind, row, places);
     definition.*row.someTexts = fitted.empty() ? List<Text>() : myBuilder.list(fitted);
     return true;

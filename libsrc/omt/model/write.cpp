@@ -14,13 +14,16 @@ Writing writeXml(const Model& model, Edition edition, const WriteOptions& option
     if (edition != Edition::ieee2010 && edition != Edition::ieee2025)
         throw std::invalid_argument("writeXml writes 1516-2010 and 1516-2025");
     Writing writing;
-    if (options.isAsRead)
+    const auto write = [&](const Tables& tables)
     {
-        XmlWriter(writing.text, model.tables(), edition).write();
-        return writing;
-    }
-    Fitting fitting(model, edition, writing.findings);
-    XmlWriter(writing.text, fitting.fit(), edition).write();
+        XmlWriter writer(writing.text, tables, edition, options.hasOrigins);
+        writer.write();
+        if (options.hasOrigins) writing.origins = writer.origins(writing.text);
+    };
+    if (options.isAsRead)
+        write(model.tables());
+    else
+        write(Fitting(model, edition, writing.findings).fit());
     return writing;
 }
 

@@ -4,7 +4,9 @@
 
 #include "omt/model/model.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace omt
 {
@@ -19,7 +21,24 @@ struct WriteOptions
         return *this;
     }
 
+    /// Gives the origin of each line that is written.
+    WriteOptions& withOrigins(bool isWanted = true)
+    {
+        hasOrigins = isWanted;
+        return *this;
+    }
+
     bool isAsRead = false;
+    bool hasOrigins = false;
+};
+
+/// Where a line of a written document was read.
+struct LineOrigin
+{
+    /// An index of Model::modules().
+    std::uint32_t module = 0;
+    /// From 1; 0 for a line that no document has.
+    std::uint32_t line = 0;
 };
 
 /// What came of writing.
@@ -30,6 +49,8 @@ struct Writing
     /// What is lost, and what was made because the edition asks for it: a name, a label, a date.
     /// Each with the place that it was read from.
     Findings findings;
+    /// For each line of the text, where it was wanted, the origin of the element that it begins.
+    std::vector<LineOrigin> origins = {};
 };
 
 /// Writes all modules of a model as one document that the DIF schema of the edition, 2010 or 2025,

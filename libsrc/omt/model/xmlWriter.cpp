@@ -28,6 +28,7 @@ bool isBefore(const Aside* left, const Aside* right)
 std::string_view trimmed(std::string_view text)
 {
     constexpr std::string_view theBlanks = " \t\r\n";
+    if (!text.empty() && text.front() > ' ' && text.back() > ' ') return text;
     const std::size_t first = text.find_first_not_of(theBlanks);
     if (first == std::string_view::npos) return {};
     return text.substr(first, text.find_last_not_of(theBlanks) - first + 1);
@@ -82,7 +83,7 @@ void XmlWriter::write()
     writeProperties(identification, Kind::identification);
     const bool isEmpty = myOut.size() == mark && identification.asides.empty();
     close(identification, "modelIdentification", mark);
-    if (isEmpty) myOut.resize(before);
+    if (isEmpty) myOut.cut(before);
     const std::span<const TableWord> tables = XmlWords::tables();
     for (std::uint8_t i = 1; i < tables.size(); ++i)
         if (tables[i].parent == 0) writeTable(i);
@@ -93,6 +94,7 @@ void XmlWriter::write()
     pickAsides(Aside::theEnd, 0);
     writeComments(myPicked);
     myOut += "</objectModel>\n";
+    myOut.finish();
 }
 
 /// The XML declaration, comments before the root, and its start tag.
@@ -305,6 +307,8 @@ std::size_t XmlWriter::open(const Definition& definition, Kind kind, std::string
         pickAsides(Aside::theWhole, 0);
         writeComments(myPicked);
     }
+    myModule = definition.module;
+    mark(definition.line);
     indent();
     myOut += '<';
     myOut += word;
@@ -314,7 +318,7 @@ std::size_t XmlWriter::open(const Definition& definition, Kind kind, std::string
         myOut += ' ';
         myOut += wordOf(row, word);
         myOut += "=\"";
-        appendXmlValue(myOut, definition.*row.oneText);
+        writeValue(definition.*row.oneText);
         myOut += '"';
     }
     if (hasAsides) writeAsideAttributes(myPicked);
@@ -342,7 +346,7 @@ void XmlWriter::close(std::string_view word, std::size_t mark)
     --myDepth;
     if (myOut.size() == mark)
     {
-        myOut.resize(mark - 2);
+        myOut.cut(mark - 2);
         myOut += "/>\n";
         return;
     }
@@ -355,6 +359,7 @@ void XmlWriter::close(std::string_view word, std::size_t mark)
 void XmlWriter::writeProperties(const Definition& definition, Kind kind)
 {
     const std::span<const Row> rows = rowsOf(kind);
+    myModule = definition.module;
     myAll.clear();
     collectAsides(definition);
     for (std::uint8_t i = 0; i < rows.size(); ++i)
@@ -363,6 +368,7 @@ void XmlWriter::writeProperties(const Definition& definition, Kind kind)
         if (row.form == Row::Form::parts)
         {
             writeParts(definition, row, wordOf(row));
+            myModule = definition.module;
             myAll.clear();
             collectAsides(definition);
         }
@@ -370,7 +376,7 @@ void XmlWriter::writeProperties(const Definition& definition, Kind kind)
         {
             if ((definition.*row.oneText).empty()) continue;
             indent();
-            appendXmlContent(myOut, definition.*row.oneText);
+            writeContent(definition.*row.oneText);
             myOut += '\n';
         }
         else if (!row.isXmlAttribute)
@@ -418,6 +424,7 @@ void XmlWriter::writeText(const Row& row, const Text& text, std::uint8_t index, 
         pickAsides(index, item);
         writeComments(myPicked);
     }
+    mark(text.line());
     indent();
     myOut += '<';
     myOut += word;
@@ -425,14 +432,14 @@ void XmlWriter::writeText(const Row& row, const Text& text, std::uint8_t index, 
     if (hasAsides) writeAsideAttributes(myPicked);
     const std::size_t mark = myOut.size();
     myOut += '>';
-    appendXmlContent(myOut, trimmed(text));
+    writeContent(trimmed(text));
     if (hasAsides)
         for (const Aside* aside : myPicked)
             if (aside->what == Aside::What::element && !isRepeated(*aside, row))
                 myOut += aside->text;
     if (myOut.size() == mark + 1)
     {
-        myOut.resize(mark);
+        myOut.cut(mark);
         myOut += "/>\n";
         return;
     }
@@ -522,7 +529,9 @@ void XmlWriter::writeComments(const Asides& asides)
         if (aside->what != Aside::What::comment) continue;
         indent();
         myOut += "<!--";
-        appendXmlComment(myOut, aside->text);
+        std::string comment;
+        appendXmlComment(comment, aside->text);
+        myOut += comment;
         myOut += "-->\n";
     }
 }
@@ -537,7 +546,7 @@ void XmlWriter::writeAsideAttributes(const Asides& asides)
         myOut += !isFirst                         ? " "
                  : myEdition == Edition::ieee2025 ? " noteReferences=\""
                                                   : " notes=\"";
-        appendXmlValue(myOut, aside->text);
+        writeValue(aside->text);
         isFirst = false;
     }
     if (!isFirst) myOut += '"';
@@ -545,7 +554,7 @@ void XmlWriter::writeAsideAttributes(const Asides& asides)
     {
         if (aside->what != Aside::What::attribute) continue;
         ((myOut += ' ') += aside->name) += "=\"";
-        appendXmlValue(myOut, aside->text);
+        writeValue(aside->text);
         myOut += '"';
     }
 }
@@ -562,7 +571,7 @@ void XmlWriter::writeLine(const Aside& aside)
 {
     indent();
     if (aside.what == Aside::What::text)
-        appendXmlContent(myOut, aside.text);
+        writeContent(aside.text);
     else
         writeElement(aside.text);
     myOut += '\n';
@@ -583,11 +592,60 @@ void XmlWriter::writeElement(std::string_view xml)
     myOut += xml;
 }
 
+void XmlWriter::writeContent(std::string_view text)
+{
+    if (isPlainXml(text))
+    {
+        myOut += text;
+        return;
+    }
+    std::string content;
+    appendXmlContent(content, text);
+    myOut += content;
+}
+
+void XmlWriter::writeValue(std::string_view text)
+{
+    std::string value;
+    appendXmlValue(value, text);
+    myOut += value;
+}
+
+void XmlWriter::mark(std::uint32_t line)
+{
+    if (myHasOrigins)
+        myMarks.push_back({
+            myOut.size(), {myModule, line}
+        });
+}
+
+std::vector<LineOrigin> XmlWriter::origins(std::string_view text) const
+{
+    std::vector<LineOrigin> origins(
+        static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+    std::size_t line = 0;
+    std::size_t at = 0;
+    for (const Mark& mark : myMarks)
+    {
+        // Of an identification that turned out to be empty nothing is written.
+        if (mark.offset < at || mark.offset >= text.size()) continue;
+        line += static_cast<std::size_t>(
+            std::count(text.begin() + static_cast<std::ptrdiff_t>(at),
+                       text.begin() + static_cast<std::ptrdiff_t>(mark.offset), '\n'));
+        at = mark.offset;
+        origins[line] = mark.origin;
+    }
+    return origins;
+}
+
 void XmlWriter::indent()
 {
     // Classes nest as deep as a document says; past this no line moves further to the right.
-    constexpr std::uint32_t theDeepest = 40;
-    myOut.append(std::size_t{2} * std::min(myDepth, theDeepest), ' ');
+    constexpr std::size_t theDeepest = 40;
+    static constexpr std::string_view theBlanks =
+        "                                                                                ";
+    static_assert(theBlanks.size() == 2 * theDeepest);
+    myOut += theBlanks.substr(0, 2 * std::min<std::size_t>(myDepth, theDeepest));
 }
 
 }  // namespace omt

@@ -2,8 +2,10 @@
 // XmlWriter writes tables of definitions as an XML document, by the rows that also read it.
 #pragma once
 
+#include "omt/base/growingText.h"
 #include "omt/model/model.h"
 #include "omt/model/rows.h"
+#include "omt/model/write.h"
 
 #include <cstdint>
 #include <string>
@@ -24,12 +26,15 @@ class XmlWriter
 public:
     /// Appends to `out`. A property that the edition has no word for is written by the word of the
     /// other edition of XML that has one, so that nothing is dropped here.
-    XmlWriter(std::string& out, const Tables& tables, Edition edition)
-        : myOut(out), myTables(tables), myEdition(edition)
+    XmlWriter(std::string& out, const Tables& tables, Edition edition, bool hasOrigins = false)
+        : myOut(out), myTables(tables), myEdition(edition), myHasOrigins(hasOrigins)
     {
     }
 
     void write();
+
+    /// The origin of each line of the text that was written.
+    std::vector<LineOrigin> origins(std::string_view text) const;
 
 private:
     /// Asides that belong to one element, in the order of the document.
@@ -67,12 +72,26 @@ private:
     void writeInner(const Asides& asides);
     void writeLine(const Aside& aside);
     void writeElement(std::string_view xml);
+    void writeContent(std::string_view text);
+    void writeValue(std::string_view text);
+    void mark(std::uint32_t line);
     void indent();
 
-    std::string& myOut;
+    /// The element that begins at an offset.
+    struct Mark
+    {
+        std::size_t offset;
+        LineOrigin origin;
+    };
+
+    GrowingText myOut;
     const Tables& myTables;
     Edition myEdition;
+    bool myHasOrigins;
     std::uint32_t myDepth = 0;
+    /// The module whose properties are being written.
+    std::uint32_t myModule = 0;
+    std::vector<Mark> myMarks;
     /// The asides of the definition that is being written, by property and item; those of one
     /// element, picked from them.
     Asides myAll;
