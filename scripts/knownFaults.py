@@ -84,4 +84,4 @@ def page(files):
     return text
 
 
-main(sys.argv[1], pathlib.Path(sys.argv[2]).resolve())
+main(pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve())
