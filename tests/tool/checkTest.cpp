@@ -142,6 +142,7 @@ TEST_F(CheckTest, schemasAreKnownByWhatTheyHold)
  targetNamespace="http://standards.ieee.org/IEEE1516-2010"><xs:element name="objectModel">
 <xs:complexType><xs:sequence><xs:any maxOccurs="9" processContents="lax"/></xs:sequence>
 </xs:complexType>KEYS</xs:element><xs:element name="modelIdentification" type="xs:int"/>
+<xs:element name="name" type="xs:string"/><xs:element name="dataType" type="xs:string"/>
 </xs:schema>)";
     const auto with = [&](const std::string& keys)
     { return std::string(schema).replace(schema.find("KEYS"), 4, keys); };
