@@ -2,9 +2,9 @@
 #include "omt/model/xmlReader.h"
 
 #include "omt/model/compare.h"
+#include "omt/model/xmlEdition.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <iterator>
 #include <utility>
@@ -15,8 +15,6 @@ namespace omt
 namespace
 {
 
-constexpr std::string_view theNamespace2010 = "http://standards.ieee.org/IEEE1516-2010";
-constexpr std::string_view theNamespace2025 = "http://standards.ieee.org/IEEE1516-2025";
 /// After all rows.
 constexpr std::uint8_t theLastPlace = 250;
 
@@ -39,11 +37,6 @@ std::string_view trimmed(std::string_view text)
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
     return text;
-}
-
-bool holds(std::string_view text, std::string_view piece)
-{
-    return text.find(piece) != std::string_view::npos;
 }
 
 /// The default namespace is that of the edition; what prefixes stand for is kept.
@@ -77,58 +70,6 @@ bool isNamedByElement(Kind kind)
            kind == Kind::switchSetting;
 }
 
-template <typename T>
-std::uint32_t sizeOf(const std::vector<T>& stack)
-{
-    return static_cast<std::uint32_t>(stack.size());
-}
-
-/// The values of a stack from a mark on, as a list; they leave the stack.
-template <typename T>
-List<T> popped(ModelBuilder& builder, std::vector<T>& stack, std::uint32_t mark)
-{
-    const List<T> list = builder.list(stack.data() + mark, stack.size() - mark);
-    stack.erase(stack.begin() + mark, stack.end());
-    return list;
-}
-
-/// What an edition without a namespace is written in, by words that only one of them has.
-Edition editionByContent(std::string_view text)
-{
-    if (!holds(text, "<modelIdentification") && !holds(text, "<name")) return Edition::ieee2000;
-    for (const std::string_view word :
-         {"<referenceDataTypes", "<directedInteraction", "<valueRequired", "<inputDataTypes",
-          "<logicalTime", "noteReferences="})
-        if (holds(text, word)) return Edition::ieee2025;
-    return Edition::ieee2010;
-}
-
-/// The year in a namespace, the last one; 0 where there is none.
-unsigned yearIn(std::string_view namespaceName)
-{
-    unsigned year = 0;
-    for (std::size_t at = namespaceName.find("20"); at != std::string_view::npos;
-         at = namespaceName.find("20", at + 1))
-    {
-        const char* const digits = namespaceName.data() + at;
-        const char* const end = digits + std::min<std::size_t>(4, namespaceName.size() - at);
-        unsigned number = 0;
-        if (std::from_chars(digits, end, number).ptr == digits + 4) year = number;
-    }
-    return year;
-}
-
-/// The edition nearest to a namespace that is none of an edition. One of 1516-2000 has no namespace
-/// of its own and is known by its XML attributes.
-Edition nearestEdition(std::string_view namespaceName, std::string_view text)
-{
-    const Edition edition = editionByContent(text);
-    if (edition == Edition::ieee2000 && holds(text, " name=")) return edition;
-    const unsigned year = yearIn(namespaceName);
-    if (year == 0) return edition == Edition::ieee2000 ? Edition::ieee2010 : edition;
-    return year < 2025 ? Edition::ieee2010 : Edition::ieee2025;
-}
-
 }  // namespace
 
 XmlReader::XmlReader(std::string_view name, std::string_view text, ModelBuilder& builder,
@@ -136,6 +77,7 @@ XmlReader::XmlReader(std::string_view name, std::string_view text, ModelBuilder&
     : myName(name),
       myParser(text, *this),
       myBuilder(builder),
+      myOpen(builder),
       myFindings(findings),
       myWords(XmlWords::instance())
 {
@@ -153,12 +95,7 @@ bool XmlReader::read()
     }
     attachComments(Aside::theEnd);
     finishDefinition(myFrames.back());
-    Module& module = myBuilder.tables().modules[myModule];
-    module.identification.keywords = myBuilder.list(myKeywords);
-    module.identification.contacts = myBuilder.list(myContacts);
-    module.identification.references = myBuilder.list(myReferences);
-    module.identification.glyphs = myBuilder.list(myGlyphs);
-    module.sections = myBuilder.list(mySections);
+    myOpen.finish(myBuilder.tables().modules[myModule]);
     return true;
 }
 
@@ -181,132 +118,23 @@ XmlReader::Frame& XmlReader::owner()
     return *frame;
 }
 
-Definition& XmlReader::definitionOf(const Frame& frame)
+XmlReader::Frame& XmlReader::pushDefinition(const OpenDefinition& open, std::uint32_t line)
 {
-    if (frame.fixed) return *frame.fixed;
-    if (frame.kind == Kind::objectClass) return myBuilder.tables().objectClasses[frame.place];
-    if (frame.kind == Kind::interactionClass)
-        return myBuilder.tables().interactionClasses[frame.place];
-    return mySections[frame.place];
-}
-
-XmlReader::Frame& XmlReader::pushDefinition(Kind kind, std::uint32_t line)
-{
-    Frame frame;
-    frame.mode = kind == Kind::section ? Mode::table : Mode::definition;
-    frame.kind = kind;
+    Frame frame{open};
+    frame.mode = open.kind == Kind::section ? Mode::table : Mode::definition;
     frame.line = line;
-    frame.fixed = addDefinition(kind, frame);
-    frame.asides = sizeOf(myAsides);
-    frame.texts = sizeOf(myTexts);
+    frame.asides = static_cast<std::uint32_t>(myAsides.size());
+    frame.texts = static_cast<std::uint32_t>(myTexts.size());
     myFrames.push_back(frame);
-    Definition& definition = definitionOf(frame);
+    Definition& definition = myOpen.definition(frame);
     definition.module = myModule;
     definition.line = line;
     attachComments(Aside::theWhole);
     return myFrames.back();
 }
 
-/// Makes the definition where it stays until it is finished; null where its place is in the frame.
-Definition* XmlReader::addDefinition(Kind kind, Frame& frame)
-{
-    Tables& tables = myBuilder.tables();
-    const auto addTo = [](auto& stack) -> Definition* { return &stack.emplace_back(); };
-    switch (kind)
-    {
-        case Kind::identification:
-            return &tables.modules[myModule].identification;
-        case Kind::keyword:
-            return addTo(myKeywords);
-        case Kind::contact:
-            return addTo(myContacts);
-        case Kind::reference:
-            return addTo(myReferences);
-        case Kind::glyph:
-            return addTo(myGlyphs);
-        case Kind::service:
-            return addTo(tables.services);
-        case Kind::objectClass:
-            frame.place = sizeOf(tables.objectClasses);
-            frame.members = sizeOf(myAttributes);
-            frame.directed = sizeOf(myDirected);
-            tables.objectClasses.emplace_back().parent = std::exchange(myObjectClass, frame.place);
-            return nullptr;
-        case Kind::directedInteraction:
-            return addTo(myDirected);
-        case Kind::attribute:
-            return addTo(myAttributes);
-        case Kind::interactionClass:
-            frame.place = sizeOf(tables.interactionClasses);
-            frame.members = sizeOf(myParameters);
-            tables.interactionClasses.emplace_back().parent =
-                std::exchange(myInteractionClass, frame.place);
-            return nullptr;
-        case Kind::parameter:
-            return addTo(myParameters);
-        case Kind::dimension:
-            return addTo(tables.dimensions);
-        case Kind::time:
-            return addTo(tables.times);
-        case Kind::tag:
-            return addTo(tables.tags);
-        case Kind::synchronizationPoint:
-            return addTo(tables.synchronizationPoints);
-        case Kind::transportation:
-            return addTo(tables.transportations);
-        case Kind::switchSetting:
-            return addTo(tables.switches);
-        case Kind::updateRate:
-            return addTo(tables.updateRates);
-        case Kind::basicData:
-            return addTo(tables.basicData);
-        case Kind::simpleData:
-            return addTo(tables.simpleData);
-        case Kind::referenceData:
-            return addTo(tables.referenceData);
-        case Kind::enumeratedData:
-            return addTo(tables.enumeratedData);
-        case Kind::enumerator:
-            return addTo(myEnumerators);
-        case Kind::arrayData:
-            return addTo(tables.arrayData);
-        case Kind::fixedRecord:
-            return addTo(tables.fixedRecords);
-        case Kind::field:
-            return addTo(myFields);
-        case Kind::variantRecord:
-            return addTo(tables.variantRecords);
-        case Kind::alternative:
-            return addTo(myAlternatives);
-        case Kind::note:
-            return addTo(tables.notes);
-        case Kind::complexRecord:
-        case Kind::component:
-        case Kind::routingSpace:
-        case Kind::routingDimension:
-        case Kind::section:
-            break;
-    }
-    frame.place = sizeOf(mySections);
-    mySections.emplace_back();
-    return nullptr;
-}
-
 // Starts
 // --------------------------------------------------------------------------------------------
-
-Edition XmlReader::editionOf(std::string_view namespaceName, std::uint32_t line)
-{
-    if (namespaceName == theNamespace2010) return Edition::ieee2010;
-    if (namespaceName == theNamespace2025) return Edition::ieee2025;
-    if (namespaceName.empty()) return editionByContent(myParser.text());
-    const Edition edition = nearestEdition(namespaceName, myParser.text());
-    report(Severity::warning, "unknown-namespace",
-           "the namespace `" + std::string(namespaceName) + "` is none of an edition; read as " +
-               std::string(nameOf(edition)),
-           line);
-    return edition;
-}
 
 bool XmlReader::startRoot(const XmlElement& root, std::string_view namespaceName)
 {
@@ -321,10 +149,16 @@ bool XmlReader::startRoot(const XmlElement& root, std::string_view namespaceName
         isRefused = true;
         return false;
     }
-    myEdition = editionOf(namespaceName, root.line);
+    const DocumentEdition document = editionOfDocument(namespaceName, myParser.text());
+    myEdition = document.edition;
+    if (!document.isKnown)
+        report(Severity::warning, "unknown-namespace",
+               "the namespace `" + std::string(namespaceName) +
+                   "` is none of an edition; read as " + std::string(nameOf(myEdition)),
+               root.line);
     myModule = myBuilder.addModule(myName, myEdition);
     myBuilder.tables().modules[myModule].identification.line = root.line;
-    pushDefinition(Kind::section, root.line);
+    pushDefinition(myOpen.start(Kind::section, myModule), root.line);
     readRootAttributes(root);
     return true;
 }
@@ -378,17 +212,17 @@ void XmlReader::startInTable(const XmlElement& element)
 void XmlReader::startTable(std::uint8_t table, const XmlElement& element)
 {
     checkTable(table, element);
-    Frame& frame = pushDefinition(Kind::section, element.line);
+    Frame& frame = pushDefinition(myOpen.start(Kind::section, myModule), element.line);
     frame.index = table;
-    definitionOf(frame).name = Text(XmlWords::tables()[table].path, element.line);
+    myOpen.definition(frame).name = Text(XmlWords::tables()[table].path, element.line);
     readAttributes(element);
 }
 
 void XmlReader::startDefinition(Kind kind, const XmlElement& element)
 {
-    Frame& frame = pushDefinition(kind, element.line);
+    Frame& frame = pushDefinition(myOpen.start(kind, myModule), element.line);
     if (isNamedByElement(kind))
-        definitionOf(frame).name = myBuilder.text(element.name, element.line);
+        myOpen.definition(frame).name = myBuilder.text(element.name, element.line);
     if (*element.attributes) readAttributes(element);
 }
 
@@ -434,7 +268,7 @@ void XmlReader::startProperty(Mode mode, std::uint8_t row, const XmlElement& ele
 {
     const Frame& around = owner();
     const Row& property = rowsOf(around.kind)[row];
-    if (property.oneText && (definitionOf(around).*property.oneText).isThere())
+    if (property.oneText && (myOpen.definition(around).*property.oneText).isThere())
     {
         startUnknown(element);
         myFrames.back().kind = around.kind;
@@ -495,9 +329,9 @@ void XmlReader::readAttribute(Kind kind, std::string_view name, std::string_view
 {
     Frame& frame = myFrames.back();
     const std::uint8_t row = myWords.attribute(kind, myEdition, myWords.number(name));
-    if (row != XmlWords::theNone) return setText(kind, row, definitionOf(frame), value, line);
+    if (row != XmlWords::theNone) return setText(kind, row, myOpen.definition(frame), value, line);
     if (kind == Kind::switchSetting && name == "resignAction")
-        return setText(kind, 0, definitionOf(frame), value, line);
+        return setText(kind, 0, myOpen.definition(frame), value, line);
     if (isNotes(name)) return addAside(Aside::What::notes, Aside::theWhole, {}, value, line);
     const std::uint8_t noted =
         myEdition == Edition::ieee2000 ? noteRow(kind, name) : XmlWords::theNone;
@@ -550,21 +384,7 @@ void XmlReader::readRootAttributes(const XmlElement& root)
             continue;
         }
         // One contact and one reference take all that is said of them.
-        const bool isThere = (owner == Kind::contact && !myContacts.empty()) ||
-                             (owner == Kind::reference && !myReferences.empty());
-        Frame frame;
-        if (isThere)
-        {
-            frame.mode = Mode::definition;
-            frame.kind = owner;
-            frame.fixed = owner == Kind::contact ? static_cast<Definition*>(&myContacts.back())
-                                                 : &myReferences.back();
-            frame.asides = sizeOf(myAsides);
-            frame.texts = sizeOf(myTexts);
-            myFrames.push_back(frame);
-        }
-        else
-            pushDefinition(owner, root.line);
+        pushDefinition(myOpen.startOrGoOn(owner, myModule), root.line);
         readAttribute(owner, name, at[1], root.line);
         finishDefinition(myFrames.back());
         myFrames.pop_back();
@@ -605,7 +425,7 @@ void XmlReader::endElement(std::size_t end)
     {
         attachComments(frame.index, Aside::theAround);
         // A list that is there without texts is kept apart from one that is not.
-        List<Text>& list = definitionOf(owner()).*rowsOf(frame.kind)[frame.index].someTexts;
+        List<Text>& list = myOpen.definition(owner()).*rowsOf(frame.kind)[frame.index].someTexts;
         if (!list.isThere()) list = List<Text>(myBuilder.list(std::vector<Text>(1)).begin(), 0);
         myFrames.pop_back();
         return;
@@ -619,7 +439,7 @@ void XmlReader::endElement(std::size_t end)
 void XmlReader::endProperty(const Frame& frame)
 {
     myFrames.pop_back();
-    Definition& definition = definitionOf(owner());
+    Definition& definition = myOpen.definition(owner());
     setText(frame.kind, frame.index, definition, myText, frame.line);
     myText.clear();
 }
@@ -651,8 +471,8 @@ std::string XmlReader::declaredText(std::string_view xml) const
     for (auto known = myParser.prefixes().rbegin(); known != myParser.prefixes().rend(); ++known)
     {
         const std::string declaration = "xmlns:" + known->prefix + "=";
-        if (known->prefix.empty() || !holds(xml, known->prefix + ":") ||
-            holds(text.substr(0, text.find('>')), declaration))
+        if (known->prefix.empty() || xml.find(known->prefix + ":") == std::string_view::npos ||
+            text.substr(0, text.find('>')).find(declaration) != std::string_view::npos)
             continue;
         std::string value;
         for (const char c : known->name)
@@ -715,7 +535,7 @@ void XmlReader::endUnknown(const Frame& frame, std::size_t end)
     {
         report(Severity::warning, "repeated-property",
                "`" + std::string(rowsOf(frame.kind)[frame.index].key) + "` of " +
-                   std::string(nameOf(frame.kind)) + " `" + definitionOf(owner()).name.str() +
+                   std::string(nameOf(frame.kind)) + " `" + myOpen.definition(owner()).name.str() +
                    "` is there twice; the first counts",
                frame.line);
         return addAside(Aside::What::element, frame.index, name, declaredText(xml), frame.line);
@@ -736,9 +556,9 @@ void XmlReader::endUnknown(const Frame& frame, std::size_t end)
 
 void XmlReader::finishDefinition(const Frame& frame)
 {
-    Definition& definition = definitionOf(frame);
+    Definition& definition = myOpen.definition(frame);
     finishTexts(frame, definition);
-    finishParts(frame, definition);
+    myOpen.finish(frame);
     if (myAsides.size() == frame.asides) return;
     std::vector<Aside> all(definition.asides.begin(), definition.asides.end());
     all.insert(all.end(), myAsides.begin() + frame.asides, myAsides.end());
@@ -760,42 +580,6 @@ void XmlReader::finishTexts(const Frame& frame, Definition& definition)
         if (!mySome.empty()) list = myBuilder.list(mySome);
     }
     myTexts.erase(myTexts.begin() + frame.texts, myTexts.end());
-}
-
-/// Hands a definition the parts that were read within it.
-void XmlReader::finishParts(const Frame& frame, Definition& definition)
-{
-    switch (frame.kind)
-    {
-        case Kind::objectClass:
-        {
-            auto& node = static_cast<ObjectClass&>(definition);
-            node.attributes = popped(myBuilder, myAttributes, frame.members);
-            node.directedInteractions = popped(myBuilder, myDirected, frame.directed);
-            myObjectClass = node.parent;
-            break;
-        }
-        case Kind::interactionClass:
-        {
-            auto& node = static_cast<InteractionClass&>(definition);
-            node.parameters = popped(myBuilder, myParameters, frame.members);
-            myInteractionClass = node.parent;
-            break;
-        }
-        case Kind::enumeratedData:
-            static_cast<EnumeratedData&>(definition).enumerators =
-                popped(myBuilder, myEnumerators, 0);
-            break;
-        case Kind::fixedRecord:
-            static_cast<FixedRecord&>(definition).fields = popped(myBuilder, myFields, 0);
-            break;
-        case Kind::variantRecord:
-            static_cast<VariantRecord&>(definition).alternatives =
-                popped(myBuilder, myAlternatives, 0);
-            break;
-        default:
-            break;
-    }
 }
 
 // Texts and comments
@@ -832,7 +616,7 @@ void XmlReader::attachStray()
     const std::string_view text = trimmed(myText);
     if (frame.kind == Kind::glyph && frame.mode == Mode::definition)
     {
-        auto& content = static_cast<Glyph&>(definitionOf(frame)).content;
+        auto& content = static_cast<Glyph&>(myOpen.definition(frame)).content;
         content = myBuilder.text(content.str() + std::string(text), myStrayLine);
     }
     else

@@ -2,7 +2,7 @@
 // XmlReader builds the definitions of an object model from an XML document of any edition.
 #pragma once
 
-#include "omt/model/modelBuilder.h"
+#include "omt/model/openDefinitions.h"
 #include "omt/model/xmlParser.h"
 #include "omt/model/xmlWords.h"
 
@@ -40,22 +40,17 @@ private:
         /// In an element that no row knows.
         unknown
     };
-    struct Frame
+    /// Where a property is open, only the kind of the definition around it counts.
+    struct Frame : OpenDefinition
     {
         Mode mode = Mode::table;
-        Kind kind = Kind::section;
         /// The table, or the row.
         std::uint8_t index = 0;
         std::uint32_t line = 0;
         std::size_t offset = 0;
-        /// For classes and tables the index of the definition, which moves while others are added.
-        std::uint32_t place = 0;
-        Definition* fixed = nullptr;
-        /// Where its asides, texts and parts begin in the stacks below.
+        /// Where its asides and texts begin in the stacks below.
         std::uint32_t asides = 0;
         std::uint32_t texts = 0;
-        std::uint32_t members = 0;
-        std::uint32_t directed = 0;
         /// An element whose property the definition has already; kept as an unknown one is.
         bool isRepeated = false;
         /// The place in the schema of what it held last, and which tables it held (bits).
@@ -77,7 +72,6 @@ private:
     void skipEntity(std::string_view name) override;
     void skipDoctype() override;
 
-    Edition editionOf(std::string_view namespaceName, std::uint32_t line);
     void startInTable(const XmlElement& element);
     void startInDefinition(const XmlElement& element);
     void startTable(std::uint8_t table, const XmlElement& element);
@@ -97,7 +91,6 @@ private:
     void endUnknown(const Frame& frame, std::size_t end);
     void finishDefinition(const Frame& frame);
     void finishTexts(const Frame& frame, Definition& definition);
-    void finishParts(const Frame& frame, Definition& definition);
     std::string whatIsOpen();
     void checkOrder(std::uint8_t place, const XmlElement& element);
     void checkTable(std::uint8_t table, const XmlElement& element);
@@ -112,14 +105,13 @@ private:
     void attachStray();
     std::uint32_t nextItem(std::uint8_t row, const Frame& frame) const;
     Frame& owner();
-    Definition& definitionOf(const Frame& frame);
-    Frame& pushDefinition(Kind kind, std::uint32_t line);
-    Definition* addDefinition(Kind kind, Frame& frame);
+    Frame& pushDefinition(const OpenDefinition& open, std::uint32_t line);
     void report(Severity severity, const char* name, std::string text, std::uint32_t line);
 
     std::string myName;
     XmlParser myParser;
     ModelBuilder& myBuilder;
+    OpenDefinitions myOpen;
     Findings& myFindings;
     const XmlWords& myWords;
     Edition myEdition = Edition::ieee2010;
@@ -135,20 +127,7 @@ private:
     // What open definitions have so far; each frame knows where its own begin.
     std::vector<Aside> myAsides;
     std::vector<RowText> myTexts;
-    std::vector<Section> mySections;
-    std::vector<Keyword> myKeywords;
-    std::vector<Contact> myContacts;
-    std::vector<Reference> myReferences;
-    std::vector<Glyph> myGlyphs;
-    std::vector<DirectedInteraction> myDirected;
-    std::vector<Attribute> myAttributes;
-    std::vector<Parameter> myParameters;
-    std::vector<Enumerator> myEnumerators;
-    std::vector<RecordField> myFields;
-    std::vector<Alternative> myAlternatives;
     std::vector<Text> mySome;
-    std::uint32_t myObjectClass = ClassDefinition::theNone;
-    std::uint32_t myInteractionClass = ClassDefinition::theNone;
 };
 
 }  // namespace omt
