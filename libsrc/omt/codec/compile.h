@@ -75,6 +75,7 @@ private:
 
     // Order, boundaries, sizes: compileLayout.cpp.
     void findOrder();
+    bool raiseBoundary(Id id, std::uint8_t boundary);
     void findBoundaries();
     std::uint8_t boundaryOf(Id id) const;
     void layOut(Id id);

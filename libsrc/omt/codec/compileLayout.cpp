@@ -152,7 +152,19 @@ std::uint8_t Compiler::boundaryOf(Id id) const
     return most;
 }
 
-// Boundaries only grow, and only three times, so that going through all who use a node that grew
+// A node that holds one of this boundary has at least that, unless it is not padded.
+bool Compiler::raiseBoundary(Id id, std::uint8_t boundary)
+{
+    Node& node = myPlan.nodes[id];
+    if (node.boundary >= boundary) return false;
+    const bool isPadding = node.form == Form::array && node.extent == Extent::padding;
+    if (myAliases[id] == theNone && (node.boundary == 0 || node.form == Form::number || isPadding))
+        return false;
+    node.boundary = boundary;
+    return true;
+}
+
+// Boundaries only grow, and only three times, so that raising those of all who use a node that grew
 // comes to an end in linear time.
 void Compiler::findBoundaries()
 {
@@ -165,32 +177,17 @@ void Compiler::findBoundaries()
         if (node.form == Form::array) users.emplace_back(node.element, id);
     }
     std::sort(users.begin(), users.end());
-    users.erase(std::unique(users.begin(), users.end()), users.end());
+    for (const Id id : myOrder) myPlan.nodes[id].boundary = boundaryOf(id);
     std::vector<Id> changed(size);
     for (Id id = 0; id < size; ++id) changed[size - 1 - id] = id;
-    const auto update = [this](Id id)
-    {
-        const std::uint8_t boundary = boundaryOf(id);
-        if (boundary == myPlan.nodes[id].boundary) return false;
-        myPlan.nodes[id].boundary = boundary;
-        return true;
-    };
-    // Going through all parts of one that holds many, for each of them, would take too long.
-    const auto isAsWide = [this](Id user, Id part)
-    {
-        const Node& node = myPlan.nodes[user];
-        return (node.form == Form::record || node.form == Form::variant) &&
-               node.boundary >= myPlan.nodes[part].boundary;
-    };
-    for (const Id id : myOrder) update(id);
     while (!changed.empty())
     {
         const Id id = changed.back();
         changed.pop_back();
+        const std::uint8_t boundary = myPlan.nodes[id].boundary;
         for (auto user = std::lower_bound(users.begin(), users.end(), std::pair<Id, Id>{id, 0});
              user != users.end() && user->first == id; ++user)
-            if (!isAsWide(user->second, id) && update(user->second))
-                changed.push_back(user->second);
+            if (raiseBoundary(user->second, boundary)) changed.push_back(user->second);
     }
 }
 
