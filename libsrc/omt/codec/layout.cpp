@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <vector>
 
 namespace omt
 {
@@ -86,6 +87,9 @@ private:
     {
         const std::uint32_t size = myPlan.nodes[node.element].size;
         const std::uint32_t before = node.length == Length::none ? size : node.lengthOffset + 4;
+        // By alternative; those of one alternative stay in their order.
+        std::vector<Choices::Range> choices = myPlan.choices[node.table].numbers;
+        std::stable_sort(choices.begin(), choices.end(), isEarlier);
         for (std::uint32_t i = 0; i < node.parts; ++i)
         {
             const Part& part = myPlan.parts[node.first + i];
@@ -97,30 +101,38 @@ private:
             if (i == 0)
                 row.remark = "discriminant";
             else
-                row.remark = "alternative of " + numbers(node, i);
+                row.remark = "alternative of " + numbers(node, i, choices);
             add(part.node, std::move(row));
         }
     }
 
-    std::string numbers(const Node& node, std::uint32_t alternative) const
+    static bool isEarlier(const Choices::Range& one, const Choices::Range& other)
+    {
+        return one.alternative < other.alternative;
+    }
+
+    std::string numbers(const Node& node, std::uint32_t alternative,
+                        const std::vector<Choices::Range>& choices) const
     {
         constexpr std::size_t theLongest = 200;
-        const Choices& choices = myPlan.choices[node.table];
         const std::uint32_t table = myPlan.nodes[node.element].table;
+        Choices::Range sought = {};
+        sought.alternative = alternative;
         std::string text;
-        for (const Choices::Range& row : choices.numbers)
+        auto row = std::lower_bound(choices.begin(), choices.end(), sought, isEarlier);
+        for (; row != choices.end() && row->alternative == alternative; ++row)
         {
-            if (row.alternative != alternative) continue;
             if (text.size() > theLongest) return text + ", ...";
             const std::uint32_t entry =
                 table == theNone ? theNone
-                                 : Plan::findEntry(myPlan.enumerations[table], row.number);
+                                 : Plan::findEntry(myPlan.enumerations[table], row->number);
             text += text.empty() ? "" : ", ";
             text += entry == theNone
-                        ? std::to_string(row.number)
+                        ? std::to_string(row->number)
                         : std::string(myPlan.text(myPlan.enumerations[table].entries[entry].name));
         }
-        if (choices.other == alternative) text += text.empty() ? "all others" : " and all others";
+        if (myPlan.choices[node.table].other == alternative)
+            text += text.empty() ? "all others" : " and all others";
         return text;
     }
 
