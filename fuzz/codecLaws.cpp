@@ -25,7 +25,7 @@ std::string hexadecimal(omt::Octets octets)
 }
 
 /// A text of JSON; three octets that are a lone surrogate become an escape.
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     std::string out = "\"";
     char escape[8];
@@ -195,7 +195,7 @@ void CodecLaws::fields(const omt::Item& item, const std::string& path)
     {
         const std::string name(item.name(i));
         if (i > 0) expect(",");
-        expect(quoted(name) + ':');
+        expect(inQuotes(name) + ':');
         events.field(name);
         const bool isStep = name.find_first_of(".[") == std::string::npos && path != "?";
         walk(item[i], !isStep ? "?" : path.empty() ? name : path + '.' + name);
@@ -223,7 +223,7 @@ void CodecLaws::enumerated(const omt::Item& item)
     if (!item.label()) return number(item);
     const std::int64_t number = item.integer().value_or(0);
     Events(myEvents).label(*item.label(), number);
-    const std::string name = quoted(*item.label());
+    const std::string name = inQuotes(*item.label());
     if (takes(name)) return;
     expect("{\"name\":" + name + ",\"value\":");
     if (!takes(std::to_string(number))) expect(std::to_string(static_cast<std::uint64_t>(number)));
@@ -247,8 +247,8 @@ void CodecLaws::text(const omt::Item& item)
 {
     const std::string text = item.text().value_or("");
     Events(myEvents).text(text);
-    if (!takes("{\"text\":")) return expect(quoted(text));
-    expect(quoted(text) + ",\"rest\":\"");
+    if (!takes("{\"text\":")) return expect(inQuotes(text));
+    expect(inQuotes(text) + ",\"rest\":\"");
     const std::string all = hexadecimal(item.octets());
     const std::size_t end = std::min(myRest.find('"'), myRest.size());
     require(end <= all.size() && all.substr(all.size() - end) == myRest.substr(0, end),
