@@ -116,7 +116,7 @@ void Rows::addCell(RowColumn& column, std::string_view cell)
     column.add(isThere && isNumber);
 }
 
-/// Where there is no column for it, the class stands in front of the last period.
+/// Where there is no column for it, the class stands before the last period.
 void Rows::splitMember(std::string_view& className, std::string_view& member) const
 {
     const std::size_t period = member.rfind('.');

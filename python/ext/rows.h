@@ -56,7 +56,7 @@ private:
     omt::RowReader myReader;
     omt::Row myRow;
     std::vector<RowColumn> myColumns;
-    /// The place of a class that the recording has in front of its members.
+    /// The place of a class that the recording puts before its members.
     bool myHasClass = true;
     std::vector<std::uint8_t> myOctets;
     std::string myProblem;
