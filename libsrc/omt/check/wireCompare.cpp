@@ -533,7 +533,10 @@ WireChange WireCompare::changeOf(Id pair) const
         if (held.isElement)
             path += "[0]";
         else if (!name.empty())
-            path += (path.empty() ? "" : ".") + cutText(name);
+        {
+            if (!path.empty()) path += '.';
+            path += cutText(name);
+        }
     }
     change.path = std::move(path);
     return change;
