@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 // The codec beside a slow one over random values of published models, and values that the standard
 // or the RPR FOM give.
+#include "omt/codec/jsonFloats.h"
 #include "omt/omt.h"
 #include "slowCodec.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <random>
 #include <sstream>
 
 namespace
@@ -340,6 +344,43 @@ TEST(CodecTest, AllocatesNothingOnceGrown)
         const std::size_t before = theAllocations;
         once();
         EXPECT_EQ(theAllocations - before, 0u) << name;
+    }
+}
+
+/// The bits of a number, near others of few digits and of few bits, for any exponent.
+template <typename Bits>
+Bits randomBits(std::mt19937_64& random)
+{
+    const auto bits = static_cast<Bits>(random());
+    return random() % 2 == 0 ? bits : bits & ~Bits{0} << random() % (7 * sizeof bits);
+}
+
+template <typename Number, typename Bits>
+void expectUsualText(std::mt19937_64& random, double factor)
+{
+    for (int i = 0; i < 100000; ++i)
+    {
+        // Every other one of the size that values mostly have.
+        const auto any = std::bit_cast<Number>(randomBits<Bits>(random));
+        const auto usual =
+            static_cast<Number>(std::ldexp(random() % 1000000, i % 40 - 30) * factor);
+        const Number number = i % 2 == 0 ? any : usual;
+        if (!std::isfinite(number)) continue;
+        char text[omt::theShortestRoom];
+        char expected[omt::theShortestRoom];
+        const std::string_view shown(text, omt::writeShortest(text, number));
+        ASSERT_EQ(shown, std::string_view(expected,
+                                          std::to_chars(expected, std::end(expected), number).ptr));
+    }
+}
+
+TEST(CodecTest, NumbersHaveTheShortestText)
+{
+    std::mt19937_64 random(7);
+    for (const double factor : {1.0, -1.0, 0.1, 1e-3, 3.7})
+    {
+        expectUsualText<double, std::uint64_t>(random, factor);
+        expectUsualText<float, std::uint32_t>(random, factor);
     }
 }
 

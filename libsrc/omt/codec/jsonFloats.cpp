@@ -192,14 +192,16 @@ char* write(char* at, Number number)
     constexpr int theMostWhole = 100000;
     const auto bits = std::bit_cast<Bits>(number);
     char* const start = at;
+    const auto usual = [start, number]
+    { return std::to_chars(start, start + theShortestRoom, number).ptr; };
+    // Digits are put together as such a machine has them in memory.
+    if constexpr (std::endian::native != std::endian::little) return usual();
     *at = '-';
     at += bits >> (8 * sizeof bits - 1);
     const Number size = std::abs(number);
     // More often than others; powers of ten from here on are shorter with an exponent.
     if (size < theMostWhole && static_cast<Number>(static_cast<int>(size)) == size)
         return writeWhole(at, static_cast<std::uint32_t>(size));
-    const auto usual = [start, number]
-    { return std::to_chars(start, start + theShortestRoom, number).ptr; };
     const int exponent =
         static_cast<int>(bits >> (Limits::digits - 1) & (2 * Limits::max_exponent - 1)) -
         Limits::max_exponent + 1;
