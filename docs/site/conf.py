@@ -41,6 +41,7 @@ examples/models/README
 :caption: Look up
 
 docs/rules
+docs/published-models
 docs/diff
 docs/values-json
 docs/model-json

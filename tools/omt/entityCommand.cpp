@@ -17,7 +17,7 @@ namespace
 
 using Json = nlohmann::ordered_json;
 using Codes = omt::EntityCodes;
-using Rows = std::vector<const omt::EntityTable::Row*>;
+using EntityRows = std::vector<const omt::EntityTable::Row*>;
 
 constexpr std::size_t theCountry = 2;
 
@@ -30,11 +30,11 @@ struct EntityChoice
 };
 
 /// The row that fits a whole key best, or all rows that fit a key with open numbers.
-Rows findRows(const omt::EntityTable& table, const Codes& key)
+EntityRows findRows(const omt::EntityTable& table, const Codes& key)
 {
     if (key.isOpen()) return table.findAll(key);
     const omt::EntityTable::Row* const row = table.find(key);
-    return row ? Rows{row} : Rows();
+    return row ? EntityRows{row} : EntityRows();
 }
 
 /// What a country is called; nothing where the row is open there.
@@ -58,7 +58,7 @@ std::string rowReport(const omt::EntityTable& table, const Codes& key,
     return levels.text() + '\n' + properties.text();
 }
 
-std::string rowList(const Rows& rows, std::size_t limit)
+std::string rowList(const EntityRows& rows, std::size_t limit)
 {
     TextTable list({whole("Row"), wrap("Names")});
     for (std::size_t at = 0; at < std::min(limit, rows.size()); ++at)
@@ -78,7 +78,7 @@ std::string numbersOf(const Codes& codes)
     return joined(numbers, ":");
 }
 
-std::string jsonOf(const omt::EntityTable& table, const Codes& key, const Rows& rows,
+std::string jsonOf(const omt::EntityTable& table, const Codes& key, const EntityRows& rows,
                    std::size_t limit)
 {
     Json result = {
@@ -103,7 +103,7 @@ Result show(const EntityChoice& choice)
     const omt::EntityTableReading reading = omt::EntityTable::readFile(choice.file);
     writeFindings(reading.findings);
     if (hasError(reading.findings)) return theFailure;
-    const Rows rows = findRows(reading.table, *key);
+    const EntityRows rows = findRows(reading.table, *key);
     if (rows.empty()) throw InputError(choice.file + ": no entity type matches " + key->text());
     if (choice.asJson) return {jsonOf(reading.table, *key, rows, choice.limit)};
     return {key->isOpen() ? rowList(rows, choice.limit)

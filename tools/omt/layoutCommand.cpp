@@ -15,7 +15,7 @@ namespace
 {
 
 using Json = nlohmann::ordered_json;
-using Rows = std::vector<omt::LayoutRow>;
+using LayoutRows = std::vector<omt::LayoutRow>;
 
 constexpr std::size_t theMostRows = 100'000;  // after which libomt ends a layout
 
@@ -57,7 +57,7 @@ std::string sizeOf(const omt::LayoutRow& row)
     return *row.greatestSize == row.leastSize ? least : least + " to " + numberOf(row.greatestSize);
 }
 
-std::string table(const Rows& rows, const std::string& name)
+std::string table(const LayoutRows& rows, const std::string& name)
 {
     TextTable table({whole("Offset"), whole("Octets"), whole("Boundary"), whole("Padding"),
                      exact("Name"), whole("Datatype"), wrap("Remark")});
@@ -70,7 +70,7 @@ std::string table(const Rows& rows, const std::string& name)
 }
 
 /// The row at `at` with all that is in it; `at` is then the row after these.
-Json jsonOf(const Rows& rows, std::size_t& at, const std::string& name)
+Json jsonOf(const LayoutRows& rows, std::size_t& at, const std::string& name)
 {
     const omt::LayoutRow& row = rows[at++];
     Json json = {
@@ -96,7 +96,7 @@ Result show(LayoutChoice& choice)
     prepare(choice);
     const std::optional<ValueTarget> target = findTarget(choice.target);
     if (!target) return theFailure;
-    const Rows rows = omt::layout(target->type);
+    const LayoutRows rows = omt::layout(target->type);
     if (rows.size() > theMostRows) writeWarning("the layout is longer, and was cut off");
     if (!choice.asJson) return {table(rows, target->name)};
     std::size_t at = 0;
