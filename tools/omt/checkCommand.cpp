@@ -165,11 +165,11 @@ void addRuleOptions(CLI::App& command, CheckChoice& choice)
 
 void addFormOptions(CLI::App& command, CheckChoice& choice)
 {
-    CLI::Option* const json = command.add_flag("--json", choice.asJson, "As a JSON object");
+    CLI::Option* const jsonFlag = command.add_flag("--json", choice.asJson, "As a JSON object");
     CLI::Option* const sarif =
-        command.add_flag("--sarif", choice.asSarif, "As SARIF 2.1.0")->excludes(json);
+        command.add_flag("--sarif", choice.asSarif, "As SARIF 2.1.0")->excludes(jsonFlag);
     command.add_flag("--github", choice.asAnnotations, "As annotations of a workflow on GitHub")
-        ->excludes(json)
+        ->excludes(jsonFlag)
         ->excludes(sarif);
 }
 

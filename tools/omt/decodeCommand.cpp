@@ -216,19 +216,20 @@ void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
     CLI::Option* const line = command.add_flag("--line", choice.asLine,
                                                "Show a value as one line, its JSON alone, which "
                                                "omt encode takes");
-    CLI::Option* const json = command
-                                  .add_flag("--json", choice.asJson,
-                                            "Show a value as one line of JSON with all that is to "
-                                            "be said about it")
-                                  ->excludes(line);
+    CLI::Option* const jsonFlag =
+        command
+            .add_flag("--json", choice.asJson,
+                      "Show a value as one line of JSON with all that is to "
+                      "be said about it")
+            ->excludes(line);
     command.add_flag("--hex", choice.table.hasOctets, "Show the octets of each row as well")
         ->excludes(line)
-        ->excludes(json);
+        ->excludes(jsonFlag);
     command
         .add_flag("--all", choice.table.isWhole,
                   "Show all elements of long arrays, long texts and octets")
         ->excludes(line)
-        ->excludes(json);
+        ->excludes(jsonFlag);
 }
 
 }  // namespace

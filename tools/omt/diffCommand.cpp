@@ -129,10 +129,10 @@ void addArguments(CLI::App& command, DiffChoice& choice)
                      "Load the standard MIM of the newest edition on each side before the files");
     command.add_flag("--wire", choice.view.isOnlyWire,
                      "Octets only; exit status 0 where none differ and all are known");
-    CLI::Option* const json = command.add_flag("--json", choice.asJson, "As a JSON object");
+    CLI::Option* const jsonFlag = command.add_flag("--json", choice.asJson, "As a JSON object");
     command
         .add_flag("--all", choice.view.isWhole, "All that changed in a definition, not ten things")
-        ->excludes(json);
+        ->excludes(jsonFlag);
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ Command addShowCommand(CLI::App& app)
     CLI::App* const command = app.add_subcommand("show", "Show what an object model holds");
     auto choice = std::make_shared<ShowChoice>();
     addEngineArguments(*command, choice->model);
-    CLI::Option* const json = command->add_flag(
+    CLI::Option* const jsonFlag = command->add_flag(
         "--json", choice->asJson, "All of the model, or of the class or datatype, for programs");
     choice->classOption =
         command
@@ -84,7 +84,7 @@ Command addShowCommand(CLI::App& app)
             ->add_option("--uses", choice->usedName,
                          "All attributes and parameters that hold a datatype, and through what")
             ->type_name("NAME")
-            ->excludes(json)
+            ->excludes(jsonFlag)
             ->excludes(choice->classOption)
             ->excludes(choice->datatypeOption);
     command->footer(
