@@ -187,8 +187,11 @@ EntityTable::EntityTable() : myContents(std::make_shared<const Contents>()) {}
 
 const EntityTable::Row* EntityTable::find(const EntityCodes& codes) const
 {
+    const unsigned own = openLevels(codes);
     for (const unsigned open : myContents->patterns)
     {
+        // Where the codes are open, so is a row that matches them all.
+        if ((open & own) != own) continue;
         EntityCodes pattern = codes;
         for (std::size_t level = 0; level < theNamedLevels; ++level)
             if ((open >> (theNamedLevels - 1 - level) & 1U) != 0)

@@ -76,8 +76,8 @@ public:
     static EntityTableReading readFile(const std::string& file);
 
     /// The row that says most of an entity type: one that is open at a level only where none has
-    /// its number, earlier levels first. Null where no row matches; valid as long as a copy of the
-    /// table. Takes about the same time for any table.
+    /// its number, earlier levels first, and at each level where the codes are. Null where no row
+    /// matches; valid as long as a copy of the table. Takes about the same time for any table.
     const Row* find(const EntityCodes& codes) const;
     /// All rows that match codes of which some are open, in the order of rows().
     std::vector<const Row*> findAll(const EntityCodes& codes) const;
