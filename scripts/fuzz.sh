@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # scripts/fuzz.sh TARGET|all SECONDS: fuzzes one target, such as xmlReader, or all, each so long.
-# Inputs that add coverage to fuzz/corpus are listed. Environment:
+# Inputs that add coverage to fuzz/corpus are listed. With 0 seconds nothing new is tried: the seeds
+# of models are replayed, with the same result each time. Environment:
 #   OMT_MODELS=FOLDER   half of the time starts from seeds of these models as well
 #   FUZZ_KEEP=FOLDER    gets the inputs in a tar: "corpus" may go into fuzz/corpus; "fromModels" may
 #                       hold what others wrote and may not; "faults" is what ended a run
@@ -10,8 +11,8 @@ root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
 . "$root/scripts/packages.sh"
 . "$root/scripts/build.sh"
 
-if [[ $# -ne 2 || ! $2 =~ ^[1-9][0-9]*$ || ! ($1 == all || -d $root/fuzz/corpus/$1) ]]; then
-    sed -n '3,8s/^# //p' "${BASH_SOURCE[0]}" >&2
+if [[ $# -ne 2 || ! $2 =~ ^[0-9]+$ || ! ($1 == all || -d $root/fuzz/corpus/$1) ]]; then
+    sed -n '3,9s/^# //p' "${BASH_SOURCE[0]}" >&2
     exit 2
 fi
 names=("$1")
@@ -49,6 +50,14 @@ fuzzFrom()
     done < <(find "$all" -type f -printf '%f\n' | sort | grep -vxFf "$scratch/old")
 }
 
+# replay NAME FOLDER: runs the inputs of a folder.
+replay()
+{
+    echo "--- $1, $(find "$2" -type f | wc -l) seeds of models"
+    "$root/build/sanitize/bin/fuzz${1^}" -runs=0 -timeout=30 -rss_limit_mb=2048 -verbosity=0 \
+        -artifact_prefix="$new/faults/$1-" "$2" || status=1
+}
+
 # keepNew: packs what was found, and says how much it is.
 keepNew()
 {
@@ -80,6 +89,11 @@ buildPreset sanitize "${programs[@]}"
 [[ -z ${OMT_MODELS:-} ]] || "$root/scripts/fuzzSeeds.py" "$OMT_MODELS" "$scratch/seeds"
 for name in "${names[@]}"; do
     corpus="$root/fuzz/corpus/$name" seeds="$scratch/seeds/$name" share=$seconds
+    if [[ $seconds -eq 0 ]]; then
+        # The corpus is replayed by the tests of every preset.
+        [[ ! -d $seeds ]] || replay "$name" "$seeds"
+        continue
+    fi
     if [[ -d $seeds ]]; then
         share=$(((seconds + 1) / 2))
         fuzzFrom fromModels "$name" "$corpus" "$seeds"
