@@ -34,10 +34,10 @@ DtString speedText(const DtVector64& velocity)
 double DtHeadingFromGeocAToGeocB(const DtVector64& a, const DtVector64& b)
 {
     constexpr double theFullCircle = 6.283185307179586;
-    DtGeodeticCoord place(DtGlobalEllipsoid());
-    place.setGeocentric(a);
+    DtGeodeticCoord position(DtGlobalEllipsoid());
+    position.setGeocentric(a);
     DtCoordTransform toTopographic;
-    DtGeocToTopoTransform(place.lat(), place.lon(), toTopographic);
+    DtGeocToTopoTransform(position.lat(), position.lon(), toTopographic);
     const DtVector64 target = toTopographic.coordTrans(b);
     const double heading = std::atan2(target[1], target[0]);
     return heading < 0 ? heading + theFullCircle : heading;

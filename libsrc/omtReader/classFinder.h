@@ -4,7 +4,7 @@
 
 #include "omtReader/fullNames.h"
 #include "omtReader/hierarchy.h"
-#include "omtReader/placeTable.h"
+#include "omtReader/indexTable.h"
 
 #include <algorithm>
 #include <iterator>
@@ -101,10 +101,10 @@ private:
     struct Step
     {
         Match match;
-        std::size_t place;  // in the text
+        std::size_t position;  // in the text
     };
 
-    /// The children of one class by name, each with its place among them.
+    /// The children of one class by name, each with its number among them.
     struct Children
     {
         std::size_t known = 0;
@@ -125,36 +125,36 @@ private:
             Class* const node = step.match.node;
             if (typeid(*node) != typeid(Class)) myIsSure = false;
             const std::string_view name = node->getName().view().substr(step.match.octets);
-            const std::string_view rest = text.substr(step.place);
+            const std::string_view rest = text.substr(step.position);
             const std::size_t common = std::min(name.size(), rest.size());
             if (name.substr(0, common) != rest.substr(0, common)) continue;
             if (name.size() >= rest.size())
                 all.push_back({node, step.match.octets + common});
             else
-                pushChildren(*node, step.place + name.size() + 1, text, steps);
+                pushChildren(*node, step.position + name.size() + 1, text, steps);
         }
     }
 
     /// The children at whose names the text may go on after a separator, the first on top.
-    void pushChildren(Class& node, std::size_t place, std::string_view text,
+    void pushChildren(Class& node, std::size_t position, std::string_view text,
                       std::vector<Step>& steps)
     {
         const auto& list = H::children(node);
         if (list.size() < theSizeWorthAnIndex)
         {
             for (auto child = list.rbegin(); child != list.rend(); ++child)
-                if (!cannotLeadOn(**child, text.substr(place)))
+                if (!cannotLeadOn(**child, text.substr(position)))
                     steps.push_back({
                         {*child, 0},
-                        place
+                        position
                     });
             return;
         }
-        const auto children = childrenAt(text.substr(place), childrenOf(&node, list));
+        const auto children = childrenAt(text.substr(position), childrenOf(&node, list));
         for (auto child = children.rbegin(); child != children.rend(); ++child)
             steps.push_back({
                 {child->second, 0},
-                place
+                position
             });
     }
 
@@ -169,9 +169,9 @@ private:
     static std::vector<std::pair<std::size_t, Class*>> childrenAt(std::string_view rest,
                                                                   const Children& children)
     {
-        std::vector<std::pair<std::size_t, Class*>> places;
-        const auto append = [&places](const auto& named)
-        { places.insert(places.end(), named.second.begin(), named.second.end()); };
+        std::vector<std::pair<std::size_t, Class*>> matches;
+        const auto append = [&matches](const auto& named)
+        { matches.insert(matches.end(), named.second.begin(), named.second.end()); };
         for (const std::size_t length : children.lengths)
         {
             if (length > rest.size()) break;
@@ -183,8 +183,8 @@ private:
              named != children.byName.end() && named->first.substr(0, longer.size()) == longer;
              ++named)
             append(*named);
-        std::sort(places.begin(), places.end());
-        return places;
+        std::sort(matches.begin(), matches.end());
+        return matches;
     }
 
     const Children& childrenOf(const Class* parent, const std::list<Class*>& list)
@@ -204,17 +204,17 @@ private:
 
     Class* findInList(std::string_view name, const Digest& digest)
     {
-        for (auto place = myClasses.empty() ? H::begin(myTree) : std::next(myLast);
-             place != H::end(myTree); ++place)
+        for (auto node = myClasses.empty() ? H::begin(myTree) : std::next(myLast);
+             node != H::end(myTree); ++node)
         {
-            myPlaces.add(digestOf(**place).hash, myClasses.size());
-            myClasses.push_back(*place);
-            myLast = place;
+            myIndices.add(digestOf(**node).hash, myClasses.size());
+            myClasses.push_back(*node);
+            myLast = node;
         }
         const std::size_t found =
-            myPlaces.find(digest.hash, [&](std::size_t place)
-                          { return FullNames::isEqual(*myClasses[place], name); });
-        return found == PlaceTable::theNone ? nullptr : myClasses[found];
+            myIndices.find(digest.hash, [&](std::size_t index)
+                           { return FullNames::isEqual(*myClasses[index], name); });
+        return found == IndexTable::theNone ? nullptr : myClasses[found];
     }
 
     /// Works a digest out from that of the parent, which siblings share.
@@ -251,7 +251,7 @@ private:
     // For a tree without a root: the classes of its list that are in the table, in order.
     std::vector<Class*> myClasses;
     typename std::list<Class*>::iterator myLast;
-    PlaceTable myPlaces;
+    IndexTable myIndices;
     std::unordered_map<const DtFedNode*, Digest> myDigests;
 };
 

@@ -25,8 +25,8 @@ DtEntityMapperKey readKey(const void* record)
 /// The name of a level; empty where there is none, as for extra.
 const DtString& nameOf(const Names& names, int level)
 {
-    const auto place = static_cast<std::size_t>(level);
-    return level < theExtra && place < names.size() ? names[place] : DtString::nullString();
+    const auto index = static_cast<std::size_t>(level);
+    return level < theExtra && index < names.size() ? names[index] : DtString::nullString();
 }
 
 /// The texts of all levels with the delimiter between them.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/enumeratedDatatypeNode.h"
 
+#include "omtReader/indexTable.h"
 #include "omtReader/modelRevision.h"
 #include "omtReader/nodeLookup.h"
-#include "omtReader/placeTable.h"
 #include "omtReader/textScan.h"
 #include "util/dtMessages.h"
 
@@ -37,13 +37,13 @@ public:
     const DtEnumerationNode* firstClash(const DtEnumerationNode& enumerator) const
     {
         const std::size_t name =
-            myNames.find(hashOf(enumerator), [&](std::size_t place)
-                         { return myEnumerators[place]->getEnum() == enumerator.getEnum(); });
+            myNames.find(hashOf(enumerator), [&](std::size_t index)
+                         { return myEnumerators[index]->getEnum() == enumerator.getEnum(); });
         const std::size_t number =
-            myNumbers.find(numberOf(enumerator), [&](std::size_t place)
-                           { return myEnumerators[place]->getNumber() == enumerator.getNumber(); });
+            myNumbers.find(numberOf(enumerator), [&](std::size_t index)
+                           { return myEnumerators[index]->getNumber() == enumerator.getNumber(); });
         const std::size_t first = std::min(name, number);
-        return first == omtreader::PlaceTable::theNone ? nullptr : myEnumerators[first];
+        return first == omtreader::IndexTable::theNone ? nullptr : myEnumerators[first];
     }
 
 private:
@@ -59,8 +59,8 @@ private:
 
     bool myIsSure = true;
     std::vector<const DtEnumerationNode*> myEnumerators;
-    omtreader::PlaceTable myNames;
-    omtreader::PlaceTable myNumbers;
+    omtreader::IndexTable myNames;
+    omtreader::IndexTable myNumbers;
 };
 
 namespace

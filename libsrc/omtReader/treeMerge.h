@@ -243,7 +243,7 @@ Class* mergeClass(DtOMTTree& tree, const Class& source, ClassMerge<Class>* curre
     return made;
 }
 
-/// Merges the hierarchy of another tree into one whose place for a merge that is under way is
+/// Merges the hierarchy of another tree into one whose pointer to a merge that is under way is
 /// `current`.
 template <typename Class>
 void mergeHierarchy(DtOMTTree& tree, DtOMTTree& source, ClassMerge<Class>*& current)
@@ -252,12 +252,12 @@ void mergeHierarchy(DtOMTTree& tree, DtOMTTree& source, ClassMerge<Class>*& curr
     const Class* const sourceRoot = H::root(source);
     if (!sourceRoot) return;
     ClassMerge<Class> merge(tree);
-    struct Place
+    struct Current
     {
-        ClassMerge<Class>*& place;
+        ClassMerge<Class>*& pointer;
         ClassMerge<Class>* before;
-        ~Place() { place = before; }
-    } const place{current, std::exchange(current, &merge)};
+        ~Current() { pointer = before; }
+    } const restored{current, std::exchange(current, &merge)};
     Class* const newRoot = H::merge(tree, *sourceRoot);
     merge.keep();
     if (newRoot) H::setRoot(tree, newRoot);
@@ -292,14 +292,14 @@ public:
     bool holds(const DtString& key) const
     {
         if (!myIsPlain) return myFind(myTree, key) != nullptr;
-        const auto isOfKey = [&](std::size_t place) { return myKeyOf(*myNodes[place]) == key; };
-        return myPlaces.find(std::hash<DtString>()(key), isOfKey) != PlaceTable::theNone;
+        const auto isOfKey = [&](std::size_t index) { return myKeyOf(*myNodes[index]) == key; };
+        return myIndices.find(std::hash<DtString>()(key), isOfKey) != IndexTable::theNone;
     }
 
     void add(const Node* node)
     {
         if (!myIsPlain || !node) return;
-        myPlaces.add(std::hash<DtString>()(myKeyOf(*node)), myNodes.size());
+        myIndices.add(std::hash<DtString>()(myKeyOf(*node)), myNodes.size());
         myNodes.push_back(node);
     }
 
@@ -309,7 +309,7 @@ private:
     Find myFind;
     bool myIsPlain;
     std::vector<const Node*> myNodes;
-    PlaceTable myPlaces;
+    IndexTable myIndices;
 };
 
 /// Adds a copy of every entry whose key the tree's table does not have yet.

@@ -155,19 +155,19 @@ void DtXMLEvolvedFileWriter::writeNode(const char* name, Node& node, const Rows&
     endElement();
 }
 
-template <typename Place, typename Node>
-void DtXMLEvolvedFileWriter::writeEach(Place place, Place end,
+template <typename Iterator, typename Node>
+void DtXMLEvolvedFileWriter::writeEach(Iterator begin, Iterator end,
                                        void (DtXMLEvolvedFileWriter::*write)(Node*))
 {
-    for (; place != end; ++place) (this->*write)(*place);
+    for (; begin != end; ++begin) (this->*write)(*begin);
 }
 
-template <typename Place, typename Node>
-void DtXMLEvolvedFileWriter::writeSection(const char* name, Place place, Place end,
+template <typename Iterator, typename Node>
+void DtXMLEvolvedFileWriter::writeSection(const char* name, Iterator begin, Iterator end,
                                           void (DtXMLEvolvedFileWriter::*write)(Node*))
 {
     startElement(name);
-    writeEach(place, end, write);
+    writeEach(begin, end, write);
     endElement();
 }
 

@@ -132,10 +132,10 @@ private:
     void writeNode(const char* name, Node& node, const Rows& rows);
     template <typename Class>
     void writeClasses(Class* top, void (DtXMLEvolvedFileWriter::*start)(Class*));
-    template <typename Place, typename Node>
-    void writeEach(Place place, Place end, void (DtXMLEvolvedFileWriter::*write)(Node*));
-    template <typename Place, typename Node>
-    void writeSection(const char* name, Place place, Place end,
+    template <typename Iterator, typename Node>
+    void writeEach(Iterator begin, Iterator end, void (DtXMLEvolvedFileWriter::*write)(Node*));
+    template <typename Iterator, typename Node>
+    void writeSection(const char* name, Iterator begin, Iterator end,
                       void (DtXMLEvolvedFileWriter::*write)(Node*));
 
     DtOMTTree* myTree;

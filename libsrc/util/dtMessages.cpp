@@ -14,17 +14,17 @@ namespace
 
 std::atomic<DtMessageLevel> theLevel = DtMessageLevel::info;
 
-struct SinkPlace
+struct SharedSink
 {
     std::mutex mutex;
     DtMessageSink sink;  // empty for the default
 };
 
-SinkPlace& sinkPlace()
+SharedSink& sharedSink()
 {
     // Never destroyed: a thread that ends late may still have a message to hand over.
-    static SinkPlace* const place = new SinkPlace;
-    return *place;
+    static SharedSink* const theSink = new SharedSink;
+    return *theSink;
 }
 
 void writeToStandardError(std::string_view message)
@@ -46,10 +46,10 @@ bool giveToSink(DtMessageLevel level, std::string_view message)
         Running() { theSinkIsRunning = true; }
         ~Running() { theSinkIsRunning = false; }
     } const running;
-    SinkPlace& place = sinkPlace();
-    const std::lock_guard lock(place.mutex);
-    if (place.sink)
-        place.sink(level, message);
+    SharedSink& shared = sharedSink();
+    const std::lock_guard lock(shared.mutex);
+    if (shared.sink)
+        shared.sink(level, message);
     else
         writeToStandardError(message);
     return true;
@@ -78,9 +78,9 @@ DtMessageSink DtSetMessageSink(DtMessageSink sink)
         writeToStandardError("Error: a message sink called DtSetMessageSink(); nothing was set\n");
         return {};
     }
-    SinkPlace& place = sinkPlace();
-    const std::lock_guard lock(place.mutex);
-    return std::exchange(place.sink, std::move(sink));
+    SharedSink& shared = sharedSink();
+    const std::lock_guard lock(shared.mutex);
+    return std::exchange(shared.sink, std::move(sink));
 }
 
 DtMessageLevel DtNotifyLevel() noexcept

@@ -70,11 +70,11 @@ ResolvedDatatype& DatatypeResolver::resolve(const DtString& name)
     return datatype;
 }
 
-ResolvedDatatype& DatatypeResolver::component(ResolvedDatatype& record, std::size_t place,
+ResolvedDatatype& DatatypeResolver::component(ResolvedDatatype& record, std::size_t index,
                                               const DtOMTDatatypeNode& node)
 {
-    if (record.components.size() <= place) record.components.resize(place + 1);
-    ResolvedComponent& component = record.components[place];
+    if (record.components.size() <= index) record.components.resize(index + 1);
+    ResolvedComponent& component = record.components[index];
     startAnewAfterChange();
     // A record that was found before a change may hold what is outdated.
     if (component.node != &node || component.datatype->epoch != myEpoch)

@@ -92,8 +92,8 @@ public:
         return myLast && &myLast->name == &name ? *myLast : search(name);
     }
 
-    /// What a component's datatype stands for, kept in the list of its record at this place.
-    ResolvedDatatype& component(ResolvedDatatype& record, std::size_t place,
+    /// What a component's datatype stands for, kept in the list of its record at this index.
+    ResolvedDatatype& component(ResolvedDatatype& record, std::size_t index,
                                 const DtOMTDatatypeNode& node);
 
     /// The fields or components of a record as they are now. The list stays while no model changes.

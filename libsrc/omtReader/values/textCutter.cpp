@@ -6,7 +6,7 @@
 namespace omtreader
 {
 
-constexpr std::size_t theNoPlace = std::string_view::npos;
+constexpr std::size_t theNoPosition = std::string_view::npos;
 
 std::string_view TextCutter::unwrapped(std::string_view text) const
 {
@@ -43,10 +43,10 @@ std::vector<TextPiece> TextCutter::fields(ResolvedDatatype& record, std::string_
     for (std::size_t at = 0; at < fields.size() && !(isComplex && text.empty()); ++at)
     {
         const bool isLast = at + 1 == fields.size() || delimiter.empty();
-        const std::size_t end = isLast ? theNoPlace : text.find(delimiter.view());
+        const std::size_t end = isLast ? theNoPosition : text.find(delimiter.view());
         pieces.push_back(
             {fields[at].datatype, text.substr(0, end), &delimiter, fields[at].component});
-        text = end == theNoPlace ? std::string_view() : text.substr(end + delimiter.length());
+        text = end == theNoPosition ? std::string_view() : text.substr(end + delimiter.length());
     }
     return pieces;
 }
@@ -62,7 +62,7 @@ bool TextCutter::splitFields(const std::vector<ResolvedComponent>& fields, std::
         if (field.component || !mayBeSplit(*field.datatype)) return false;
         const bool isLast = &field == &fields.back();
         const std::size_t end = text.find(separator);
-        if ((end == theNoPlace) != isLast) return false;
+        if ((end == theNoPosition) != isLast) return false;
         pieces.push_back({field.datatype, text.substr(0, end), &delimiter, nullptr});
         if (!isLast) text.remove_prefix(end + separator.size());
     }
@@ -100,7 +100,7 @@ bool TextCutter::splitElements(ResolvedDatatype& element, std::string_view text,
     text = text.substr(0, firstClosing);
     const auto brackets = static_cast<std::size_t>(std::count(text.begin(), text.end(), '['));
     if (brackets != closings.size() || brackets >= static_cast<std::size_t>(count.most) ||
-        closings.find_first_not_of(']') != theNoPlace)
+        closings.find_first_not_of(']') != theNoPosition)
         return false;
     pieces.reserve(brackets + 1);
     for (std::size_t at = 0; at <= brackets; ++at)

@@ -15,12 +15,12 @@ namespace omtreader
 namespace
 {
 
-constexpr std::size_t theNoPlace = std::string_view::npos;
+constexpr std::size_t theNoPosition = std::string_view::npos;
 
 bool isWholeNumber(std::string_view text)
 {
     if (!text.empty() && text.front() == '-') text.remove_prefix(1);
-    return !text.empty() && text.find_first_not_of("0123456789") == theNoPlace;
+    return !text.empty() && text.find_first_not_of("0123456789") == theNoPosition;
 }
 
 bool isNumber(std::string_view text)
@@ -112,7 +112,7 @@ bool TextMatcher::matchCharacters(ResolvedDatatype& element, const DtString& del
     std::size_t form = 0;
     for (; form < theFormsEnd; ++form)
     {
-        myPlace = 0;
+        myPosition = 0;
         texts.clear();
         if (takeCharacters(form, count, &texts) && isAtEnd()) break;
     }
@@ -169,7 +169,7 @@ bool TextMatcher::run(const Goal& first)
 
 void TextMatcher::clear()
 {
-    myPlace = 0;
+    myPosition = 0;
     myPieces.clear();
     myGoals.clear();
     myChoices.clear();
@@ -182,7 +182,7 @@ std::size_t TextMatcher::retry()
 {
     const Choice choice = myChoices.back();
     myChoices.pop_back();
-    myPlace = choice.place;
+    myPosition = choice.position;
     myGoal = choice.goal;
     myGoals.resize(choice.goals);
     myPieces.resize(choice.pieces, {nullptr, {}, nullptr, nullptr});
@@ -243,65 +243,66 @@ bool TextMatcher::proceed(int goal)
 /// To be called before a step changes anything.
 void TextMatcher::offer(std::size_t attempt)
 {
-    myChoices.push_back({myPlace, attempt, myGoal, myGoals.size(), myPieces.size(),
+    myChoices.push_back({myPosition, attempt, myGoal, myGoals.size(), myPieces.size(),
                          myLearned.size(), myScopes.size()});
 }
 
 // The text.
 
-bool TextMatcher::startsAt(std::size_t place, std::string_view text) const
+bool TextMatcher::startsAt(std::size_t position, std::string_view text) const
 {
-    return myText.compare(place, text.size(), text) == 0;
+    return myText.compare(position, text.size(), text) == 0;
 }
 
 bool TextMatcher::take(std::string_view text)
 {
     if (isLenient && isAtEnd()) return true;
-    if (!startsAt(myPlace, text)) return false;
-    myPlace += text.size();
+    if (!startsAt(myPosition, text)) return false;
+    myPosition += text.size();
     return true;
 }
 
-/// The first place from one on at which a text of unknown form may end.
+/// The first position from one on at which a text of unknown form may end.
 std::size_t TextMatcher::nextStop(std::size_t from, const DtString& delimiter)
 {
     const std::string_view separator = delimiter.view();
-    std::size_t place = from;
-    for (; place < myText.size(); ++place)
+    std::size_t position = from;
+    for (; position < myText.size(); ++position)
     {
-        const char octet = myText[place];
+        const char octet = myText[position];
         if (octet == '[' || octet == ']') break;
-        if (!separator.empty() && octet == separator.front() && startsAt(place, separator)) break;
+        if (!separator.empty() && octet == separator.front() && startsAt(position, separator))
+            break;
     }
-    mySteps -= static_cast<std::int64_t>(place - from) / 8;
-    return place;
+    mySteps -= static_cast<std::int64_t>(position - from) / 8;
+    return position;
 }
 
-/// After the wrapper that begins here, wrapped parts inside it included; no place without one.
+/// After the wrapper that begins here, wrapped parts inside it included; no position without one.
 std::size_t TextMatcher::wrapperEnd()
 {
     const std::string_view open = my.settings.wrapperOpen.view();
     const std::string_view close = my.settings.wrapperClose.view();
-    if (open.empty() || close.empty() || !startsAt(myPlace, open)) return theNoPlace;
+    if (open.empty() || close.empty() || !startsAt(myPosition, open)) return theNoPosition;
     int depth = 0;
-    for (std::size_t place = myPlace; place < myText.size(); --mySteps)
+    for (std::size_t position = myPosition; position < myText.size(); --mySteps)
     {
-        if (startsAt(place, close) && (open != close || depth == 1))
+        if (startsAt(position, close) && (open != close || depth == 1))
         {
-            place += close.size();
-            if (--depth == 0) return place;
+            position += close.size();
+            if (--depth == 0) return position;
         }
-        else if (startsAt(place, open))
+        else if (startsAt(position, open))
         {
-            place += open.size();
+            position += open.size();
             ++depth;
         }
         else
         {
-            ++place;
+            ++position;
         }
     }
-    return theNoPlace;
+    return theNoPosition;
 }
 
 // The pieces.
@@ -309,23 +310,24 @@ std::size_t TextMatcher::wrapperEnd()
 void TextMatcher::beginPiece(ResolvedDatatype& datatype, const DtString& delimiter,
                              DtComplexComponentNode* component)
 {
-    myPieces.push_back({&datatype, myText.substr(myPlace, 0), &delimiter, component});
+    myPieces.push_back({&datatype, myText.substr(myPosition, 0), &delimiter, component});
 }
 
 void TextMatcher::endPiece()
 {
     const auto begin = static_cast<std::size_t>(myPieces.back().text.data() - myText.data());
-    myPieces.back().text = myText.substr(begin, myPlace - begin);
+    myPieces.back().text = myText.substr(begin, myPosition - begin);
 }
 
 /// Lets the latest piece take what is left, but for brackets that close.
 bool TextMatcher::takeRest(std::size_t brackets)
 {
-    const std::size_t begin = myPlace;
-    myPlace = myText.size();
-    for (; brackets > 0 && myPlace > begin && myText[myPlace - 1] == ']'; --brackets) --myPlace;
+    const std::size_t begin = myPosition;
+    myPosition = myText.size();
+    for (; brackets > 0 && myPosition > begin && myText[myPosition - 1] == ']'; --brackets)
+        --myPosition;
     endPiece();
-    myPlace = myText.size();
+    myPosition = myText.size();
     return proceed(theEnd);
 }
 
@@ -333,11 +335,11 @@ bool TextMatcher::takeRest(std::size_t brackets)
 
 bool TextMatcher::wrapped(const Goal& goal, std::size_t attempt)
 {
-    const std::size_t end = attempt == 0 ? wrapperEnd() : theNoPlace;
-    if (end != theNoPlace)
+    const std::size_t end = attempt == 0 ? wrapperEnd() : theNoPosition;
+    if (end != theNoPosition)
     {
         offer(1);
-        myPlace = end;
+        myPosition = end;
         return proceed(goal.next);
     }
     Goal bare = goal;
@@ -345,29 +347,29 @@ bool TextMatcher::wrapped(const Goal& goal, std::size_t attempt)
     return proceed(add(bare));
 }
 
-/// The attempt is the place, after the latest stop, from which the next one is looked for.
+/// The attempt is the position, after the latest stop, from which the next one is looked for.
 bool TextMatcher::anyText(const Goal& goal, std::size_t attempt)
 {
-    const std::size_t end = nextStop(std::max(attempt, myPlace), *goal.delimiter);
+    const std::size_t end = nextStop(std::max(attempt, myPosition), *goal.delimiter);
     if (end < myText.size()) offer(end + 1);
-    myPlace = end;
+    myPosition = end;
     return proceed(goal.next);
 }
 
 /// One, or none for a character of value 0; of people, also a text of several.
 bool TextMatcher::character(const Goal& goal, std::size_t attempt)
 {
-    const std::size_t left = myText.size() - myPlace;
+    const std::size_t left = myText.size() - myPosition;
     if (attempt == 0 && left > 0)
     {
         offer(1);
-        ++myPlace;
+        ++myPosition;
     }
     else if (attempt > 1)
     {
-        const std::size_t end = nextStop(myPlace + attempt, *goal.delimiter);
-        if (end < myText.size()) offer(end + 1 - myPlace);
-        myPlace = end;
+        const std::size_t end = nextStop(myPosition + attempt, *goal.delimiter);
+        if (end < myText.size()) offer(end + 1 - myPosition);
+        myPosition = end;
     }
     else if (isLenient && left > 1)
     {
@@ -385,26 +387,26 @@ bool TextMatcher::number(const Goal& goal, std::size_t)
         return (octet >= '0' && octet <= '9') || octet == '-' || octet == '+' || octet == '.' ||
                (letter >= 'a' && letter <= 'z');
     };
-    std::size_t end = myPlace;
+    std::size_t end = myPosition;
     while (end < myText.size() && isOfNumber(myText[end]) &&
            (separator.empty() || !startsAt(end, separator)))
         ++end;
-    const std::string_view text = myText.substr(myPlace, end - myPlace);
+    const std::string_view text = myText.substr(myPosition, end - myPosition);
     mySteps -= static_cast<std::int64_t>(text.size()) / 8;
     const bool isRight =
         goal.datatype->number.text == NumberText::whole ? isWholeNumber(text) : isNumber(text);
-    myPlace = end;
+    myPosition = end;
     return isRight && proceed(goal.next);
 }
 
 bool TextMatcher::name(const Goal& goal, std::size_t)
 {
-    const std::size_t end = nextStop(myPlace, *goal.delimiter);
-    const std::string_view text = myText.substr(myPlace, end - myPlace);
+    const std::size_t end = nextStop(myPosition, *goal.delimiter);
+    const std::string_view text = myText.substr(myPosition, end - myPosition);
     const DtEnumeratedDatatypeNode* const node = my.resolver.enumerated(*goal.datatype);
     // A number without a name shows as itself.
     if (!isWholeNumber(text) && !(node && my.enumerators.find(*node, text))) return false;
-    myPlace = end;
+    myPosition = end;
     return proceed(goal.next);
 }
 
@@ -438,11 +440,11 @@ bool TextMatcher::hasText(std::size_t form, std::int32_t number) const
     switch (form)
     {
         case theEndedForm:
-            return !isBracketAt(myPlace, ']') || isBracketAt(myPlace + 1, '[');
+            return !isBracketAt(myPosition, ']') || isBracketAt(myPosition + 1, '[');
         case theShortForm:
             return number == 0;
         case theSparseForm:
-            return !isBracketAt(myPlace, '[') && !isBracketAt(myPlace, ']');
+            return !isBracketAt(myPosition, '[') && !isBracketAt(myPosition, ']');
         default:
             return true;
     }
@@ -460,14 +462,14 @@ bool TextMatcher::takeCharacters(std::size_t form, ElementCount count,
     std::int32_t found = 0;
     do
     {
-        if (found > 0) ++myPlace;
+        if (found > 0) ++myPosition;
         isText = hasText(form, found);
-        if (texts) texts->push_back(myText.substr(myPlace, isText ? 1 : 0));
-        if (isText) ++myPlace;
-    } while (++found < count.most && isBracketAt(myPlace, '['));
+        if (texts) texts->push_back(myText.substr(myPosition, isText ? 1 : 0));
+        if (isText) ++myPosition;
+    } while (++found < count.most && isBracketAt(myPosition, '['));
     mySteps -= found / 8;
-    for (std::int32_t closing = 1; closing < found; ++closing, ++myPlace)
-        if (!isBracketAt(myPlace, ']')) return false;
+    for (std::int32_t closing = 1; closing < found; ++closing, ++myPosition)
+        if (!isBracketAt(myPosition, ']')) return false;
     if (isLenient) return true;
     const bool isEnded = form == theEndedForm || form == theShortForm;
     if (form != theSparseForm && isText == isEnded) return false;
@@ -481,12 +483,12 @@ bool TextMatcher::chain(const Goal& goal, std::size_t attempt)
 {
     if (goal.at == 0) return element(goal, *goal.delimiter);
     if (goal.isMarked) endPiece();
-    const bool hasMore = !isAtEnd() && myText[myPlace] == '[' &&
+    const bool hasMore = !isAtEnd() && myText[myPosition] == '[' &&
                          goal.at < static_cast<std::uint32_t>(goal.count.most);
     if (attempt == 0 && hasMore)
     {
         offer(1);
-        ++myPlace;
+        ++myPosition;
         return element(goal, my.renderer.delimiterOf(*goal.datatype, *goal.delimiter));
     }
     const bool isEnough = goal.at >= static_cast<std::uint32_t>(goal.count.least);
@@ -528,7 +530,7 @@ bool TextMatcher::fields(const Goal& goal, std::size_t)
     }
     // There is a delimiter for each field to come, so that a character that takes one in vain is
     // noticed at once.
-    if (!isLenient && myText.size() - myPlace + 1 < list.size() - goal.at) return false;
+    if (!isLenient && myText.size() - myPosition + 1 < list.size() - goal.at) return false;
     if (goal.isMarked) beginPiece(datatype, *serving, nullptr);
     Goal after = goal;
     ++after.at;
@@ -594,7 +596,7 @@ bool TextMatcher::component(const Goal& goal, const ResolvedComponent& part, Ele
     Goal learned{&TextMatcher::learn, add(values), goal.scope};
     learned.datatype = goal.datatype;
     learned.at = goal.at - 1;
-    learned.begin = myPlace;
+    learned.begin = myPosition;
     const int next = add(learned);
     return proceed(addValue(*part.datatype, *serving, next));
 }
@@ -606,7 +608,7 @@ bool TextMatcher::learn(const Goal& goal, std::size_t)
     auto node = std::make_unique<DtStringTree>();
     node->setKey(part.node->getName());
     node->setDatatype(part.datatype->name);
-    node->setValue(myText.substr(goal.begin, myPlace - goal.begin));
+    node->setValue(myText.substr(goal.begin, myPosition - goal.begin));
     scope.add(std::move(node));
     myLearned.push_back(goal.scope);
     return proceed(goal.next);
@@ -620,7 +622,7 @@ bool TextMatcher::variant(const Goal& goal, std::size_t)
     if (!node) return proceed(goal.next);
     Goal after = goal;
     after.step = &TextMatcher::alternative;
-    after.begin = myPlace;
+    after.begin = myPosition;
     const int next = add(after);
     return proceed(
         addValue(my.resolver.component(*goal.datatype, 0, *node), *goal.delimiter, next));
@@ -629,7 +631,7 @@ bool TextMatcher::variant(const Goal& goal, std::size_t)
 bool TextMatcher::alternative(const Goal& goal, std::size_t)
 {
     const DtVariantDatatypeNode* const node = my.resolver.variant(*goal.datatype);
-    const DtString discriminant = myText.substr(goal.begin, myPlace - goal.begin);
+    const DtString discriminant = myText.substr(goal.begin, myPosition - goal.begin);
     std::size_t at = 1;
     const auto end = node->getComponentNodeEnd();
     auto it = node->getComponentNodeList();

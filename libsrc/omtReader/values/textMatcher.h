@@ -95,7 +95,7 @@ private:
     /// Where to go on if what was tried leads nowhere.
     struct Choice
     {
-        std::size_t place;
+        std::size_t position;
         std::size_t attempt;
         int goal;
         std::size_t goals, pieces, learned, scopes;
@@ -135,12 +135,12 @@ private:
     Step stepOf(ResolvedDatatype& datatype);
     bool proceed(int goal);
     void offer(std::size_t attempt);
-    bool isAtEnd() const { return myPlace == myText.size(); }
-    bool isBracketAt(std::size_t place, char bracket) const
+    bool isAtEnd() const { return myPosition == myText.size(); }
+    bool isBracketAt(std::size_t position, char bracket) const
     {
-        return place < myText.size() && myText[place] == bracket;
+        return position < myText.size() && myText[position] == bracket;
     }
-    bool startsAt(std::size_t place, std::string_view text) const;
+    bool startsAt(std::size_t position, std::string_view text) const;
     bool take(std::string_view text);
     std::size_t nextStop(std::size_t from, const DtString& delimiter);
     std::size_t wrapperEnd();
@@ -174,7 +174,7 @@ private:
     std::vector<TextPiece>& myPieces;
     bool isLenient = false;  // takes what people write
     std::int64_t mySteps = 0;
-    std::size_t myPlace = 0;
+    std::size_t myPosition = 0;
     int myGoal = theEnd;
     std::vector<Goal> myGoals;
     std::vector<Choice> myChoices;

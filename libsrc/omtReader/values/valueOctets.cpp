@@ -50,10 +50,10 @@ bool ValueOctets::holds(const void* address) const
 
 const char* ValueOctets::advance(const void* from, std::int64_t count) const
 {
-    const std::int64_t place = static_cast<const char*>(from) - myBegin + count;
-    if (place >= -theAlignment && place <= myLength + theGap) return myBegin + place;
+    const std::int64_t offset = static_cast<const char*>(from) - myBegin + count;
+    if (offset >= -theAlignment && offset <= myLength + theGap) return myBegin + offset;
     const std::int64_t first = myLength + theGap;
-    const std::int64_t ahead = ((place - first) % theAlignment + theAlignment) % theAlignment;
+    const std::int64_t ahead = ((offset - first) % theAlignment + theAlignment) % theAlignment;
     return myBegin + first + ahead;
 }
 

@@ -223,21 +223,21 @@ void ValueWalker::simpleText(ResolvedDatatype& datatype, const Value& value, DtS
 }
 
 void ValueWalker::walk(Walk ours, Operation managers, ResolvedDatatype& datatype,
-                       const Value& value, const Place& place)
+                       const Value& value, const Context& context)
 {
     const Descent descent(myDepth);
     if (!mySettings.hasHost)
-        (this->*ours)(datatype, value, place);
+        (this->*ours)(datatype, value, context);
     else
-        (myManager.*managers)(datatype.name, value.data, value.length, value.consumed, place.parent,
-                              place.root, place.offset, place.history);
+        (myManager.*managers)(datatype.name, value.data, value.length, value.consumed,
+                              context.parent, context.root, context.offset, context.history);
 }
 
 void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringTree& node,
                        DtStringTree* root, DtObjectHistory* history)
 {
     using Manager = DtDatatypeManager;
-    const Place place{&node, root, node.offset(), history};
+    const Context context{&node, root, node.offset(), history};
     DtString text;
     switch (myResolver.kindOf(datatype))
     {
@@ -253,19 +253,19 @@ void ValueWalker::fill(ResolvedDatatype& datatype, const Value& value, DtStringT
             break;
         case Manager::DtDatatypeComplex:
             return walk(&ValueWalker::walkComplex, &Manager::createComplexTreeRep, datatype, value,
-                        place);
+                        context);
         case Manager::DtDatatypeArray:
             return walk(&ValueWalker::walkArray, &Manager::createArrayTreeRep, datatype, value,
-                        place);
+                        context);
         case Manager::DtDatatypeVariant:
             return walk(&ValueWalker::walkVariant, &Manager::createVariantTreeRep, datatype, value,
-                        place);
+                        context);
         case Manager::DtDatatypeFixed:
             return walk(&ValueWalker::walkFixed, &Manager::createFixedTreeRep, datatype, value,
-                        place);
+                        context);
         case Manager::DtDatatypeDefined:
             return walk(&ValueWalker::walkDefined, &Manager::createDefinedTreeRep, datatype, value,
-                        place);
+                        context);
         case Manager::DtDatatypeUnknown:
             myManager.getDefaultRep(value.data, value.length, value.consumed, text);
             break;
@@ -392,16 +392,16 @@ void ValueWalker::arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtStr
 
 // The walks, by kind.
 
-void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const Place& place)
+void ValueWalker::enter(Walk ours, const DtString& datatype, Value value, const Context& context)
 {
     if (!value.data) return;
-    if (!place.parent)
+    if (!context.parent)
     {
         value.consumed = -1;
         return;
     }
     const ValueReader::Call call(myReader, value);
-    (this->*ours)(myResolver.find(datatype), value, place);
+    (this->*ours)(myResolver.find(datatype), value, context);
 }
 
 // What is left of a value after the octets that were taken.
@@ -413,22 +413,22 @@ EncodedValue ValueWalker::rest(const Value& value, int& consumed) const
 
 // Records.
 
-void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, const Place& place)
+void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, const Context& context)
 {
     DtFixedDatatypeNode* const node = myResolver.fixed(resolved);
     if (!node) return;
     value.consumed = 0;
     DtStringTree* last = nullptr;
-    std::size_t at = 0;
-    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
+    std::size_t index = 0;
+    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++index)
     {
         const DtOMTDatatypeNode& field = **it;
         int fieldConsumed = -1;
         std::unique_ptr<DtStringTree> child;
         if (value.consumed <= value.length)
-            child.reset(
-                treeOf(field, myResolver.component(resolved, at, field), rest(value, fieldConsumed),
-                       offsetAfter(place.offset, value.consumed), place.root, place.history));
+            child.reset(treeOf(
+                field, myResolver.component(resolved, index, field), rest(value, fieldConsumed),
+                offsetAfter(context.offset, value.consumed), context.root, context.history));
         if (fieldConsumed < 0)
         {
             value.consumed = -1;
@@ -439,18 +439,19 @@ void ValueWalker::walkFixed(ResolvedDatatype& resolved, const Value& value, cons
         if (last)
             last->setNextSibling(child.get());
         else
-            place.parent->setFirstChild(child.get());
+            context.parent->setFirstChild(child.get());
         last = child.release();
     }
 }
 
-void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, const Place& place)
+void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value,
+                              const Context& context)
 {
     DtVariantDatatypeNode* const node = myResolver.variant(resolved);
     if (!node) return;
     DtString text = myManager.getStringRep(*node, value.data, value.length, value.consumed);
     const DtString& key = node->getDiscriminant();
-    if (!myBounds.allowNode(resolved.name, place.offset, myDepth, key.length()))
+    if (!myBounds.allowNode(resolved.name, context.offset, myDepth, key.length()))
     {
         value.consumed = -1;
         return;
@@ -458,17 +459,17 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     // Kept for compatibility, because displays rely on it: the offset is the discriminant's size.
     auto* const discriminant = new DtStringTree(key, myResolver.component(resolved, 0, *node).name,
                                                 static_cast<unsigned int>(value.consumed));
-    place.parent->setFirstChild(discriminant);
-    const int padding = myManager.implicitPadding(place.offset, resolved.name);
+    context.parent->setFirstChild(discriminant);
+    const int padding = myManager.implicitPadding(context.offset, resolved.name);
     if (padding > 0) addTo(value.consumed, padding);
 
-    std::size_t at = 1;
+    std::size_t index = 1;
     const auto end = node->getComponentNodeEnd();
     auto it = node->getComponentNodeList();
-    for (; it != end && (*it)->getEnumerator() != text; ++it) ++at;
+    for (; it != end && (*it)->getEnumerator() != text; ++it) ++index;
     discriminant->setValue(std::move(text));
     // A variant may have very many alternatives, and a value very many variants.
-    if (!myBounds.allowWork(static_cast<std::int64_t>(at), resolved.name, place.offset))
+    if (!myBounds.allowWork(static_cast<std::int64_t>(index), resolved.name, context.offset))
     {
         value.consumed = -1;
         return;
@@ -476,72 +477,75 @@ void ValueWalker::walkVariant(ResolvedDatatype& resolved, const Value& value, co
     if (it == end) return;
     int alternativeConsumed = 0;
     discriminant->setNextSibling(
-        treeOf(**it, myResolver.component(resolved, at, **it), rest(value, alternativeConsumed),
-               offsetAfter(place.offset, value.consumed), place.root, place.history));
+        treeOf(**it, myResolver.component(resolved, index, **it), rest(value, alternativeConsumed),
+               offsetAfter(context.offset, value.consumed), context.root, context.history));
     // Kept for compatibility, because callers rely on the count: a -1 is added as it is.
     addTo(value.consumed, alternativeConsumed);
 }
 
-void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value, const Place& place)
+void ValueWalker::walkDefined(ResolvedDatatype& resolved, const Value& value,
+                              const Context& context)
 {
     const DtDatatypeRep* const mapped = resolved.rep;
     if (!mapped) return;
     DtString text;
     if (const auto* const rep = dynamic_cast<const DtDefinedDatatypeRep*>(mapped))
     {
-        text = rep->stringRep(value.data, &value.consumed, place.history);
-        place.parent->setFirstChild(rep->createTreeRep(value.data, nullptr, place.history));
+        text = rep->stringRep(value.data, &value.consumed, context.history);
+        context.parent->setFirstChild(rep->createTreeRep(value.data, nullptr, context.history));
     }
     else
     {
         myManager.getDefaultRep(value.data, value.length, value.consumed, text);
     }
-    place.parent->setValue(std::move(text));
+    context.parent->setValue(std::move(text));
 }
 
 // Arrays.
 
-void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, const Place& place)
+void ValueWalker::walkArray(ResolvedDatatype& resolved, const Value& value, const Context& context)
 {
     if (DtArrayDatatypeNode* const node = myResolver.array(resolved))
-        countedArray(*node, value, place);
+        countedArray(*node, value, context);
 }
 
 // Ends where the octets end. A -1 is not passed on: kept for compatibility, because what stands
 // before the end is still shown.
-void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
+void ValueWalker::lengthlessArray(DtArrayDatatypeNode& node, const Value& value,
+                                  const Context& context)
 {
-    Chain chain(*place.parent);
+    Chain chain(*context.parent);
     value.consumed = 0;
     ResolvedDatatype& element = myResolver.find(node.getDatatype());
     while (value.consumed < value.length)
     {
         int elementConsumed = 0;
         chain.add(treeOf(node, element, rest(value, elementConsumed),
-                         offsetAfter(place.offset, value.consumed), place.parent->firstChild(),
-                         place.history));
+                         offsetAfter(context.offset, value.consumed), context.parent->firstChild(),
+                         context.history));
         if (elementConsumed <= 0) break;
         addTo(value.consumed, elementConsumed);
     }
 }
 
-void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value, const Place& place)
+void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value,
+                               const Context& context)
 {
     const int form = node.getCardinalityType();
-    if (form == ArrayForm::theLengthless) return lengthlessArray(node, value, place);
+    if (form == ArrayForm::theLengthless) return lengthlessArray(node, value, context);
     const int count =
-        myManager.getArrayDatatypeCount(&node, value.data, value.length, place.root, nullptr);
+        myManager.getArrayDatatypeCount(&node, value.data, value.length, context.root, nullptr);
     if (form == ArrayForm::theBits || form == ArrayForm::theCounted)
     {
         value.consumed = theCountSize;
         // Kept for compatibility, because recorded values are padded so: as of the offset of the
         // array, not of that after the count.
-        const int padding = myManager.implicitPadding(place.offset, node.getDatatype());
+        const int padding = myManager.implicitPadding(context.offset, node.getDatatype());
         if (padding > 0) addTo(value.consumed, padding);
     }
     const bool mayBeEmpty = form == ArrayForm::theBounded && node.getCardinalityMinimum() == 0;
     if (mayBeEmpty && value.length == 0) return;
-    const std::int64_t found = elements(node, value, place, count);
+    const std::int64_t found = elements(node, value, context, count);
     const bool isEnough =
         found < count && form == ArrayForm::theFixed && node.getCardinalityMinimum() <= found;
     const bool isBoundedEnough = form == ArrayForm::theBounded && value.consumed == value.length &&
@@ -551,18 +555,18 @@ void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value, co
 
 // Gives how many there are: for a form that ends at a zero, in octets.
 std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value,
-                                   const Place& place, std::int64_t count)
+                                   const Context& context, std::int64_t count)
 {
     const int form = node.getCardinalityType();
-    Chain chain(*place.parent);
+    Chain chain(*context.parent);
     ResolvedDatatype& element = myResolver.find(node.getDatatype());
     std::int64_t found = 0;
     while (found < count)
     {
         int elementConsumed = 0;
         chain.add(treeOf(node, element, rest(value, elementConsumed),
-                         offsetAfter(place.offset, value.consumed), place.parent->firstChild(),
-                         place.history));
+                         offsetAfter(context.offset, value.consumed), context.parent->firstChild(),
+                         context.history));
         addTo(value.consumed, elementConsumed);
         found += form == ArrayForm::theZeroEnded ? elementConsumed : 1;
         if (elementConsumed < 0) return -1;
@@ -573,32 +577,33 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
 
 // HLA 1.3 records.
 
-void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value, const Place& place)
+void ValueWalker::walkComplex(ResolvedDatatype& resolved, const Value& value,
+                              const Context& context)
 {
     DtComplexDatatypeNode* const node = myResolver.complex(resolved);
     if (!node) return;
     value.consumed = 0;
     DtStringTree* last = nullptr;
-    std::size_t at = 0;
-    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++at)
+    std::size_t index = 0;
+    for (auto it = node->getComponentNodeList(); it != node->getComponentNodeEnd(); ++it, ++index)
     {
-        componentValues(**it, myResolver.component(resolved, at, **it), value, place, last);
+        componentValues(**it, myResolver.component(resolved, index, **it), value, context, last);
         // Paddings, and components whose condition does not hold, make no node.
-        const bool isAllowed = myBounds.allowWork(1, resolved.name, place.offset);
+        const bool isAllowed = myBounds.allowWork(1, resolved.name, context.offset);
         if (!isAllowed || value.consumed > value.length) value.consumed = -1;
         if (value.consumed < 0) return;
     }
 }
 
 void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
-                                  const Value& value, const Place& place, DtStringTree*& last)
+                                  const Value& value, const Context& context, DtStringTree*& last)
 {
     const int boundary = node.getCardinalityMaximum();
     if (node.getCardinalityType() == ComponentForm::thePadding && boundary > 1)
         addTo(value.consumed, (boundary - value.consumed % boundary) % boundary);
-    const int count =
-        myManager.getComplexDatatypeCount(&node, myReader.advance(value.data, value.consumed),
-                                          value.length - value.consumed, place.root, place.parent);
+    const int count = myManager.getComplexDatatypeCount(
+        &node, myReader.advance(value.data, value.consumed), value.length - value.consumed,
+        context.root, context.parent);
     const int minimum = std::min(node.getCardinalityMinimum(), count);
     DtStringTree* first = nullptr;
     DtStringTree* latest = nullptr;
@@ -608,13 +613,13 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
         int valueConsumed = 0;
         DtStringTree* const child =
             treeOf(node, datatype, rest(value, valueConsumed),
-                   offsetAfter(place.offset, value.consumed), place.root, place.history);
+                   offsetAfter(context.offset, value.consumed), context.root, context.history);
         if (child && first)
             latest->appendToArray(child);
         else if (child && last)
             last->setNextSibling(child);
         else if (child)
-            place.parent->setFirstChild(child);
+            context.parent->setFirstChild(child);
         if (child && !first) last = first = child;
         if (child) latest = child;
         addTo(value.consumed, valueConsumed);

@@ -32,7 +32,7 @@ public:
 
     /// What every walk is handed.
     using Value = EncodedValue;
-    struct Place
+    struct Context
     {
         DtStringTree* parent;
         DtStringTree* root;
@@ -56,13 +56,13 @@ public:
     void arrayLineByCount(DtArrayDatatypeNode& node, Value value, DtString& text);
 
     /// The walk of one kind, over the datatype of a name; null data gives nothing.
-    using Walk = void (ValueWalker::*)(ResolvedDatatype&, const Value&, const Place&);
-    void enter(Walk ours, const DtString& datatype, Value value, const Place& place);
-    void walkFixed(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkComplex(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkArray(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkVariant(ResolvedDatatype& datatype, const Value& value, const Place& place);
-    void walkDefined(ResolvedDatatype& datatype, const Value& value, const Place& place);
+    using Walk = void (ValueWalker::*)(ResolvedDatatype&, const Value&, const Context&);
+    void enter(Walk ours, const DtString& datatype, Value value, const Context& context);
+    void walkFixed(ResolvedDatatype& datatype, const Value& value, const Context& context);
+    void walkComplex(ResolvedDatatype& datatype, const Value& value, const Context& context);
+    void walkArray(ResolvedDatatype& datatype, const Value& value, const Context& context);
+    void walkVariant(ResolvedDatatype& datatype, const Value& value, const Context& context);
+    void walkDefined(ResolvedDatatype& datatype, const Value& value, const Context& context);
 
 private:
     class Chain;
@@ -82,17 +82,17 @@ private:
                                                   DtStringTree*, DtStringTree*, unsigned int,
                                                   DtObjectHistory*);
     void walk(Walk ours, Operation managers, ResolvedDatatype& datatype, const Value& value,
-              const Place& place);
+              const Context& context);
     DtString wrappedLine(ResolvedDatatype& datatype, const Value& value);
     DtString renderedLine(const DtString& datatype, const Value& value);
     bool hasAttributeMapping(const DtString& name) const;
 
-    void lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Place& place);
-    void countedArray(DtArrayDatatypeNode& node, const Value& value, const Place& place);
-    std::int64_t elements(DtArrayDatatypeNode& node, const Value& value, const Place& place,
+    void lengthlessArray(DtArrayDatatypeNode& node, const Value& value, const Context& context);
+    void countedArray(DtArrayDatatypeNode& node, const Value& value, const Context& context);
+    std::int64_t elements(DtArrayDatatypeNode& node, const Value& value, const Context& context,
                           std::int64_t count);
     void componentValues(DtComplexComponentNode& node, ResolvedDatatype& datatype,
-                         const Value& value, const Place& place, DtStringTree*& last);
+                         const Value& value, const Context& context, DtStringTree*& last);
     DtDatatypeManager& myManager;
     ConversionSettings& mySettings;
     DatatypeResolver& myResolver;

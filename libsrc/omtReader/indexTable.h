@@ -9,39 +9,39 @@
 namespace omtreader
 {
 
-/// The places of entries in some list, found by the hash of a key.
+/// The indices of entries in some list, found by the hash of a key.
 ///
-/// The entries stay where they are: the table keeps a hash and a place each, side by side, so that
+/// The entries stay where they are: the table keeps a hash and an index each, side by side, so that
 /// a key that is not there is mostly refused without a look at any entry.
-class PlaceTable
+class IndexTable
 {
 public:
     static constexpr std::size_t theNone = 0xFFFFFFFF;
 
-    /// The first entered place of this hash for which the test holds, or theNone.
+    /// The first entered index of this hash for which the test holds, or theNone.
     template <typename Test>
     std::size_t find(std::size_t hash, Test isSought) const
     {
         if (mySlots.empty()) return theNone;
         const std::uint32_t shortHash = shorten(hash);
-        for (std::size_t at = shortHash & mask(); mySlots[at].place != theNone; at = next(at))
-            if (mySlots[at].hash == shortHash && isSought(std::size_t(mySlots[at].place)))
-                return mySlots[at].place;
+        for (std::size_t at = shortHash & mask(); mySlots[at].index != theNone; at = next(at))
+            if (mySlots[at].hash == shortHash && isSought(std::size_t(mySlots[at].index)))
+                return mySlots[at].index;
         return theNone;
     }
 
-    /// Enters a place, below theNone. Several of equal keys are found in the order entered.
-    void add(std::size_t hash, std::size_t place)
+    /// Enters an index, below theNone. Several of equal keys are found in the order entered.
+    void add(std::size_t hash, std::size_t index)
     {
         if (2 * ++mySize > mySlots.size()) grow();
-        enter({shorten(hash), static_cast<std::uint32_t>(place)});
+        enter({shorten(hash), static_cast<std::uint32_t>(index)});
     }
 
 private:
     struct Slot
     {
         std::uint32_t hash = 0;
-        std::uint32_t place = theNone;
+        std::uint32_t index = theNone;
     };
 
     /// Spreads a hash over 32 bits, as that of a number may be the number itself.
@@ -56,7 +56,7 @@ private:
     void enter(Slot slot)
     {
         std::size_t at = slot.hash & mask();
-        while (mySlots[at].place != theNone) at = next(at);
+        while (mySlots[at].index != theNone) at = next(at);
         mySlots[at] = slot;
     }
 
@@ -64,13 +64,13 @@ private:
     {
         std::vector<Slot> old(mySlots.empty() ? theSmallest : 2 * mySlots.size());
         old.swap(mySlots);
-        // From the slot after a free one on, so that places of equal keys keep their order.
+        // From the slot after a free one on, so that indices of equal keys keep their order.
         std::size_t start = 0;
-        while (start < old.size() && old[start].place != theNone) ++start;
+        while (start < old.size() && old[start].index != theNone) ++start;
         for (std::size_t i = 0; i < old.size(); ++i)
         {
             const Slot& slot = old[(start + i) % old.size()];
-            if (slot.place != theNone) enter(slot);
+            if (slot.index != theNone) enter(slot);
         }
     }
 
