@@ -3,33 +3,20 @@
 #include "omtReader/datatypeManager.h"
 
 #include "omtReader/arrayDatatypeNode.h"
-#include "omtReader/boolDatatypeRep.h"
-#include "omtReader/byteDatatypeRep.h"
-#include "omtReader/charDatatypeRep.h"
 #include "omtReader/complexDatatypeNode.h"
-#include "omtReader/doubleLEDatatypeRep.h"
-#include "omtReader/enum16DatatypeRep.h"
-#include "omtReader/enum32DatatypeRep.h"
-#include "omtReader/enum8DatatypeRep.h"
+#include "omtReader/datatypeRep.h"
 #include "omtReader/enumeratedDatatypeNode.h"
 #include "omtReader/fixedDatatypeNode.h"
-#include "omtReader/floatLEDatatypeRep.h"
-#include "omtReader/hexDatatypeRep.h"
 #include "omtReader/interactionClassFedNode.h"
-#include "omtReader/intLEDatatypeRep.h"
-#include "omtReader/longLEDatatypeRep.h"
 #include "omtReader/objectClassFedNode.h"
 #include "omtReader/omtTree.h"
-#include "omtReader/shortLEDatatypeRep.h"
 #include "omtReader/simpleDatatypeNode.h"
-#include "omtReader/stringDatatypeRep.h"
 #include "omtReader/stringTree.h"
-#include "omtReader/utf16DatatypeRep.h"
-#include "omtReader/utf8DatatypeRep.h"
 #include "omtReader/values/componentCount.h"
 #include "omtReader/values/conversionRooms.h"
 #include "omtReader/values/mappingFile.h"
 #include "omtReader/values/orphanCheck.h"
+#include "omtReader/values/ownRepresentations.h"
 #include "omtReader/values/standardMapping.h"
 #include "omtReader/variantDatatypeNode.h"
 #include "util/dtMessages.h"
@@ -209,39 +196,8 @@ int DtDatatypeManager::nodeLimit() const
 
 void DtDatatypeManager::fillDefaultDatatypeRepList()
 {
-    const bool pads = mySettings->isPaddingImplicit;
-    const auto add = [this](DtDatatypeRep* rep) { mySettings->registry[rep->datatype()] = rep; };
-    const auto addUnsigned = [&add](auto* rep)
-    {
-        rep->setUnsigned(true);
-        add(rep);
-    };
-    add(new DtBoolDatatypeRep);
-    add(new DtByteDatatypeRep);
-    add(new DtCharDatatypeRep);
-    add(new DtHexDatatypeRep);
-    add(new DtIntDatatypeRep(pads, false));
-    add(new DtIntLEDatatypeRep(pads, false));
-    add(new DtLongDatatypeRep(pads, false));
-    add(new DtLongLEDatatypeRep(pads, false));
-    add(new DtShortDatatypeRep(pads, false));
-    add(new DtShortLEDatatypeRep(pads, false));
-    add(new DtDoubleLEDatatypeRep(pads));
-    add(new DtDoubleDatatypeRep(pads));
-    add(new DtFloatDatatypeRep(pads));
-    add(new DtFloatLEDatatypeRep(pads));
-    add(new DtStringDatatypeRep);
-    add(new DtUtf8DatatypeRep);
-    add(new DtUtf16DatatypeRep(pads));
-    addUnsigned(new DtIntDatatypeRep(pads, false));
-    addUnsigned(new DtIntLEDatatypeRep(pads, false));
-    addUnsigned(new DtLongDatatypeRep(pads, false));
-    addUnsigned(new DtLongLEDatatypeRep(pads, false));
-    addUnsigned(new DtShortDatatypeRep(pads, false));
-    addUnsigned(new DtShortLEDatatypeRep(pads, false));
-    add(new DtEnum8DatatypeRep);
-    add(new DtEnum16DatatypeRep(pads));
-    add(new DtEnum32DatatypeRep(pads));
+    omtreader::addOwnRepresentations(mySettings->isPaddingImplicit, [this](DtDatatypeRep* rep)
+                                     { mySettings->registry[rep->datatype()] = rep; });
     ++mySettings->changes;
 }
 

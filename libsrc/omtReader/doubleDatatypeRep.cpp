@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/doubleDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<double, std::endian::big>;
+static constexpr auto theRow = omtreader::theDoubleRow;
+using Octets = decltype(theRow)::Octets;
 
 int DtDoubleDatatypeRep::defaultFloatPrecision = 5;
 
@@ -16,7 +17,7 @@ DtDoubleDatatypeRep::~DtDoubleDatatypeRep() = default;
 
 const char* DtDoubleDatatypeRep::datatype() const
 {
-    return "double";
+    return theRow.name;
 }
 
 DtString DtDoubleDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -26,7 +27,7 @@ DtString DtDoubleDatatypeRep::stringRep(const void* position, int* consumed) con
 
 std::vector<char> DtDoubleDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toDouble());
+    return Octets::write(Octets::parse(text));
 }
 
 unsigned int DtDoubleDatatypeRep::byteAlignment() const

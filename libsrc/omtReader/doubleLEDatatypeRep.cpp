@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/doubleLEDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<double, std::endian::little>;
+static constexpr auto theRow = omtreader::theDoubleLERow;
+using Octets = decltype(theRow)::Octets;
 
 int DtDoubleLEDatatypeRep::defaultFloatPrecision = 5;
 
@@ -13,7 +14,7 @@ DtDoubleLEDatatypeRep::~DtDoubleLEDatatypeRep() = default;
 
 const char* DtDoubleLEDatatypeRep::datatype() const
 {
-    return "double-LE";
+    return theRow.name;
 }
 
 DtString DtDoubleLEDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -23,7 +24,7 @@ DtString DtDoubleLEDatatypeRep::stringRep(const void* position, int* consumed) c
 
 std::vector<char> DtDoubleLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toDouble());
+    return Octets::write(Octets::parse(text));
 }
 
 double DtDoubleLEDatatypeRep::numberRep(const void* position, int* consumed) const

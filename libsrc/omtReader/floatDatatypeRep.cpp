@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/floatDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<float, std::endian::big>;
+static constexpr auto theRow = omtreader::theFloatRow;
+using Octets = decltype(theRow)::Octets;
 
 int DtFloatDatatypeRep::defaultFloatPrecision = 5;
 
@@ -16,7 +17,7 @@ DtFloatDatatypeRep::~DtFloatDatatypeRep() = default;
 
 const char* DtFloatDatatypeRep::datatype() const
 {
-    return "float";
+    return theRow.name;
 }
 
 DtString DtFloatDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -26,7 +27,7 @@ DtString DtFloatDatatypeRep::stringRep(const void* position, int* consumed) cons
 
 std::vector<char> DtFloatDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(omtreader::readFloat(text));
+    return Octets::write(Octets::parse(text));
 }
 
 unsigned int DtFloatDatatypeRep::byteAlignment() const

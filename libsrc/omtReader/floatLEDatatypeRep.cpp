@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/floatLEDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<float, std::endian::little>;
+static constexpr auto theRow = omtreader::theFloatLERow;
+using Octets = decltype(theRow)::Octets;
 
 int DtFloatLEDatatypeRep::defaultFloatPrecision = 5;
 
@@ -13,7 +14,7 @@ DtFloatLEDatatypeRep::~DtFloatLEDatatypeRep() = default;
 
 const char* DtFloatLEDatatypeRep::datatype() const
 {
-    return "float-LE";
+    return theRow.name;
 }
 
 DtString DtFloatLEDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -23,7 +24,7 @@ DtString DtFloatLEDatatypeRep::stringRep(const void* position, int* consumed) co
 
 std::vector<char> DtFloatLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(omtreader::readFloat(text));
+    return Octets::write(Octets::parse(text));
 }
 
 double DtFloatLEDatatypeRep::numberRep(const void* position, int* consumed) const

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/intDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int32_t, std::endian::big>;
+static constexpr auto theRow = omtreader::theIntRow;
+using Octets = decltype(theRow)::Octets;
 
 DtIntDatatypeRep::DtIntDatatypeRep(bool isAligned, bool isUnsigned)
     : DtDatatypeRep(isAligned), myIsUnsigned(isUnsigned)
@@ -15,7 +16,7 @@ DtIntDatatypeRep::~DtIntDatatypeRep() = default;
 
 const char* DtIntDatatypeRep::datatype() const
 {
-    return myIsUnsigned ? "unsigned-int" : "int";
+    return myIsUnsigned ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtIntDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -25,7 +26,7 @@ DtString DtIntDatatypeRep::stringRep(const void* position, int* consumed) const
 
 std::vector<char> DtIntDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toInt());
+    return Octets::write(Octets::parse(text));
 }
 
 unsigned int DtIntDatatypeRep::byteAlignment() const

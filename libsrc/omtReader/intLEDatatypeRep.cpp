@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/intLEDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int32_t, std::endian::little>;
+static constexpr auto theRow = omtreader::theIntLERow;
+using Octets = decltype(theRow)::Octets;
 
 DtIntLEDatatypeRep::DtIntLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtIntDatatypeRep(isAligned, isUnsigned)
@@ -14,7 +15,7 @@ DtIntLEDatatypeRep::~DtIntLEDatatypeRep() = default;
 
 const char* DtIntLEDatatypeRep::datatype() const
 {
-    return isUnsigned() ? "unsigned-int-LE" : "int-LE";
+    return isUnsigned() ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtIntLEDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -24,7 +25,7 @@ DtString DtIntLEDatatypeRep::stringRep(const void* position, int* consumed) cons
 
 std::vector<char> DtIntLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toInt());
+    return Octets::write(Octets::parse(text));
 }
 
 double DtIntLEDatatypeRep::numberRep(const void* position, int* consumed) const

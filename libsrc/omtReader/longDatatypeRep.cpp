@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/longDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int64_t, std::endian::big>;
+static constexpr auto theRow = omtreader::theLongRow;
+using Octets = decltype(theRow)::Octets;
 
 DtLongDatatypeRep::DtLongDatatypeRep(bool isAligned, bool isUnsigned)
     : DtNumberDatatypeRep(isAligned), myIsUnsigned(isUnsigned)
@@ -15,7 +16,7 @@ DtLongDatatypeRep::~DtLongDatatypeRep() = default;
 
 const char* DtLongDatatypeRep::datatype() const
 {
-    return myIsUnsigned ? "unsigned-long" : "long";
+    return myIsUnsigned ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtLongDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -25,7 +26,7 @@ DtString DtLongDatatypeRep::stringRep(const void* position, int* consumed) const
 
 std::vector<char> DtLongDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toInt());
+    return Octets::write(Octets::parse(text));
 }
 
 unsigned int DtLongDatatypeRep::byteAlignment() const

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/longLEDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int64_t, std::endian::little>;
+static constexpr auto theRow = omtreader::theLongLERow;
+using Octets = decltype(theRow)::Octets;
 
 DtLongLEDatatypeRep::DtLongLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtLongDatatypeRep(isAligned, isUnsigned)
@@ -14,7 +15,7 @@ DtLongLEDatatypeRep::~DtLongLEDatatypeRep() = default;
 
 const char* DtLongLEDatatypeRep::datatype() const
 {
-    return isUnsigned() ? "unsigned-long-LE" : "long-LE";
+    return isUnsigned() ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtLongLEDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -24,7 +25,7 @@ DtString DtLongLEDatatypeRep::stringRep(const void* position, int* consumed) con
 
 std::vector<char> DtLongLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(text.toInt());
+    return Octets::write(Octets::parse(text));
 }
 
 double DtLongLEDatatypeRep::numberRep(const void* position, int* consumed) const

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/shortDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int16_t, std::endian::big>;
+static constexpr auto theRow = omtreader::theShortRow;
+using Octets = decltype(theRow)::Octets;
 
 DtShortDatatypeRep::DtShortDatatypeRep(bool isAligned, bool isUnsigned)
     : DtNumberDatatypeRep(isAligned), myIsUnsigned(isUnsigned)
@@ -15,7 +16,7 @@ DtShortDatatypeRep::~DtShortDatatypeRep() = default;
 
 const char* DtShortDatatypeRep::datatype() const
 {
-    return myIsUnsigned ? "unsigned-short" : "short";
+    return myIsUnsigned ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtShortDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -25,7 +26,7 @@ DtString DtShortDatatypeRep::stringRep(const void* position, int* consumed) cons
 
 std::vector<char> DtShortDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(static_cast<std::int16_t>(text.toInt()));
+    return Octets::write(Octets::parse(text));
 }
 
 unsigned int DtShortDatatypeRep::byteAlignment() const

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omtReader/shortLEDatatypeRep.h"
 
-#include "omtReader/values/scalarOctets.h"
+#include "omtReader/values/numberRows.h"
 
-using Octets = omtreader::ScalarOctets<std::int16_t, std::endian::little>;
+static constexpr auto theRow = omtreader::theShortLERow;
+using Octets = decltype(theRow)::Octets;
 
 DtShortLEDatatypeRep::DtShortLEDatatypeRep(bool isAligned, bool isUnsigned)
     : DtShortDatatypeRep(isAligned, isUnsigned)
@@ -14,7 +15,7 @@ DtShortLEDatatypeRep::~DtShortLEDatatypeRep() = default;
 
 const char* DtShortLEDatatypeRep::datatype() const
 {
-    return isUnsigned() ? "unsigned-short-LE" : "short-LE";
+    return isUnsigned() ? theRow.unsignedName : theRow.name;
 }
 
 DtString DtShortLEDatatypeRep::stringRep(const void* position, int* consumed) const
@@ -24,7 +25,7 @@ DtString DtShortLEDatatypeRep::stringRep(const void* position, int* consumed) co
 
 std::vector<char> DtShortLEDatatypeRep::valueFromStringRep(const DtString& text) const
 {
-    return Octets::write(static_cast<std::int16_t>(text.toInt()));
+    return Octets::write(Octets::parse(text));
 }
 
 double DtShortLEDatatypeRep::numberRep(const void* position, int* consumed) const

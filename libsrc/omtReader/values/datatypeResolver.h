@@ -5,7 +5,7 @@
 #include "omtReader/modelRevision.h"
 #include "omtReader/values/conversionBounds.h"
 #include "omtReader/values/conversionSettings.h"
-#include "omtReader/values/scalarText.h"
+#include "omtReader/values/ownRepresentations.h"
 
 #include <cstdint>
 #include <deque>

@@ -18,6 +18,22 @@
 namespace omtreader
 {
 
+/// The float nearest to a text's number: read from the text, as a double that is rounded again may
+/// end at the float beside it. Where no float is read, it is what the double says.
+inline float readFloat(const DtString& text)
+{
+    std::string_view digits = text.view();
+    float nearest = 0.0F;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
+    if (error == std::errc() && end == digits.data() + digits.size()) return nearest;
+    const double number = text.toDouble();
+    nearest = static_cast<float>(number);
+    digits.remove_prefix(std::min(digits.find_first_not_of(" \t\n\v\f\r+"), digits.size()));
+    if (number != 0) std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
+    return nearest;
+}
+
 /// The octets of one number: `Order` says whether the most (big) or the least (little) significant
 /// one comes first. A null position reads as 0 and as the empty text.
 template <typename Number, std::endian Order>
@@ -31,6 +47,17 @@ struct ScalarOctets
         Bits bits;
         std::memcpy(&bits, position, theWidth);
         return std::bit_cast<Number>(inOrder(bits));
+    }
+
+    /// The number of a text; of integers the low bits of what the text says in 32 bits.
+    static Number parse(const DtString& text)
+    {
+        if constexpr (std::is_same_v<Number, float>)
+            return readFloat(text);
+        else if constexpr (std::is_same_v<Number, double>)
+            return text.toDouble();
+        else
+            return static_cast<Number>(text.toInt());
     }
 
     static std::vector<char> write(Number number)
@@ -101,22 +128,6 @@ inline unsigned char readOctet(const void* position)
 inline std::vector<char> writeOctet(std::int64_t number)
 {
     return {static_cast<char>(number)};
-}
-
-/// The float nearest to a text's number: read from the text, as a double that is rounded again may
-/// end at the float beside it. Where no float is read, it is what the double says.
-inline float readFloat(const DtString& text)
-{
-    std::string_view digits = text.view();
-    float nearest = 0.0F;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
-    if (error == std::errc() && end == digits.data() + digits.size()) return nearest;
-    const double number = text.toDouble();
-    nearest = static_cast<float>(number);
-    digits.remove_prefix(std::min(digits.find_first_not_of(" \t\n\v\f\r+"), digits.size()));
-    if (number != 0) std::from_chars(digits.data(), digits.data() + digits.size(), nearest);
-    return nearest;
 }
 
 /// Two upper-case hexadecimal digits.

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-// Knows the texts of our own number classes, and turns them to octets without a vector for each.
+// Lists the representations that every manager begins with, and knows the texts of their numbers.
 #pragma once
 
 #include "util/dtString.h"
 
+#include <functional>
 #include <vector>
 
 class DtDatatypeRep;
 
 namespace omtreader
 {
+
+/// Hands over a new object of each, of those that differ by sign one of either.
+void addOwnRepresentations(bool isAligned, const std::function<void(DtDatatypeRep*)>& add);
 
 /// Appends the octets of a text.
 using AppendText = void (*)(const DtString& text, std::vector<char>& octets);
