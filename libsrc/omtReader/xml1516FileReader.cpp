@@ -60,49 +60,40 @@ constexpr Section<Reader, xmlNode> theDatatypeSections[] = {
 };
 
 // Kept for compatibility: without sharing, transportation, order and dimensions.
-// Rows of two and of three columns, which clang-format does not align.
-// clang-format off
 constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
-    {"name",            &DtAttributeFedNode::setName, WhenEmpty::drop},
-    {"dataType",        &DtAttributeFedNode::setDatatype},
-    {"updateType",      &DtAttributeFedNode::setUpdateType},
+    {"name", &DtAttributeFedNode::setName, WhenEmpty::drop},
+    {"dataType", &DtAttributeFedNode::setDatatype},
+    {"updateType", &DtAttributeFedNode::setUpdateType},
     {"updateCondition", &DtAttributeFedNode::setUpdateCondition},
-    {"ownership",       &DtAttributeFedNode::setTransferAccept},
-    {"cardinality",     &DtAttributeFedNode::setCardinality},
-    {"accuracy",        &DtAttributeFedNode::setAccuracy},
-    {"semantics",       &DtAttributeFedNode::setDescription},
+    {"ownership", &DtAttributeFedNode::setTransferAccept},
+    {"cardinality", &DtAttributeFedNode::setCardinality},
+    {"accuracy", &DtAttributeFedNode::setAccuracy},
+    {"semantics", &DtAttributeFedNode::setDescription},
 };
-// clang-format on
 
 // Kept for compatibility: without dimensions.
-// clang-format off
 constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
-    {"name",           &DtInteractionClassFedNode::setName, WhenEmpty::drop},
-    {"sharing",        &DtInteractionClassFedNode::setSharing},
+    {"name", &DtInteractionClassFedNode::setName, WhenEmpty::drop},
+    {"sharing", &DtInteractionClassFedNode::setSharing},
     {"transportation", &DtInteractionClassFedNode::setTransportation},
-    {"order",          &DtInteractionClassFedNode::setOrder},
-    {"semantics",      &DtInteractionClassFedNode::setDescriptor},
+    {"order", &DtInteractionClassFedNode::setOrder},
+    {"semantics", &DtInteractionClassFedNode::setDescriptor},
 };
-// clang-format on
 
 // Kept for compatibility: without sharing, transportation and order.
-// clang-format off
 constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
-    {"name",      &DtParameterFedNode::setName, WhenEmpty::drop},
-    {"dataType",  &DtParameterFedNode::setDatatype},
+    {"name", &DtParameterFedNode::setName, WhenEmpty::drop},
+    {"dataType", &DtParameterFedNode::setDatatype},
     {"semantics", &DtParameterFedNode::setDescription},
 };
-// clang-format on
 
 // Kept for compatibility: without the interpretation.
-// clang-format off
 constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
-    {"name",     &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
-    {"size",     &DtBasicDataRepresentationNode::setSize},
-    {"endian",   &DtBasicDataRepresentationNode::setEndian},
+    {"name", &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
+    {"size", &DtBasicDataRepresentationNode::setSize},
+    {"endian", &DtBasicDataRepresentationNode::setEndian},
     {"encoding", &DtBasicDataRepresentationNode::setEncoding},
 };
-// clang-format on
 
 // Kept for compatibility: without the encoding, and an empty name does not matter.
 constexpr Spelling<DtFixedDatatypeNode> theFixedDataWords[] = {

@@ -67,53 +67,50 @@ constexpr ContactSpelling theContactWords[] = {
     {"pocEmail",     &DtOMTTreePOC::email   },
 };
 
-// Rows of two and of three columns, which clang-format does not align.
-// clang-format off
 constexpr Spelling<DtAttributeFedNode> theAttributeWords[] = {
-    {"name",            &DtAttributeFedNode::setName, WhenEmpty::drop},
-    {"dataType",        &DtAttributeFedNode::setDatatype},
-    {"updateType",      &DtAttributeFedNode::setUpdateType},
+    {"name", &DtAttributeFedNode::setName, WhenEmpty::drop},
+    {"dataType", &DtAttributeFedNode::setDatatype},
+    {"updateType", &DtAttributeFedNode::setUpdateType},
     {"updateCondition", &DtAttributeFedNode::setUpdateCondition},
-    {"ownership",       &DtAttributeFedNode::setTransferAccept},
-    {"sharing",         &DtAttributeFedNode::setSharing},
-    {"transportation",  &DtAttributeFedNode::setTransportation},
-    {"order",           &DtAttributeFedNode::setOrder},
-    {"cardinality",     &DtAttributeFedNode::setCardinality},
-    {"accuracy",        &DtAttributeFedNode::setAccuracy},
-    {"semantics",       &DtAttributeFedNode::setDescription},
+    {"ownership", &DtAttributeFedNode::setTransferAccept},
+    {"sharing", &DtAttributeFedNode::setSharing},
+    {"transportation", &DtAttributeFedNode::setTransportation},
+    {"order", &DtAttributeFedNode::setOrder},
+    {"cardinality", &DtAttributeFedNode::setCardinality},
+    {"accuracy", &DtAttributeFedNode::setAccuracy},
+    {"semantics", &DtAttributeFedNode::setDescription},
 };
 
 constexpr Spelling<DtInteractionClassFedNode> theInteractionClassWords[] = {
-    {"name",           &DtInteractionClassFedNode::setName, WhenEmpty::drop},
-    {"sharing",        &DtInteractionClassFedNode::setSharing},
+    {"name", &DtInteractionClassFedNode::setName, WhenEmpty::drop},
+    {"sharing", &DtInteractionClassFedNode::setSharing},
     {"transportation", &DtInteractionClassFedNode::setTransportation},
-    {"order",          &DtInteractionClassFedNode::setOrder},
-    {"semantics",      &DtInteractionClassFedNode::setDescriptor},
+    {"order", &DtInteractionClassFedNode::setOrder},
+    {"semantics", &DtInteractionClassFedNode::setDescriptor},
 };
 
 constexpr Spelling<DtParameterFedNode> theParameterWords[] = {
-    {"name",           &DtParameterFedNode::setName, WhenEmpty::drop},
-    {"dataType",       &DtParameterFedNode::setDatatype},
-    {"sharing",        &DtParameterFedNode::setSharing},
+    {"name", &DtParameterFedNode::setName, WhenEmpty::drop},
+    {"dataType", &DtParameterFedNode::setDatatype},
+    {"sharing", &DtParameterFedNode::setSharing},
     {"transportation", &DtParameterFedNode::setTransportation},
-    {"order",          &DtParameterFedNode::setOrder},
-    {"semantics",      &DtParameterFedNode::setDescription},
+    {"order", &DtParameterFedNode::setOrder},
+    {"semantics", &DtParameterFedNode::setDescription},
 };
 
 constexpr Spelling<DtBasicDataRepresentationNode> theBasicDataWords[] = {
-    {"name",           &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
-    {"size",           &DtBasicDataRepresentationNode::setSize},
+    {"name", &DtBasicDataRepresentationNode::setName, WhenEmpty::drop},
+    {"size", &DtBasicDataRepresentationNode::setSize},
     {"interpretation", &DtBasicDataRepresentationNode::setInterpretation},
-    {"endian",         &DtBasicDataRepresentationNode::setEndian},
-    {"encoding",       &DtBasicDataRepresentationNode::setEncoding},
+    {"endian", &DtBasicDataRepresentationNode::setEndian},
+    {"encoding", &DtBasicDataRepresentationNode::setEncoding},
 };
 
 constexpr Spelling<DtFixedDatatypeNode> theFixedDataWords[] = {
-    {"name",      &DtFixedDatatypeNode::setName, WhenEmpty::drop},
-    {"encoding",  &DtFixedDatatypeNode::setEncoding},
+    {"name", &DtFixedDatatypeNode::setName, WhenEmpty::drop},
+    {"encoding", &DtFixedDatatypeNode::setEncoding},
     {"semantics", &DtFixedDatatypeNode::setDescription},
 };
-// clang-format on
 
 constexpr Spelling<DtNoteNode> theNoteWords[] = {
     {"label",     &DtNoteNode::setLabel, WhenEmpty::skip},
@@ -126,12 +123,10 @@ constexpr Spelling<DtDescriptionNode> theTransportationWords[] = {
     {"semantics", &DtDescriptionNode::setDescription, WhenEmpty::skip},
 };
 
-// clang-format off
 constexpr Spelling<DtUpdateRateNode> theUpdateRateWords[] = {
-    {"name",      &DtUpdateRateNode::setName, WhenEmpty::drop},
+    {"name", &DtUpdateRateNode::setName, WhenEmpty::drop},
     {"semantics", &DtUpdateRateNode::setSemantics},
 };
-// clang-format on
 
 // The last words are those of the interaction side: kept for compatibility, because programs know
 // them.

@@ -16,57 +16,52 @@
 namespace omtreader
 {
 
-// Rows of two and of three columns, which clang-format does not align.
-// clang-format off
 inline constexpr Spelling<DtObjectClassFedNode> theObjectClassWords[] = {
-    {"name",      &DtObjectClassFedNode::setName, WhenEmpty::drop},
-    {"sharing",   &DtObjectClassFedNode::setSharing},
+    {"name", &DtObjectClassFedNode::setName, WhenEmpty::drop},
+    {"sharing", &DtObjectClassFedNode::setSharing},
     {"semantics", &DtObjectClassFedNode::setDescriptor},
 };
 
 inline constexpr Spelling<DtSimpleDatatypeNode> theSimpleDataWords[] = {
-    {"name",           &DtSimpleDatatypeNode::setName, WhenEmpty::drop},
+    {"name", &DtSimpleDatatypeNode::setName, WhenEmpty::drop},
     {"representation", &DtSimpleDatatypeNode::setRepresentation},
-    {"units",          &DtSimpleDatatypeNode::setUnits},
-    {"resolution",     &DtSimpleDatatypeNode::setResolution},
-    {"accuracy",       &DtSimpleDatatypeNode::setAccuracy},
-    {"semantics",      &DtSimpleDatatypeNode::setDescription},
+    {"units", &DtSimpleDatatypeNode::setUnits},
+    {"resolution", &DtSimpleDatatypeNode::setResolution},
+    {"accuracy", &DtSimpleDatatypeNode::setAccuracy},
+    {"semantics", &DtSimpleDatatypeNode::setDescription},
 };
 
 inline constexpr Spelling<DtEnumeratedDatatypeNode> theEnumeratedDataWords[] = {
-    {"name",           &DtEnumeratedDatatypeNode::setName, WhenEmpty::drop},
+    {"name", &DtEnumeratedDatatypeNode::setName, WhenEmpty::drop},
     {"representation", &DtEnumeratedDatatypeNode::setRepresentation},
-    {"semantics",      &DtEnumeratedDatatypeNode::setDescription},
+    {"semantics", &DtEnumeratedDatatypeNode::setDescription},
 };
-// clang-format on
 
 inline constexpr Spelling<DtEnumerationNode> theEnumeratorWords[] = {
     {"name", &DtEnumerationNode::setEnum, WhenEmpty::drop},
 };
 
-// clang-format off
 inline constexpr Spelling<DtArrayDatatypeNode> theArrayDataWords[] = {
-    {"name",        &DtArrayDatatypeNode::setName, WhenEmpty::drop},
-    {"dataType",    &DtArrayDatatypeNode::setDatatype},
+    {"name", &DtArrayDatatypeNode::setName, WhenEmpty::drop},
+    {"dataType", &DtArrayDatatypeNode::setDatatype},
     {"cardinality", &DtArrayDatatypeNode::setCardinality},
-    {"encoding",    &DtArrayDatatypeNode::setEncoding},
-    {"semantics",   &DtArrayDatatypeNode::setDescription},
+    {"encoding", &DtArrayDatatypeNode::setEncoding},
+    {"semantics", &DtArrayDatatypeNode::setDescription},
 };
 
 inline constexpr Spelling<DtFieldComponentNode> theFieldWords[] = {
-    {"name",      &DtFieldComponentNode::setName, WhenEmpty::drop},
-    {"dataType",  &DtFieldComponentNode::setDatatype},
+    {"name", &DtFieldComponentNode::setName, WhenEmpty::drop},
+    {"dataType", &DtFieldComponentNode::setDatatype},
     {"semantics", &DtFieldComponentNode::setDescription},
 };
 
 inline constexpr Spelling<DtVariantDatatypeNode> theVariantDataWords[] = {
-    {"name",         &DtVariantDatatypeNode::setName, WhenEmpty::drop},
+    {"name", &DtVariantDatatypeNode::setName, WhenEmpty::drop},
     {"discriminant", &DtVariantDatatypeNode::setDiscriminant},
-    {"dataType",     &DtVariantDatatypeNode::setDatatype},
-    {"encoding",     &DtVariantDatatypeNode::setEncoding},
-    {"semantics",    &DtVariantDatatypeNode::setDescription},
+    {"dataType", &DtVariantDatatypeNode::setDatatype},
+    {"encoding", &DtVariantDatatypeNode::setEncoding},
+    {"semantics", &DtVariantDatatypeNode::setDescription},
 };
-// clang-format on
 
 // An alternative may lack a name: one that carries no data has none.
 inline constexpr Spelling<DtAlternativeComponentNode> theAlternativeWords[] = {
@@ -76,15 +71,13 @@ inline constexpr Spelling<DtAlternativeComponentNode> theAlternativeWords[] = {
     {"semantics",  &DtAlternativeComponentNode::setDescription},
 };
 
-// clang-format off
 inline constexpr Spelling<DtDimensionNode> theDimensionWords[] = {
-    {"name",          &DtDimensionNode::setName, WhenEmpty::drop},
-    {"dataType",      &DtDimensionNode::setDatatype},
-    {"upperBound",    &DtDimensionNode::setUpperBound},
+    {"name", &DtDimensionNode::setName, WhenEmpty::drop},
+    {"dataType", &DtDimensionNode::setDatatype},
+    {"upperBound", &DtDimensionNode::setUpperBound},
     {"normalization", &DtDimensionNode::setNormalization},
-    {"value",         &DtDimensionNode::setValue},
+    {"value", &DtDimensionNode::setValue},
 };
-// clang-format on
 
 inline constexpr Spelling<DtTagNode> theTagWords[] = {
     {"dataType",  &DtTagNode::setDatatype   },
