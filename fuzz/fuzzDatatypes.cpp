@@ -4,8 +4,8 @@
 // The first octet chooses: its lowest bit implicit padding, the next one that names are free. Else
 // a datatype contains those before it only, and what is decoded is compared with a slow and
 // obvious decoder. Every octet after it is one decision, up to the value.
+#include "../tests/datatypeNodes.h"
 #include "../tests/referenceWalk.h"
-#include "datatypeNodes.h"
 #include "omtReader/basicDataRepresentationNode.h"
 #include "omtReader/latLongCoordinatesDatatypeRep.h"
 #include "valueChecks.h"
@@ -87,8 +87,8 @@ public:
     DtString reference()
     {
         if (myIsFree) return myChoices.oneOf(theNames);
-        const std::size_t place = myChoices.below(myDone + 2);
-        return theNames[place < myDone ? place : theMostDatatypes + place - myDone];
+        const std::size_t choice = myChoices.below(myDone + 2);
+        return theNames[choice < myDone ? choice : theMostDatatypes + choice - myDone];
     }
 
 private:

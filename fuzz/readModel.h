@@ -2,6 +2,7 @@
 // The tree of a document in memory.
 #pragma once
 
+#include "../tests/xmlDocument.h"
 #include "checks.h"
 #include "memoryFile.h"
 #include "omtReader/omtFileReader.h"
@@ -10,15 +11,7 @@
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "omtReader/xmlFileReader.h"
 
-#include <libxml/tree.h>
-
-#include <memory>
 #include <string_view>
-
-struct FreeDocument
-{
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
 
 enum class Format
 {
@@ -38,7 +31,7 @@ inline DtOMTTreePtr readXml(std::string_view text, Format format = Format::asTol
         require(!opened, "a document that was not opened is null");
         return nullptr;
     }
-    const std::unique_ptr<xmlDoc, FreeDocument> document(opened);
+    const Document document(opened);
     xmlNode* root = xmlDocGetRootElement(opened);
     const bool isTold2010 = DtXMLFileReader::isEvolvedFormat(root);
     if (format == Format::is2010 || (format == Format::asTold && isTold2010))

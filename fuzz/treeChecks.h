@@ -2,34 +2,15 @@
 // What holds for every tree that a reader gives, whatever it read.
 #pragma once
 
+#include "../tests/treeTables.h"
 #include "checks.h"
-#include "omtReader/interactionClassFedNode.h"
-#include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTreePtr.h"
 
 #include <iterator>
 #include <unordered_set>
 
-inline const auto& childrenOf(const DtObjectClassFedNode& node)
-{
-    return node.getChildObjects();
-}
-inline const auto& childrenOf(const DtInteractionClassFedNode& node)
-{
-    return node.getChildInteractions();
-}
-inline const auto& membersOf(const DtObjectClassFedNode& node)
-{
-    return node.getAttributes();
-}
-inline const auto& membersOf(const DtInteractionClassFedNode& node)
-{
-    return node.getParameters();
-}
-
 /// The links of one hierarchy: downwards and upwards they say the same, and lead nowhere else.
-template <typename Class, typename Place>
-void checkHierarchy(Class* root, Place begin, Place end)
+template <typename Class, typename Iterator>
+void checkHierarchy(Class* root, Iterator begin, Iterator end)
 {
     const std::unordered_set<const DtFedNode*> classes(begin, end);
     require(classes.size() == static_cast<std::size_t>(std::distance(begin, end)),
@@ -64,28 +45,14 @@ void checkHierarchy(Class* root, Place begin, Place end)
 inline std::size_t countNodes(DtOMTTree& tree)
 {
     std::ptrdiff_t count = std::distance(tree.getPOCList(), tree.getPOCEndNode());
-    const auto add = [&count](auto begin, auto end) { count += std::distance(begin, end); };
-    const auto addClasses = [&count, &add](auto begin, auto end)
-    {
-        add(begin, end);
-        for (; begin != end; ++begin) count += std::ssize(membersOf(**begin));
-    };
-    addClasses(tree.getObjectClassNodeBegin(), tree.getObjectClassNodeEnd());
-    addClasses(tree.getInteractionClassNodeBegin(), tree.getInteractionClassNodeEnd());
-    add(tree.getFixedDatatypeNodeList(), tree.getFixedDatatypeEndNode());
-    add(tree.getVariantDatatypeNodeList(), tree.getVariantDatatypeEndNode());
-    add(tree.getComplexDatatypeNodeList(), tree.getComplexDatatypeEndNode());
-    add(tree.getEnumeratedDatatypeNodeList(), tree.getEnumeratedDatatypeEndNode());
-    add(tree.getNoteNodeList(), tree.getNoteEndNode());
-    add(tree.getBasicDataRepresentationNodeList(), tree.getBasicDataRepresentationEndNode());
-    add(tree.getSimpleDatatypeNodeList(), tree.getSimpleDatatypeEndNode());
-    add(tree.getArrayDatatypeNodeList(), tree.getArrayDatatypeEndNode());
-    add(tree.getUpdateRateNodeList(), tree.getUpdateRateEndNode());
-    add(tree.getSwitchNodeList(), tree.getSwitchEndNode());
-    add(tree.getTransportationNodeList(), tree.getTransportationEndNode());
-    add(tree.getDimensionNodeList(), tree.getDimensionEndNode());
-    add(tree.getSynchroNodeList(), tree.getSynchroEndNode());
-    add(tree.getTagNodeList(), tree.getTagEndNode());
+    forEachTable(tree,
+                 [&count](const char*, auto begin, auto end)
+                 {
+                     count += std::distance(begin, end);
+                     for (; begin != end; ++begin)
+                         if constexpr (requires { membersOf(**begin); })
+                             count += std::ssize(membersOf(**begin));
+                 });
     return static_cast<std::size_t>(count);
 }
 

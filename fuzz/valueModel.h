@@ -5,7 +5,7 @@
 // others the datatype. Digits and letters do, so that texts stay texts.
 #pragma once
 
-#include "datatypeNodes.h"
+#include "../tests/datatypeNodes.h"
 #include "omtReader/datatypeManager.h"
 
 #include <cstdint>

@@ -8,6 +8,7 @@
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
 #include "util/dtWholeFile.h"
+#include "xmlDocument.h"
 
 #include <libxml/parser.h>
 #include <pthread.h>
@@ -250,13 +251,13 @@ TEST(HardshipTest, NamesGoToLibxml2)
     DtXMLEvolvedFileWriter(&tree).writeFile("-");
     EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("</objectModel>"));
     const auto text = [](const char* word) { return reinterpret_cast<const xmlChar*>(word); };
-    xmlDoc* document = nullptr;
+    xmlDoc* opened = nullptr;
     DtString error;
-    DtXMLFileReader::openStream("<r>x</r>", 8, &document, error);
-    auto* const top = reinterpret_cast<xmlNode*>(document);
-    EXPECT_EQ(DtXMLFileReader::getNodeByName(top, text("r")), document->children);
+    DtXMLFileReader::openStream("<r>x</r>", 8, &opened, error);
+    const Document document(opened);
+    auto* const top = reinterpret_cast<xmlNode*>(opened);
+    EXPECT_EQ(DtXMLFileReader::getNodeByName(top, text("r")), opened->children);
     EXPECT_EQ(DtXMLFileReader::childContentByName(top, text("r"))[0], 'x');
-    xmlFreeDoc(document);
 }
 
 TEST(HardshipTest, AnElementWithVeryManyAttributesIsRefused)
@@ -293,14 +294,14 @@ TEST(HardshipTest, AnElementWithVeryManyAttributesIsRefused)
         if (text.size() == 2)
             for (const char c : "<r>" + more + "</r>") text += {c, '\0'};
         const Messages messages;
-        xmlDoc* document = nullptr;
+        xmlDoc* opened = nullptr;
         DtString error;
-        DtXMLFileReader::openStream(text.data(), static_cast<int>(text.size()), &document, error);
+        DtXMLFileReader::openStream(text.data(), static_cast<int>(text.size()), &opened, error);
+        const Document document(opened);
         EXPECT_EQ(document == nullptr, test.isRefused) << test.what;
         std::string expected = test.isRefused ? "FED buffer:" : "";
         EXPECT_EQ(messages.list().empty() ? "" : messages.list()[0].substr(0, 11), expected)
             << test.what;
-        xmlFreeDoc(document);
     }
 }
 

@@ -9,22 +9,7 @@
 namespace
 {
 
-DtEnumeratedDatatypeNode* enumeratedNode(const std::vector<std::string>& words)
-{
-    auto* const node = named<DtEnumeratedDatatypeNode>(words[1]);
-    node->setRepresentation(words[2]);
-    for (std::size_t at = 3; at < words.size(); ++at)
-    {
-        const DtString word = words[at];
-        auto* const enumerator = new DtEnumerationNode;
-        enumerator->setEnum(word.sections('=')[0]);
-        enumerator->setNumber(word.sections('=')[1].toInt());
-        node->addEnumerationNode(enumerator);
-    }
-    return node;
-}
-
-/// Adds the components that the words from a place on say: "name:datatype", for a component of
+/// Adds the components that the words from an index on say: "name:datatype", for a component of
 /// complex datatypes with ":cardinality" after it, where "_" stands for a blank.
 template <typename Component>
 void addComponents(auto& node, const std::vector<std::string>& words, std::size_t from)
@@ -32,8 +17,7 @@ void addComponents(auto& node, const std::vector<std::string>& words, std::size_
     for (std::size_t at = from; at < words.size(); ++at)
     {
         const std::vector<DtString> parts = DtString(words[at]).sections(':');
-        auto* const component = named<Component>(parts[0]);
-        component->setDatatype(parts[1]);
+        auto* const component = addComponent<Component>(node, parts[0], parts[1]);
         if constexpr (requires { component->setEnumerator(parts[0]); })
             component->setEnumerator(parts[0]);
         if constexpr (requires { component->setCardinality(parts[2]); })
@@ -42,7 +26,6 @@ void addComponents(auto& node, const std::vector<std::string>& words, std::size_
             std::replace(cardinality.begin(), cardinality.end(), '_', ' ');
             component->setCardinality(cardinality);
         }
-        node.addComponentNode(component);
     }
 }
 
@@ -57,21 +40,17 @@ TreePtr modelOf(const std::string& declarations)
         std::istringstream stream(line);
         const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
         const std::string kind = words.at(0);
-        if (kind == "enumerated") tree->addEnumeratedDatatypeNode(enumeratedNode(words));
-        if (kind == "simple")
+        if (kind == "enumerated")
         {
-            auto* const node = named<DtSimpleDatatypeNode>(words[1]);
-            node->setRepresentation(words[2]);
-            tree->addSimpleDatatypeNode(node);
+            DtEnumeratedDatatypeNode* const node = addEnumerated(*tree, words[1], words[2]);
+            for (std::size_t at = 3; at < words.size(); ++at)
+            {
+                const std::vector<DtString> parts = DtString(words[at]).sections('=');
+                addEnumerator(*node, parts[0], parts[1].toInt());
+            }
         }
-        if (kind == "array")
-        {
-            auto* const node = named<DtArrayDatatypeNode>(words[1]);
-            node->setDatatype(words[2]);
-            node->setEncoding(words[3]);
-            node->setCardinality(words[4]);
-            tree->addArrayDatatypeNode(node);
-        }
+        if (kind == "simple") addSimple(*tree, words[1], words[2]);
+        if (kind == "array") addArray(*tree, words[1], words[2], words[3], words[4]);
         if (kind == "fixed")
         {
             auto* const node = named<DtFixedDatatypeNode>(words[1]);

@@ -5,6 +5,7 @@
 #include "omtReader/xmlEvolvedFileWriter.h"
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
+#include "xmlDocument.h"
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
@@ -172,12 +173,6 @@ std::string projectFile(const std::string& name)
     return (tests.parent_path() / name).string();
 }
 
-struct FreeDocument
-{
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-using Document = std::unique_ptr<xmlDoc, FreeDocument>;
-
 /// An element without children, or an XML attribute.
 struct Entry
 {
@@ -290,10 +285,10 @@ TEST_F(PublishedModelsTest, WhatIsWrittenIsReadAgainButForTheKnownLosses)
         Fields result;
         for (const auto& [path, value] : fields(tree))
         {
-            std::string place = path;
-            std::erase_if(place, [](char octet) { return octet >= '0' && octet <= '9'; });
-            if (theLosses.count(place))
-                lost.insert(place);
+            std::string kind = path;
+            std::erase_if(kind, [](char octet) { return octet >= '0' && octet <= '9'; });
+            if (theLosses.count(kind))
+                lost.insert(kind);
             else
                 result[path] = value;
         }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support.h"
 
-#include "omtReader/hierarchy.h"
+#include "treeTables.h"
 
 #include <stdlib.h>
 
@@ -142,15 +142,14 @@ private:
         if constexpr (requires { n.getDescriptor(); }) fieldsOfClasses(n);
     }
 
-    template <typename Class>
-    void fieldsOfClasses(Class& n)
+    void fieldsOfClasses(auto& n)
     {
-        using H = omtreader::Hierarchy<Class>;
         write("descriptor identifier parentIdentifier", n.getDescriptor(), n.getIdentifier(),
               n.getParentIdentifier());
-        for (const Class* child : H::children(n)) write("child", child->getFullName());
-        const bool isObject = std::is_same_v<Class, DtObjectClassFedNode>;
-        entries(isObject ? "attribute" : "parameter", H::members(n).begin(), H::members(n).end());
+        for (const auto* child : childrenOf(n)) write("child", child->getFullName());
+        const auto& members = membersOf(n);
+        const bool areAttributes = requires { n.getAttributes(); };
+        entries(areAttributes ? "attribute" : "parameter", members.begin(), members.end());
     }
 
     void fieldsOfDatatypes(auto& n)
@@ -227,22 +226,8 @@ Dump::Dump(DtOMTTree& t)
     for (const DtFedNode* root : roots) write("root", root ? root->getFullName() : "(none)");
     entries("POC", t.getPOCList(), t.getPOCEndNode());
     entries("references", t.getReferences().begin(), t.getReferences().end());
-    entries("object", t.getObjectClassNodeBegin(), t.getObjectClassNodeEnd());
-    entries("interaction", t.getInteractionClassNodeBegin(), t.getInteractionClassNodeEnd());
-    entries("basic", t.getBasicDataRepresentationNodeList(), t.getBasicDataRepresentationEndNode());
-    entries("simple", t.getSimpleDatatypeNodeList(), t.getSimpleDatatypeEndNode());
-    entries("enumerated", t.getEnumeratedDatatypeNodeList(), t.getEnumeratedDatatypeEndNode());
-    entries("array", t.getArrayDatatypeNodeList(), t.getArrayDatatypeEndNode());
-    entries("fixed", t.getFixedDatatypeNodeList(), t.getFixedDatatypeEndNode());
-    entries("variant", t.getVariantDatatypeNodeList(), t.getVariantDatatypeEndNode());
-    entries("complex", t.getComplexDatatypeNodeList(), t.getComplexDatatypeEndNode());
-    entries("note", t.getNoteNodeList(), t.getNoteEndNode());
-    entries("switch", t.getSwitchNodeList(), t.getSwitchEndNode());
-    entries("transportation", t.getTransportationNodeList(), t.getTransportationEndNode());
-    entries("dimension", t.getDimensionNodeList(), t.getDimensionEndNode());
-    entries("synchro", t.getSynchroNodeList(), t.getSynchroEndNode());
-    entries("tag", t.getTagNodeList(), t.getTagEndNode());
-    entries("updateRate", t.getUpdateRateNodeList(), t.getUpdateRateEndNode());
+    forEachTable(t,
+                 [this](const char* table, auto begin, auto end) { entries(table, begin, end); });
 }
 
 }  // namespace

@@ -3,24 +3,18 @@
 // models, tree dumps.
 #pragma once
 
-#include "omtReader/arrayDatatypeNode.h"
+#include "datatypeNodes.h"
 #include "omtReader/basicDataRepresentationNode.h"
 #include "omtReader/boolAttrNode.h"
-#include "omtReader/complexDatatypeNode.h"
 #include "omtReader/descriptionNode.h"
 #include "omtReader/dimensionNode.h"
-#include "omtReader/enumeratedDatatypeNode.h"
-#include "omtReader/fixedDatatypeNode.h"
 #include "omtReader/interactionClassFedNode.h"
 #include "omtReader/noteNode.h"
 #include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTreePtr.h"
-#include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/synchroNode.h"
 #include "omtReader/tagNode.h"
 #include "omtReader/timeRepNode.h"
 #include "omtReader/updateRateNode.h"
-#include "omtReader/variantDatatypeNode.h"
 #include "util/dtMessages.h"
 
 #include <gmock/gmock.h>
@@ -87,15 +81,6 @@ protected:
     /// The whole name of a file in the folder that OMT_MODELS names.
     static std::string model(const std::string& name);
 };
-
-/// A new node with this name.
-template <typename Node>
-Node* named(const DtString& name)
-{
-    auto* const node = new Node;
-    node->setName(name);
-    return node;
-}
 
 using TreePtr = DtOMTTreePtr;
 

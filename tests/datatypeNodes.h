@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Datatypes of a model, made in one line each.
+// Datatypes of a model, made in one line each, for tests and fuzz targets.
 #pragma once
 
 #include "omtReader/arrayDatatypeNode.h"
@@ -10,6 +10,7 @@
 #include "omtReader/simpleDatatypeNode.h"
 #include "omtReader/variantDatatypeNode.h"
 
+/// A new node with this name.
 template <typename Node>
 Node* named(const DtString& name)
 {
