@@ -75,7 +75,7 @@ TEST(EntityMapperKeyTest, ReadsAndWritesNumbers)
                });
     const char* const noText = nullptr;
     Key key(noText);
-    for (const int place : {1, 2, 3, 4, 5, 6, 7, -1, 0}) key[place] += 10 + place;
+    for (const int level : {1, 2, 3, 4, 5, 6, 7, -1, 0}) key[level] += 10 + level;
     EXPECT_EQ(key.string(), "36:11:12:13:14:15:16");
 }
 

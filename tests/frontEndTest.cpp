@@ -5,6 +5,7 @@
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
+#include "xmlDocument.h"
 
 #include <libxml/tree.h>
 #include <libxml/xmlmemory.h>
@@ -26,12 +27,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 using Texts = std::vector<std::string>;
-
-struct FreeDocument
-{
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 
 /// The document of a text, which lies in a buffer of just its size; null if it is none.
 Document parse(const std::string& text)
@@ -109,7 +104,6 @@ TEST_F(FrontEndTest, OpenFileLooksInTheConfiguredFolder)
         std::string error;  // none for success
         Texts messages = {};
     };
-    // clang-format off
     const std::vector<Case> cases = {
         {"at hand", nullptr, "here.xml", "", {"Reading FED file: here.xml\n"}},
         {"at hand comes first", "conf", "here.xml", "", {"Reading FED file: here.xml\n"}},
@@ -124,7 +118,6 @@ TEST_F(FrontEndTest, OpenFileLooksInTheConfiguredFolder)
         {"retried", "conf", "broken.xml", "", {wrong, "Reading FED file: conf/broken.xml\n"}},
         {"a folder", nullptr, "conf", unbound + "conf", {"conf: "}},
     };
-    // clang-format on
     for (const Case& c : cases)
     {
         SCOPED_TRACE(c.what);
@@ -331,10 +324,10 @@ struct BadInput
     std::optional<std::string> line = {};  // of the dump; none where there is no tree
 };
 
-// clang-format off
 const std::vector<BadInput> theBadInput = {
     {"empty", ""},
-    {"binary", std::string("\x7f" "ELF\0\1\2\xff", 8)},
+    {"binary", std::string("\x7f"
+                           "ELF\0\1\2\xff", 8)},
     {"mismatched tags", "<objectModel></objectmodel>"},
     {"bad UTF-8", noted("\xC3(")},
     {"an unknown encoding", "<?xml version=\"1.0\" encoding=\"no-such\"?><objectModel/>"},
@@ -357,7 +350,6 @@ const std::vector<BadInput> theBadInput = {
     {"a long text", noted(std::string(1000000, 'a')),
      ".note[0].text = " + std::string(1000000, 'a')},
 };
-// clang-format on
 
 TEST_F(FrontEndTest, BadInputDoesNoHarm)
 {
@@ -411,11 +403,11 @@ TEST_F(FrontEndTest, EveryBeginningAndEveryWrongOctetIsSurvived)
     ASSERT_TRUE(isRead(model));
     for (std::size_t length = 0; length < model.size(); ++length)
         EXPECT_FALSE(isRead(model.substr(0, length))) << length;
-    for (std::size_t place = 0; place < model.size(); ++place)
+    for (std::size_t at = 0; at < model.size(); ++at)
         for (const char wrong : {'<', '>', '&', '"', '/', '\0', '\xFF'})
         {
             std::string octets = model;
-            octets[place] = wrong;
+            octets[at] = wrong;
             isRead(octets);
         }
 }

@@ -55,42 +55,58 @@ struct EntityTypeStruct : DtEntityTypeDatatypeRep
     const char* datatype() const override { return "EntityTypeStruct"; }
 };
 
-// clang-format off
-const std::string theVector = "3F C0 00 00 40 00 00 00 C0 40 00 00";
+const std::string theVector = "3F C0 00 00 40 00 00 00 C0 40 00 00";  // 1.5, 2 and -3 as floats
 const std::string theZeros = " 00 00 00 00 00 00 00 00 00 00 00 00";
+const std::string theHeightAboveThePole =
+    "00 00 00 00 00 00 00 00 80 00 00 00 00 00 00 00 41 5A B3 F0 00 00 00 00";
 
-const struct
+/// What a representation shows of the octets of a record.
+struct Record
 {
     const char* what;
-    const char* rep;
+    const char* rep;  // as Representations names it
     std::string octets;
-    const char* line;
-    const char* numbers;
-    const char* tree;
-} theRecords[] = {
-    {"all names", "named", "01 01 00 E1 01 01 03 00", "P:L:C:T:H:X:0", "1:1:225:1:1:3:0",
+    const char* line;     // by stringRep()
+    const char* numbers;  // by originalStringRep()
+    const char* tree;     // the outline of createTreeRep()
+};
+
+// Rows of several lines, which clang-format would run into each other.
+// clang-format off
+const Record theRecords[] = {
+    {"all names", "named", "01 01 00 E1 01 01 03 00",
+     "P:L:C:T:H:X:0",
+     "1:1:225:1:1:3:0",
      "Kind@0=P/D Domain@1=L/D Country@2=C/D Category@3=T/D SubCategory@4=H/D Specific@5=X/D "
      "Extra@6=0/o "},
-    {"names above, numbers below", "named", "01 01 00 E1 02 FF FE FD", "P:L:C:2:255:254:253",
+    {"names above, numbers below", "named", "01 01 00 E1 02 FF FE FD",
+     "P:L:C:2:255:254:253",
      "1:1:225:2:255:254:253",
      "Kind@0=P/D Domain@1=L/D Country@2=C/D Category@3=Any/D SubCategory@4=Any/D "
      "Specific@5=Any/D Extra@6=253/o "},
-    {"a name between numbers", "named", "01 02 FF FF 02 03 04 05", "1:A:65535:2:3:4:5",
+    {"a name between numbers", "named", "01 02 FF FF 02 03 04 05",
+     "1:A:65535:2:3:4:5",
      "1:2:65535:2:3:4:5",
      "Kind@0=1/o Domain@1=A/D Country@2=Any/D Category@3=Any/D SubCategory@4=Any/D "
      "Specific@5=Any/D Extra@6=5/o "},
-    {"no dictionary", "unnamed", "01 02 01 00 04 05 06 07", "1-2-256-4-5-6-7", "1-2-256-4-5-6-7",
+    {"no dictionary", "unnamed", "01 02 01 00 04 05 06 07",
+     "1-2-256-4-5-6-7",
+     "1-2-256-4-5-6-7",
      "Kind@0=1/o Domain@1=2/o Country@2=256/o Category@3=4/o SubCategory@4=5/o Specific@5=6/o "
      "Extra@6=7/o "},
-    {"a position", "place", theVector + theZeros, "89.9572, -89.7762, -6.35675e+06", "1.5, 2, -3, ",
+    {"a position", "position", theVector + theZeros,
+     "89.9572, -89.7762, -6.35675e+06",
+     "1.5, 2, -3, ",
      "Latitude@0=89.9572/D Longitude@8=-89.7762/D Altitude@16=-6.35675e+06/D "},
-    {"above the pole", "place", "00 00 00 00 00 00 00 00 80 00 00 00 00 00 00 00 41 5A B3 F0 00 00 00 00",
-     "90, 0, 643248", "0, 0, -0, ", "Latitude@0=90/D Longitude@8=0/D Altitude@16=643248/D "},
+    {"above the pole", "position", theHeightAboveThePole,
+     "90, 0, 643248",
+     "0, 0, -0, ",
+     "Latitude@0=90/D Longitude@8=0/D Altitude@16=643248/D "},
     {"an orientation", "turn", theVector, "err,err,err", "1.5, 2, -3, ", ""},
     {"a velocity", "velocity", theVector, "err,err,err", "1.5, 2, -3, ",
      "Heading@0=err,err,err/D Speed@4=3.90512/D "},
     {"no octets", "named", "", "", "", "@0=/ "},
-    {"no octets", "place", "", "", "", "@0=/ "},
+    {"no octets", "position", "", "", "", "@0=/ "},
     {"no octets", "turn", "", "err,err,err", "err,err,err", ""},
     {"no octets", "velocity", "", "err,err,err", "err,err,err", "@0=/ "},
 };
@@ -105,7 +121,7 @@ struct Padding : DtDatatypeManager
 struct Representations
 {
     explicit Representations(bool pads)
-        : manager(pads), named(pads, &names, ":"), unnamed(pads, nullptr, "-"), place(pads)
+        : manager(pads), named(pads, &names, ":"), unnamed(pads, nullptr, "-"), position(pads)
     {
     }
     const DtDefinedDatatypeRep& operator[](const std::string& name) const
@@ -113,7 +129,7 @@ struct Representations
         const std::map<std::string, const DtDefinedDatatypeRep*> all = {
             {"named",    &named   },
             {"unnamed",  &unnamed },
-            {"place",    &place   },
+            {"position", &position},
             {"turn",     &turn    },
             {"velocity", &velocity}
         };
@@ -123,7 +139,7 @@ struct Representations
     Dictionary names;
     Padding manager;
     const DtEntityTypeDatatypeRep named, unnamed;
-    const DtLatLongCoordinateDatatypeRep place;
+    const DtLatLongCoordinateDatatypeRep position;
     const DtTopoCoordinateDatatypeRep turn{manager};
     const DtAltVelocityDatatypeRep velocity{manager};
 };
@@ -156,7 +172,7 @@ TEST(GeospatialTest, ReadsAtTheNextBoundaryIfAligned)
     const std::map<std::string, std::size_t> theBoundaries = {
         {"named",    2},
         {"unnamed",  2},
-        {"place",    8},
+        {"position", 8},
         {"turn",     4},
         {"velocity", 4}
     };

@@ -197,29 +197,32 @@ TEST(ManagerTest, KnowsWhetherThereIsSomethingToSave)
     const TemporaryFolder folder;
     const std::string full = folder.write("full", "((datatypeMap \"A\" \"x\"))");
     const std::string empty = folder.write("empty", ";;Nothing\n");
-    // clang-format off
-    enum Effect { keeps, sets, clears };
+    enum Effect
+    {
+        keeps,
+        sets,
+        clears
+    };
     const struct
     {
         const char* what;
         Effect effect;
         std::function<void(Manager&)> call;
     } theCases[] = {
-        {"representation", sets, [](auto& m) { m.addDatatypeRep(new DtByteDatatypeRep); }},
-        {"defined", sets, [](auto& m) { m.addDefinedDatatypeRep(new DtByteDatatypeRep); }},
-        {"default list", keeps, [](auto& m) { m.fillDefaultDatatypeRepList(); }},
-        {"mapping", sets, [](auto& m) { m.addRepMapping("A", "x"); }},
-        {"none removed", sets, [](auto& m) { m.removeRepMapping("none"); }},
-        {"none removed", sets, [](auto& m) { m.removeAttributeMapping("none"); }},
-        {"modified", sets, [](auto& m) { m.modifyRepMapping("A", "x"); }},
-        {"none modified", keeps, [](auto& m) { m.modifyRepMapping("none", "x"); }},
-        {"looked up", keeps, [](auto& m) { m.getSimpleDatatypeRep("none"); }},
-        {"model", keeps, [&](auto& m) { m.initOMTData(tree.get()); }},
-        {"read", clears, [&](auto& m) { m.readFile(full.c_str()); }},
-        {"nothing read", keeps, [&](auto& m) { m.readFile(empty.c_str()); }},
-        {"standard", clears, [](auto& m) { m.readStandardMappings(); }},
+        {"representation", sets,   [](auto& m) { m.addDatatypeRep(new DtByteDatatypeRep); }       },
+        {"defined",        sets,   [](auto& m) { m.addDefinedDatatypeRep(new DtByteDatatypeRep); }},
+        {"default list",   keeps,  [](auto& m) { m.fillDefaultDatatypeRepList(); }                },
+        {"mapping",        sets,   [](auto& m) { m.addRepMapping("A", "x"); }                     },
+        {"none removed",   sets,   [](auto& m) { m.removeRepMapping("none"); }                    },
+        {"none removed",   sets,   [](auto& m) { m.removeAttributeMapping("none"); }              },
+        {"modified",       sets,   [](auto& m) { m.modifyRepMapping("A", "x"); }                  },
+        {"none modified",  keeps,  [](auto& m) { m.modifyRepMapping("none", "x"); }               },
+        {"looked up",      keeps,  [](auto& m) { m.getSimpleDatatypeRep("none"); }                },
+        {"model",          keeps,  [&](auto& m) { m.initOMTData(tree.get()); }                    },
+        {"read",           clears, [&](auto& m) { m.readFile(full.c_str()); }                     },
+        {"nothing read",   keeps,  [&](auto& m) { m.readFile(empty.c_str()); }                    },
+        {"standard",       clears, [](auto& m) { m.readStandardMappings(); }                      },
     };
-    // clang-format on
     for (const bool before : {false, true})
         for (const auto& [what, effect, call] : theCases)
         {

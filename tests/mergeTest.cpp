@@ -43,13 +43,13 @@ template <typename H>
 std::string textOf(DtOMTTree& tree)
 {
     std::string text = H::root(tree)->getName().str();
-    for (auto place = H::begin(tree); place != H::end(tree); ++place)
+    for (auto node = H::begin(tree); node != H::end(tree); ++node)
     {
-        text += " " + (*place)->getFullName().str() + ":";
-        for (const auto* member : H::members(**place))
+        text += " " + (*node)->getFullName().str() + ":";
+        for (const auto* member : H::members(**node))
         {
             text += (text.back() == ':' ? "" : ",") + member->getName().str();
-            EXPECT_EQ(member->getParentObject(), *place);
+            EXPECT_EQ(member->getParentObject(), *node);
         }
     }
     return text;

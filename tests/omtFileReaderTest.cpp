@@ -72,7 +72,7 @@ struct Words
     const char* around;  // with "%" for the clause
     std::string entry;   // in the dump, with what goes before the field
     const char* words;
-    const char* place;        // after the name in messages; none where no message is given
+    const char* location;     // after the name in messages; none where no message is given
     bool areStrings = false;  // a value of another kind is ignored
 
     std::string text(const std::string& clause) const
@@ -119,27 +119,26 @@ const Words theWords[] = {
 
 TEST(OMTFileReaderTest, EachWordFillsItsFieldAndSaysWhatItLacks)
 {
-    for (const Words& place : theWords)
-        for (const DtString& word : DtString(place.words).tokens(";"))
+    for (const Words& kind : theWords)
+        for (const DtString& word : DtString(kind.words).tokens(";"))
         {
-            SCOPED_TRACE(place.text(word.str()));
+            SCOPED_TRACE(kind.text(word.str()));
             const std::vector<DtString> names = word.sections('=');
             const std::string keyword = names[0].str();
             std::string other = keyword;  // keywords are compared exactly
             other.back() = static_cast<char>(other.back() ^ ('a' ^ 'A'));
             for (const std::string value : {" \"7\"", " 7", " 7 \"8\""})
             {
-                const bool isRead = !place.areStrings || value[1] == '"';
-                EXPECT_EQ(added(place.text(keyword + value), place.text(other + value)),
-                          isRead ? "." + place.entry + names[1].str() + " = 7" : "");
+                const bool isRead = !kind.areStrings || value[1] == '"';
+                EXPECT_EQ(added(kind.text(keyword + value), kind.text(other + value)),
+                          isRead ? "." + kind.entry + names[1].str() + " = 7" : "");
             }
             const std::string& name = (names.size() < 3 ? names[0] : names[2]).str();
-            EXPECT_EQ(failureOfModel(place.text(keyword)),
-                      place.place ? "Badly formatted " + name + place.place : "");
+            EXPECT_EQ(failureOfModel(kind.text(keyword)),
+                      kind.location ? "Badly formatted " + name + kind.location : "");
         }
 }
 
-// clang-format off
 TEST(OMTFileReaderTest, WhatHasNothingInItIsRefusedByTheNameSoFar)
 {
     expectEach({"(Class) => Badly formatted Class", "(Interaction) => Badly formatted Interaction",
@@ -149,13 +148,13 @@ TEST(OMTFileReaderTest, WhatHasNothingInItIsRefusedByTheNameSoFar)
                 "(Class (Attribute (Name))) => Badly formatted Name in Attribute  in Class ",
                 "(Interaction (Name I) (Parameter)) => Badly formatted Parameter in Interaction I",
                 "(Interaction (Parameter (Name))) => "
-                    "Badly formatted Name in Parameter  in Interaction  ",
+                "Badly formatted Name in Parameter  in Interaction  ",
                 "(ComplexDataType (Name D) (ComplexComponent)) => "
-                    "Badly formatted Complex Component in Datatype D",
+                "Badly formatted Complex Component in Datatype D",
                 "(EnumeratedDataType (Name D) (Enumeration)) => "
-                    "Badly formatted Enumeration in Enumerated Datatype D",
+                "Badly formatted Enumeration in Enumerated Datatype D",
                 "(Class (Name C) 1 (Name)) (Class (Name)) (Note) => "
-                    "Badly formatted Name in Class "},
+                "Badly formatted Name in Class "},
                failureOfModel);
     // Only a host can come to these.
     DtOMTFileReader reader;
@@ -170,29 +169,28 @@ TEST(OMTFileReaderTest, WhatFilesOfTheTimeHold)
 {
     EXPECT_THAT(dump(read("(Name \"POC\")")), testing::Not(testing::HasSubstr("POC[")));
     const Messages messages;
-    expectEach({R"((Name "\050a\"b\'\\c\q\051") => .name = (a"b'\c\q))",
-                "(Purpose \"p\"[6, 7]) ; (Name \"q\")\r\n(Type\r\n\"a\r\n\") => "
-                    ".type = a\r; .purpose = p",
-                "(Name \"A\") (MOMVersion) (Name) (Name N) ((Name) \"B\") => .name = A",
-                std::string("(Name \"A\0B\") => .name = A\0B", 27),
-                // A walk ends at what is no list, or an empty one.
-                "(Name \"A\") word (Name \"B\") => .name = A",
-                "(Name \"A\") () (Name \"B\") => .name = A",
-                "(Note (NoteNumber 6) 5 (NoteNumber 7)) (Note (NoteNumber 8)) => "
-                    ".note[0].number = 6; .note[1].number = 8",
-                "(POCFirstName \"A\") (POCFirstName B) => .POC[0].firstName = B",
-                "(EnumeratedDataType (Enumeration (Enumerator Red) (Representation 1))) => "
-                    ".enumerated[0].enumerator[0].number = 1",
-                "(Note (NoteNumber 9999999999)) (Note (NoteNumber -9999999999)) => "
-                    ".note[0].number = 1410065407; .note[1].number = -1410065407",
-                "(Note (NoteNumber 4294967295)) => .note[0].number = -1"},
-               [](const DtString& clauses) { return added(clauses.str(), "(Name)"); });
+    expectEach(
+        {R"((Name "\050a\"b\'\\c\q\051") => .name = (a"b'\c\q))",
+         "(Purpose \"p\"[6, 7]) ; (Name \"q\")\r\n(Type\r\n\"a\r\n\") => "
+         ".type = a\r; .purpose = p",
+         "(Name \"A\") (MOMVersion) (Name) (Name N) ((Name) \"B\") => .name = A",
+         std::string("(Name \"A\0B\") => .name = A\0B", 27),
+         // A walk ends at what is no list, or an empty one.
+         "(Name \"A\") word (Name \"B\") => .name = A", "(Name \"A\") () (Name \"B\") => .name = A",
+         "(Note (NoteNumber 6) 5 (NoteNumber 7)) (Note (NoteNumber 8)) => "
+         ".note[0].number = 6; .note[1].number = 8",
+         "(POCFirstName \"A\") (POCFirstName B) => .POC[0].firstName = B",
+         "(EnumeratedDataType (Enumeration (Enumerator Red) (Representation 1))) => "
+         ".enumerated[0].enumerator[0].number = 1",
+         "(Note (NoteNumber 9999999999)) (Note (NoteNumber -9999999999)) => "
+         ".note[0].number = 1410065407; .note[1].number = -1410065407",
+         "(Note (NoteNumber 4294967295)) => .note[0].number = -1"},
+        [](const DtString& clauses) { return added(clauses.str(), "(Name)"); });
     EXPECT_EQ(messages.list(),
               std::vector<std::string>(
                   {"Warning: number 9999999999 is out of range and was read as 1410065407\n",
                    "Warning: number -9999999999 is out of range and was read as -1410065407\n"}));
 }
-// clang-format on
 
 /// The names of the parents, "-" for a root, of classes given as name, identifier, "<" and
 /// identifier of the parent, such as "a1<0 b2<1"; then the warnings.
@@ -293,8 +291,8 @@ TEST(OMTFileReaderTest, AModelThatIsCutOrLacksAnOctetIsReadOrRefused)
 {
     const Messages messages;
     std::string text = "(ObjectModel ";
-    for (const Words& place : theWords)
-        text += place.text(DtString(place.words).sections('=')[0].str() + " \"7\\\"\\050\"") + "\n";
+    for (const Words& kind : theWords)
+        text += kind.text(DtString(kind.words).sections('=')[0].str() + " \"7\\\"\\050\"") + "\n";
     text += "(Note (NoteNumber 6)))";
     EXPECT_EQ(failureOf(text), "");
     for (std::size_t length = 0; length < text.size(); ++length)

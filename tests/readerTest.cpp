@@ -8,6 +8,7 @@
 #include "omtReader/xmlEvolvedFileReader.h"
 #include "omtReader/xmlFileReader.h"
 #include "support.h"
+#include "xmlDocument.h"
 
 #include <libxml/tree.h>
 
@@ -19,12 +20,6 @@ namespace
 {
 
 using Lines = std::vector<std::string>;
-
-struct FreeDocument
-{
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 
 /// The document of a text; content without a root gets one.
 Document parse(const std::string& content)
@@ -118,7 +113,7 @@ std::string definitions(const std::string& path, const std::string& word,
 
 /// The properties of one kind of element: words apart by blanks, each with the field of the dump
 /// after "=" where that has another name.
-struct Place
+struct Element
 {
     const char* path;   // of the element
     const char* entry;  // in the dump, with what goes before the field
@@ -129,8 +124,7 @@ struct Place
     const char* inNeither = "";
 };
 
-// clang-format off
-const std::vector<Place> theWords = {
+const std::vector<Element> theWords = {
     {"", "", "", "", "",
      "name version=versionNo type purpose appDomain=applicationDomain sponsor=sponsorOrgName "
      "date=modificationDate reference other pocName=POC[0].lastName pocOrg=POC[0].orgName "
@@ -187,7 +181,6 @@ const std::vector<Place> theWords = {
      "reliable"},
     {"updateRates/updateRate", "updateRate[0].", "updateRate", "", "name rate semantics"},
 };
-// clang-format on
 
 template <typename Reader>
 class ReaderTest : public testing::Test
@@ -208,51 +201,51 @@ std::vector<std::pair<std::string, std::string>> pairs(const std::string& words)
 
 /// Reads a document with a word and one without, and compares.
 template <typename Reader>
-void expectWords(const Place& place, const char* words, bool areRead)
+void expectWords(const Element& element, const char* words, bool areRead)
 {
     for (const auto& [word, field] : pairs(words))
     {
-        SCOPED_TRACE(std::string(place.path) + " " + word);
+        SCOPED_TRACE(std::string(element.path) + " " + word);
         const Lines without =
-            contents(*read(Reader(nullptr), definitions<Reader>(place.path, "x", {"7"})));
-        const TreePtr tree = read(Reader(nullptr), definitions<Reader>(place.path, word, {"7"}));
+            contents(*read(Reader(nullptr), definitions<Reader>(element.path, "x", {"7"})));
+        const TreePtr tree = read(Reader(nullptr), definitions<Reader>(element.path, word, {"7"}));
         EXPECT_EQ(tree->hlaVersion(), isEvolved<Reader> ? 3 : 2);
         Lines added = contents(*tree);
         std::erase_if(
             added, [&](const std::string& line)
             { return line.back() == '=' || std::count(without.begin(), without.end(), line); });
-        EXPECT_EQ(added, areRead ? Lines{place.entry + field + "=7"} : Lines());
+        EXPECT_EQ(added, areRead ? Lines{element.entry + field + "=7"} : Lines());
     }
 }
 
 TYPED_TEST(ReaderTest, EachWordFillsItsFieldAndNothingElse)
 {
     const Messages messages;
-    for (const Place& place : theWords)
+    for (const Element& element : theWords)
     {
-        expectWords<TypeParam>(place, place.inBoth, true);
-        expectWords<TypeParam>(place, place.inEvolved, isEvolved<TypeParam>);
-        expectWords<TypeParam>(place, place.inOlder, !isEvolved<TypeParam>);
-        expectWords<TypeParam>(place, place.inNeither, false);
+        expectWords<TypeParam>(element, element.inBoth, true);
+        expectWords<TypeParam>(element, element.inEvolved, isEvolved<TypeParam>);
+        expectWords<TypeParam>(element, element.inOlder, !isEvolved<TypeParam>);
+        expectWords<TypeParam>(element, element.inNeither, false);
     }
 }
 
 TYPED_TEST(ReaderTest, WhatHasAnEmptyNameIsDroppedWithAWarning)
 {
-    for (const Place& place : theWords)
+    for (const Element& element : theWords)
     {
-        const std::string noun = place.noun;
-        const auto words = pairs(std::string(place.inBoth) + " " +
-                                 (isEvolved<TypeParam> ? place.inEvolved : place.inOlder));
+        const std::string noun = element.noun;
+        const auto words = pairs(std::string(element.inBoth) + " " +
+                                 (isEvolved<TypeParam> ? element.inEvolved : element.inOlder));
         const bool isKept = !isEvolved<TypeParam> && noun == "fixedRecordData";
         if (noun.empty() || words.empty() || isKept) continue;
-        SCOPED_TRACE(place.path);
+        SCOPED_TRACE(element.path);
         const auto& [word, field] = words.front();
         const Messages messages;
         const TreePtr tree =
-            read(TypeParam(nullptr), definitions<TypeParam>(place.path, word, {"", "B"}));
+            read(TypeParam(nullptr), definitions<TypeParam>(element.path, word, {"", "B"}));
         const Lines lines = contents(*tree);
-        EXPECT_EQ(std::count(lines.begin(), lines.end(), place.entry + field + "=B"), 1);
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), element.entry + field + "=B"), 1);
         EXPECT_EQ(summary(*tree).find("[1]"), std::string::npos);
         ASSERT_FALSE(messages.list().empty());
         EXPECT_EQ(messages.list()[0],

@@ -179,14 +179,14 @@ TEST(RepresentationTest, ReadsAtTheNextMultipleOfItsWidthIfAligned)
                 SCOPED_TRACE(name + (isAligned ? " aligned at " : " at ") + std::to_string(start));
                 if (name == "string" || name == "utf8") continue;  // these have no width
                 const std::size_t width = rep->byteAlignment();
-                std::size_t place = start;
-                while (isAligned && name != "utf16" && place % width) ++place;
+                std::size_t begin = start;
+                while (isAligned && name != "utf16" && begin % width) ++begin;
                 // A vector begins at a multiple of 16. This one ends with the value, which is 0.
-                std::vector<char> value(place, '\x7F');
-                value.resize(place + width);
+                std::vector<char> value(begin, '\x7F');
+                value.resize(begin + width);
                 int consumed = -1;
                 rep->stringRep(value.data() + start, &consumed);
-                EXPECT_EQ(consumed, place + width - start);
+                EXPECT_EQ(consumed, begin + width - start);
                 EXPECT_EQ(numberOf(*rep, value.data() + start).first, 0);
             }
 }

@@ -40,13 +40,13 @@ void addChain(DtOMTTree& tree)
     H::setRoot(tree, *H::begin(tree));
 }
 
-/// The place of a virtual operation in the table, as the Itanium ABI stores it in a pointer.
+/// The slot of a virtual operation in the table, as the Itanium ABI stores it in a pointer.
 template <typename Operation>
 std::ptrdiff_t slotOf(Operation operation)
 {
-    std::ptrdiff_t place;
-    std::memcpy(&place, &operation, sizeof place);
-    return (place - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+    std::ptrdiff_t slot;
+    std::memcpy(&slot, &operation, sizeof slot);
+    return (slot - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
 }  // namespace
