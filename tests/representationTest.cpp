@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Representations: the octets of one value to text and back.
 #include "omtReader/arrayDatatypeRep.h"
-#include "omtReader/boolDatatypeRep.h"
-#include "omtReader/byteDatatypeRep.h"
-#include "omtReader/charDatatypeRep.h"
 #include "omtReader/conversionString.h"
-#include "omtReader/doubleLEDatatypeRep.h"
-#include "omtReader/enum16DatatypeRep.h"
-#include "omtReader/enum32DatatypeRep.h"
+#include "omtReader/datatypeManager.h"
 #include "omtReader/enum8DatatypeRep.h"
-#include "omtReader/floatLEDatatypeRep.h"
 #include "omtReader/hexDatatypeRep.h"
 #include "omtReader/intLEDatatypeRep.h"
-#include "omtReader/longLEDatatypeRep.h"
-#include "omtReader/shortLEDatatypeRep.h"
-#include "omtReader/stringDatatypeRep.h"
-#include "omtReader/utf16DatatypeRep.h"
-#include "omtReader/utf8DatatypeRep.h"
 #include "support.h"
 #include "util/dtNetworkOrder.h"
 
@@ -32,43 +21,27 @@ using testing::ElementsAre;
 namespace
 {
 
-struct Release
+/// The representations that every manager begins with, by their names.
+struct Representations : DtDatatypeManager
 {
-    void operator()(DtDatatypeRep* rep) const { DtDatatypeRep::release(rep); }
+    explicit Representations(bool isAligned)
+    {
+        setImplicitPadding(isAligned);
+        fillDefaultDatatypeRepList();
+    }
+    auto begin() { return getNameRepMapList(); }
+    auto end() { return getNameRepMapListEnd(); }
 };
-using RepPtr = std::unique_ptr<DtDatatypeRep, Release>;
-
-template <typename... Reps>
-void addIntegers(std::vector<RepPtr>& reps, bool isAligned)
-{
-    (..., reps.emplace_back(new Reps(isAligned, false)));
-    (..., reps.emplace_back(new Reps(isAligned, true)));
-}
-
-std::vector<RepPtr> allRepresentations(bool pad)
-{
-    std::vector<RepPtr> reps;
-    for (DtDatatypeRep* rep : std::initializer_list<DtDatatypeRep*>{
-             new DtBoolDatatypeRep, new DtByteDatatypeRep, new DtCharDatatypeRep,
-             new DtHexDatatypeRep, new DtStringDatatypeRep, new DtUtf8DatatypeRep,
-             new DtUtf16DatatypeRep(pad), new DtFloatDatatypeRep(pad),
-             new DtFloatLEDatatypeRep(pad), new DtDoubleDatatypeRep(pad),
-             new DtDoubleLEDatatypeRep(pad), new DtEnum8DatatypeRep, new DtEnum16DatatypeRep(pad),
-             new DtEnum32DatatypeRep(pad)})
-        reps.emplace_back(rep);
-    addIntegers<DtShortDatatypeRep, DtShortLEDatatypeRep, DtIntDatatypeRep, DtIntLEDatatypeRep,
-                DtLongDatatypeRep, DtLongLEDatatypeRep>(reps, pad);
-    return reps;
-}
 
 /// The representation that a case such as "short 42" begins with; the rest stays in the case.
-RepPtr takeRepresentation(std::string_view& input)
+const DtDatatypeRep& takeRepresentation(std::string_view& input)
 {
-    const std::string_view name = input.substr(0, input.find(' '));
-    input.remove_prefix(name.size() + 1);
-    for (RepPtr& rep : allRepresentations(false))
-        if (rep->datatype() == name) return std::move(rep);
-    throw std::invalid_argument("no representation " + std::string(name));
+    static Representations theRepresentations(false);
+    const std::string_view wanted = input.substr(0, input.find(' '));
+    input.remove_prefix(wanted.size() + 1);
+    for (const auto& [name, rep] : theRepresentations)
+        if (name == wanted) return *rep;
+    throw std::invalid_argument("no representation " + std::string(wanted));
 }
 
 /// Octets in hexadecimal, each with a blank after it.
@@ -95,13 +68,13 @@ std::pair<double, int> numberOf(const DtDatatypeRep& rep, const void* position)
 std::string decoded(const DtString& input)
 {
     std::string_view digits = input.view();
-    const RepPtr rep = takeRepresentation(digits);
+    const DtDatatypeRep& rep = takeRepresentation(digits);
     const std::vector<char> value = octets(digits);
     int consumed = -1;
-    const DtString text = rep->stringRep(value.data(), &consumed);
-    EXPECT_EQ(rep->stringRep(value.data(), nullptr), text) << input;
+    const DtString text = rep.stringRep(value.data(), &consumed);
+    EXPECT_EQ(rep.stringRep(value.data(), nullptr), text) << input;
     const std::string result = text.str() + " (" + std::to_string(consumed) + ")";
-    const auto [number, numberConsumed] = numberOf(*rep, value.data());
+    const auto [number, numberConsumed] = numberOf(rep, value.data());
     if (numberConsumed < 0) return result;
     EXPECT_EQ(numberConsumed, consumed) << input;
     return result + ' ' + DtString(number).str();
@@ -111,7 +84,7 @@ std::string decoded(const DtString& input)
 std::string encoded(const DtString& input)
 {
     std::string_view text = input.view();
-    const std::vector<char> value = takeRepresentation(text)->valueFromStringRep(text);
+    const std::vector<char> value = takeRepresentation(text).valueFromStringRep(text);
     return Dump().stringRep(value.data(), static_cast<int>(value.size()), nullptr).str();
 }
 
@@ -172,11 +145,11 @@ TEST(RepresentationTest, Encodes)
 TEST(RepresentationTest, ReadsAtTheNextMultipleOfItsWidthIfAligned)
 {
     for (const bool isAligned : {false, true})
-        for (const RepPtr& rep : allRepresentations(isAligned))
+        for (const auto& [name, rep] : Representations(isAligned))
             for (std::size_t start = 0; start <= 8; ++start)
             {
-                const std::string name = rep->datatype();
-                SCOPED_TRACE(name + (isAligned ? " aligned at " : " at ") + std::to_string(start));
+                SCOPED_TRACE(name.str() + (isAligned ? " aligned at " : " at ") +
+                             std::to_string(start));
                 if (name == "string" || name == "utf8") continue;  // these have no width
                 const std::size_t width = rep->byteAlignment();
                 std::size_t begin = start;
@@ -193,10 +166,10 @@ TEST(RepresentationTest, ReadsAtTheNextMultipleOfItsWidthIfAligned)
 
 TEST(RepresentationTest, TakesNoPosition)
 {
-    for (const RepPtr& rep : allRepresentations(true))
+    for (const auto& [name, rep] : Representations(true))
     {
-        const std::string name = rep->datatype();
-        SCOPED_TRACE(name);
+        SCOPED_TRACE(name.str());
+        EXPECT_EQ(rep->datatype(), name);
         const int untouched = 77;
         int consumed = untouched;
         EXPECT_EQ(rep->stringRep(nullptr, &consumed), "");
