@@ -4,9 +4,7 @@
 #include "omtReader/arrayDatatypeNode.h"
 #include "omtReader/complexDatatypeNode.h"
 #include "omtReader/fullNames.h"
-#include "omtReader/interactionClassFedNode.h"
-#include "omtReader/objectClassFedNode.h"
-#include "omtReader/omtTree.h"
+#include "omtReader/hierarchy.h"
 
 namespace
 {
@@ -18,13 +16,18 @@ void deriveFullName(const DtFedNode& node)
     if (!omtreader::FullNames::isLong(node)) node.getFullName();
 }
 
-template <typename Members>
-void deriveMembers(const Members& members)
+template <typename Class>
+void deriveHierarchy(DtOMTTree& tree)
 {
-    for (const auto* member : members)
+    using H = omtreader::Hierarchy<Class>;
+    for (auto node = H::begin(tree); node != H::end(tree); ++node)
     {
-        deriveFullName(*member);
-        member->getCardinalityType();
+        deriveFullName(**node);
+        for (const auto* member : H::members(**node))
+        {
+            deriveFullName(*member);
+            member->getCardinalityType();
+        }
     }
 }
 
@@ -32,17 +35,8 @@ void deriveMembers(const Members& members)
 
 void omtreader::deriveAllValues(DtOMTTree& tree)
 {
-    for (auto node = tree.getObjectClassNodeBegin(); node != tree.getObjectClassNodeEnd(); ++node)
-    {
-        deriveFullName(**node);
-        deriveMembers((*node)->getAttributes());
-    }
-    for (auto node = tree.getInteractionClassNodeBegin(); node != tree.getInteractionClassNodeEnd();
-         ++node)
-    {
-        deriveFullName(**node);
-        deriveMembers((*node)->getParameters());
-    }
+    deriveHierarchy<DtObjectClassFedNode>(tree);
+    deriveHierarchy<DtInteractionClassFedNode>(tree);
     for (auto node = tree.getArrayDatatypeNodeList(); node != tree.getArrayDatatypeEndNode();
          ++node)
         (*node)->getCardinalityType();
