@@ -112,11 +112,11 @@ void DtComplexComponentNode::setDerivedValues() const
         myCardinalityType = ComponentForm::theConditionWithValue;
         return;
     }
-    // The place looked at comes from the length of the value and not of the component, and the
+    // The index looked at comes from the length of the value and not of the component, and the
     // value is the one of an earlier text, if there was one: so the ")" after a component usually
     // stays. A slip of old that is kept: what reads the component counts on it.
-    const auto place = static_cast<std::ptrdiff_t>(myConditionalValue.length()) - 1;
-    if (myConditionalComponent.charAt(place) == ')') dropLast(myConditionalComponent);
+    const auto index = static_cast<std::ptrdiff_t>(myConditionalValue.length()) - 1;
+    if (myConditionalComponent.charAt(index) == ')') dropLast(myConditionalComponent);
 }
 
 void DtComplexComponentNode::refresh() const

@@ -39,9 +39,9 @@ DtString DtCSVReader::stringVar(int first, int last) const
 {
     if (!myIsGood || first < 0 || last < first) return {};
     const std::vector<std::size_t>& ends = columnEnds();
-    const auto place = static_cast<std::size_t>(first);
-    if (place >= ends.size()) return {};
-    const std::size_t start = first == 0 ? 0 : ends[place - 1] + 1;
+    const auto column = static_cast<std::size_t>(first);
+    if (column >= ends.size()) return {};
+    const std::size_t start = first == 0 ? 0 : ends[column - 1] + 1;
     const std::size_t end = ends[std::min(static_cast<std::size_t>(last), ends.size() - 1)];
     return myLine.view().substr(start, end - start);
 }

@@ -22,11 +22,11 @@ struct Texts
 
     explicit Texts(const void* record)
     {
-        DtGeodeticCoord place(DtGlobalEllipsoid());
-        place.setGeocentric(Octets::read(record));
-        latitude = omtreader::recordText(DtRad2Deg(place.lat()));
-        longitude = omtreader::recordText(DtRad2Deg(place.lon()));
-        altitude = omtreader::recordText(place.alt());
+        DtGeodeticCoord geodetic(DtGlobalEllipsoid());
+        geodetic.setGeocentric(Octets::read(record));
+        latitude = omtreader::recordText(DtRad2Deg(geodetic.lat()));
+        longitude = omtreader::recordText(DtRad2Deg(geodetic.lon()));
+        altitude = omtreader::recordText(geodetic.alt());
     }
 };
 
