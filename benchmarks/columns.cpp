@@ -282,20 +282,28 @@ struct Columns<byHand::Environment>
         {
             const byHand::Environment::Record& one = all.all[i];
             const std::size_t row = index.count;
+            const bool isPoint = one.type == 655360, isLine = one.type == 786432;
+            const bool isSphere = !isPoint && !isLine;
             index.add(one.index);
             type.add(theTypes[one.type]);
-            alternatives[i].set(row);
-            positions.add(one.first, 0);
-            positions.add(one.second, 3);
-            radius.add(one.radius);
+            (isPoint ? hasPoint : isLine ? hasLine : hasSphere).set(row);
+            positions.add(isPoint ? one.first : byHand::Position{}, 0);
+            positions.add(isLine ? one.first : byHand::Position{}, 3);
+            positions.add(isLine ? one.second : byHand::Position{}, 6);
+            positions.add(isSphere ? one.first : byHand::Position{}, 9);
+            radius.add(isSphere ? one.radius : 0);
+            for (const std::uint8_t octet : one.padding)
+                if (isSphere) padding.add(octet);
+            paddingEnds.add(static_cast<std::int32_t>(padding.count));
         }
         ends.add(static_cast<std::int32_t>(index.count));
     }
-    Label ends{theRows + 1}, type{theRecords};
+    Label ends{theRows + 1}, type{theRecords}, paddingEnds{theRecords + 1};
     Filled<std::uint32_t> index{theRecords};
-    Validity alternatives[3] = {Validity(theRecords), Validity(theRecords), Validity(theRecords)};
-    Several<6, double> positions{theRecords};
+    Validity hasPoint{theRecords}, hasLine{theRecords}, hasSphere{theRecords};
+    Several<12, double> positions{theRecords};
     Filled<float> radius{theRecords};
+    Octet padding{theRecords * 4};
 };
 
 template <>
