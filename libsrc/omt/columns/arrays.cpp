@@ -143,7 +143,8 @@ void writeTexts(const std::vector<std::string>& texts, ArrowArray& array)
     Buffer ends;
     Buffer letters;
     std::size_t size = 0;
-    auto* const end = ends.need<std::uint32_t>((texts.size() + 1) * sizeof(std::uint32_t));
+    auto* const end =
+        reinterpret_cast<std::uint32_t*>(ends.need((texts.size() + 1) * sizeof(std::uint32_t)));
     letters.need(1);
     for (std::size_t i = 0; i < texts.size(); ++i)
     {

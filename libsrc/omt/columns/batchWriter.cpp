@@ -3,9 +3,9 @@
 
 #include "omt/codec/quickIndex.h"
 #include "omt/codec/valueParts.h"
+#include "omt/columns/utf8.h"
 
 #include <bit>
-#include <charconv>
 #include <sstream>
 
 namespace omt
@@ -25,23 +25,33 @@ std::size_t bitOctets(std::size_t rows)
     return (rows + 7) / 8;
 }
 
-std::size_t countSet(const Buffer& bits, std::size_t rows)
+std::size_t countSet(Buffer& bits, std::size_t rows)
 {
     if (bits.isEmpty()) return 0;
+    bits.need(bitOctets(rows));
     std::size_t count = 0;
-    for (std::size_t i = 0; i < rows / 8; ++i)
-        count += static_cast<std::size_t>(std::popcount(bits.data()[i]));
-    for (std::size_t i = rows / 8 * 8; i < rows; ++i) count += bits.data()[i / 8] >> i % 8 & 1;
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < rows / 64; ++i)
+    {
+        std::memcpy(&word, bits.data() + 8 * i, sizeof word);
+        count += static_cast<std::size_t>(std::popcount(word));
+    }
+    for (std::size_t i = rows / 64 * 64; i < rows; ++i) count += bits.data()[i / 8] >> i % 8 & 1;
     return count;
 }
 
 }  // namespace
 
-void Ends::end(std::size_t row, std::size_t newSize, std::size_t expectedRows)
+std::uint32_t* Ends::room(std::size_t end, std::size_t expectedRows)
 {
     constexpr std::size_t theWidth = sizeof(std::uint32_t);
-    auto* const to =
-        places.need<std::uint32_t>((row + 2) * theWidth, (expectedRows + 1) * theWidth);
+    return reinterpret_cast<std::uint32_t*>(
+        places.room(theWidth, (end + 1) * theWidth, (expectedRows + 1) * theWidth));
+}
+
+void Ends::end(std::size_t row, std::size_t newSize, std::size_t expectedRows)
+{
+    std::uint32_t* const to = room(row + 1, expectedRows);
     for (; rows < row; ++rows) to[rows + 1] = static_cast<std::uint32_t>(size);
     size = newSize;
     to[++rows] = static_cast<std::uint32_t>(size);
@@ -79,50 +89,77 @@ void BatchWriter::clear()
 
 // Rows -------------------------------------------------------------------------------------------
 
-void BatchWriter::addFault(std::string_view text)
+void BatchWriter::add(const OctetCells::Block& block, std::size_t count)
 {
-    const Piece piece{nullptr, static_cast<std::uint32_t>(myRow), theNone};
+    const std::size_t fixedSize = myFixedSize;
+    const auto first = static_cast<std::uint32_t>(myRow);
+    std::size_t filled = 0;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const std::size_t size = block.sizes[i];
+        Piece& piece = myPieces[filled];
+        piece.place = block.places[i];
+        piece.row = first + static_cast<std::uint32_t>(i);
+        piece.entry = theNone;
+        if (size == fixedSize ||
+            (size != OctetCells::Block::theNull && find(Octets(piece.place, size), piece)))
+            ++filled;
+    }
+    myPieceCount = filled;
+    myRow += count;
+    myShare = myExpectedRows / std::max<std::size_t>(myRow, 1) + 1;
+}
+
+void BatchWriter::addFault(std::size_t row, std::string_view text)
+{
+    const Piece piece{nullptr, static_cast<std::uint32_t>(row), theNone};
     Column column;
     setBits(myFaults.valid, column, &piece, 1);
     myFaults.data.put(myFaults.ends.size, text);
-    myFaults.ends.end(myRow, myFaults.ends.size + text.size(), 0);
+    myFaults.ends.end(row, myFaults.ends.size + text.size(), 0);
     myIsFull = myIsFull || myFaults.ends.size > myColumns.options.mostInBatch;
-    ++myRow;
 }
 
-void BatchWriter::addOpen(Octets octets)
+void BatchWriter::addTooLarge()
 {
-    Piece& piece = myPieces[myPieceCount];
-    piece.row = static_cast<std::uint32_t>(myRow);
-    if (findQuickly(octets, piece))
-    {
-        ++myPieceCount;
-        ++myRow;
-        return;
-    }
+    addFault(myRow++, "the value is too large for a batch");
+}
+
+// Finds the pieces of a value; false where there is none, which is a fault of the row.
+bool BatchWriter::find(Octets octets, Piece& piece)
+{
+    if (findQuickly(octets, piece)) return true;
     const bool isWhole = findSlowly(octets, piece);
-    if (isWhole) ++myPieceCount;
     const std::size_t left = octets.size() - mySlowIndex.octets;
-    if (isWhole && left == 0)
-    {
-        ++myRow;
-        return;
-    }
+    if (isWhole && left == 0) return true;
     std::ostringstream text;
     if (isWhole)
         text << left << " octets are left over";
     else
         text << *mySlowIndex.fault;
-    addFault(text.str());
+    addFault(piece.row, text.str());
+    return isWhole;
 }
 
 // Values in which nothing is to be noted.
 bool BatchWriter::findQuickly(Octets octets, Piece& piece)
 {
-    if (myPlan.nodes[myRoot].isFixed || octets.size() > theLargestSize) return false;
+    const Node& root = myPlan.nodes[myRoot];
+    if (root.isFixed || octets.size() > theLargestSize) return false;
     const auto entry = static_cast<std::uint32_t>(myIndex.entries.size());
     piece.entry = entry;
-    piece.place = octets.data();
+    std::size_t size = theOdd;
+    std::uint32_t count = 0;
+    if (root.quick == QuickForm::fork)
+        size =
+            sizeOfFork<true>(myPlan, myPlan.forks[root.fork], octets.data(), octets.size(), count);
+    else if (root.quick == QuickForm::list)
+        size = sizeOfList<true>(root, octets.data(), octets.size(), count);
+    if (size == octets.size())
+    {
+        myIndex.entries.push_back({0, static_cast<std::uint32_t>(size), count, entry + 1});
+        return true;
+    }
     QuickIndexer<true> quick(myPlan, octets, &myIndex);
     if (quick.piece(myRoot, 0, {octets.size(), 0, 0}) == octets.size()) return true;
     myIndex.entries.resize(entry);
@@ -134,7 +171,6 @@ bool BatchWriter::findSlowly(Octets octets, Piece& piece)
     Indexer indexer(myPlan, octets, mySlowIndex);
     indexer.dropNotes();
     if (!indexer.run(myRoot)) return false;
-    piece.place = octets.data();
     piece.entry = theNone;
     if (mySlowIndex.entries.empty()) return true;
     const auto base = static_cast<std::uint32_t>(myIndex.entries.size());
@@ -160,14 +196,13 @@ bool BatchWriter::write()
 // Room for the rows of the batch is made at once; elements grow as they come.
 std::size_t BatchWriter::expected(const Column& column, std::size_t rows) const
 {
-    if (column.isOfRows) return myExpectedRows;
-    return rows * (myExpectedRows / std::max<std::size_t>(myRow, 1) + 1);
+    return column.isOfRows ? myExpectedRows : rows * myShare;
 }
 
 void BatchWriter::setBits(Buffer& bits, const Column& column, const Piece* pieces,
                           std::size_t count) const
 {
-    const std::size_t rows = pieces[count - 1].row + 1;
+    const std::size_t rows = pieces[count - 1].row + std::size_t{1};
     std::uint8_t* const to = bits.need(bitOctets(rows) + 1, bitOctets(expected(column, rows)) + 1);
     std::size_t i = 0;
     while (i < count)
@@ -184,18 +219,27 @@ void BatchWriter::setBits(Buffer& bits, const Column& column, const Piece* piece
     }
 }
 
+// Room for numbers of these rows; those before them and between them are zero.
+std::uint8_t* BatchWriter::room(const Column& column, Cells& cells, const Piece* pieces,
+                                std::size_t count) const
+{
+    const std::size_t end = pieces[count - 1].row + std::size_t{1};
+    const std::size_t first = pieces[0].row;
+    const std::size_t start = end - first == count ? first : end;
+    return cells.data.room(start * column.width, end * column.width,
+                           expected(column, end) * column.width);
+}
+
 void BatchWriter::run(std::uint32_t at, const Piece* pieces, std::size_t count, std::size_t offset)
 {
     const Column& column = myColumns.columns[at];
     Cells& cells = myCells[at];
     if (column.isNullable) setBits(cells.valid, column, pieces, count);
-    const std::size_t rows = pieces[count - 1].row + 1;
     switch (column.shape)
     {
         case Shape::number:
-            cells.data.need(rows * column.width, expected(column, rows) * column.width);
-            column.write(myPlan.nodes[column.node], pieces, count, offset, cells.data.data());
-            return;
+            return column.write(myPlan.nodes[column.node], pieces, count, offset,
+                                room(column, cells, pieces, count));
         case Shape::label:
             return labels(column, cells, pieces, count, offset);
         case Shape::list:
@@ -203,7 +247,7 @@ void BatchWriter::run(std::uint32_t at, const Piece* pieces, std::size_t count, 
         case Shape::record:
             return record(column, pieces, count, offset);
         case Shape::variant:
-            return variant(column, pieces, count);
+            return variant(column, pieces, count, offset);
         case Shape::present:
             return setBits(cells.data, column, pieces, count);
         case Shape::labelText:
@@ -228,7 +272,8 @@ void BatchWriter::record(const Column& column, const Piece* pieces, std::size_t 
     {
         const Part& part = myPlan.parts[node.first + i];
         const Node& child = myPlan.nodes[part.node];
-        if (!child.isFixed || part.decider != theNone || part.offset == theNone)
+        const bool isOpen = !child.isFixed || part.decider != theNone || part.offset == theNone;
+        if (isOpen && node.quick != QuickForm::fork)
             return openFields(column, i, end, pieces, count);
         run(column.first + i, pieces, count, offset + part.offset);
         end = part.offset + child.size;
@@ -267,11 +312,6 @@ void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_
                 piece.place += place[row];
                 place[row] += child.size;
             }
-            else if (node.quick == QuickForm::fork)
-            {
-                piece.entry = pieces[row].entry;
-                piece.place += part.offset;
-            }
             else
             {
                 const Entry& entry = myIndex.entries[next[row]];
@@ -287,12 +327,14 @@ void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_
     }
 }
 
-// The rows of each alternative together.
-void BatchWriter::variant(const Column& column, const Piece* pieces, std::size_t count)
+// The rows of each alternative together. Which one a row has cannot be guessed, so that rows are
+// picked without a branch.
+void BatchWriter::variant(const Column& column, const Piece* pieces, std::size_t count,
+                          std::size_t offset)
 {
-    constexpr std::uint32_t theDone = theUnknown - 1;
+    constexpr std::uint32_t theDone = theNone;
     const Node& node = myPlan.nodes[column.node];
-    run(column.first, pieces, count, 0);
+    run(column.first, pieces, count, offset);
     std::array<std::uint32_t, theBlock> choices;
     Pieces children;
     for (std::size_t i = 0; i < count; ++i) choices[i] = myIndex.entries[pieces[i].entry].count;
@@ -301,18 +343,15 @@ void BatchWriter::variant(const Column& column, const Piece* pieces, std::size_t
         const std::uint32_t choice = choices[start];
         if (choice == theDone || choice == theNothing) continue;
         const bool isKept = choice == theUnknown;
-        const bool isFixed =
-            !isKept && myPlan.nodes[myPlan.parts[node.first + choice].node].isFixed;
+        const std::size_t body = offset + (isKept ? 0 : node.body);
+        const std::uint32_t inner = isKept ? 0 : 1;
         std::size_t filled = 0;
         for (std::size_t i = start; i < count; ++i)
         {
-            if (choices[i] != choice) continue;
-            choices[i] = theDone;
-            Piece& piece = children[filled++];
-            piece = pieces[i];
-            if (isKept) continue;
-            piece.place += node.body;
-            piece.entry = isFixed ? theNone : piece.entry + 1;
+            const std::uint32_t isChosen = choices[i] == choice ? 1 : 0;
+            children[filled] = {pieces[i].place + body, pieces[i].row, pieces[i].entry + inner};
+            choices[i] |= theDone * isChosen;
+            filled += isChosen;
         }
         run(column.first + (isKept ? column.count - 1 : choice), children.data(), filled, 0);
     }
@@ -357,18 +396,19 @@ void BatchWriter::elements(std::uint32_t at, const Piece& piece, const Run& run,
     const Column& column = myColumns.columns[at];
     const Node& node = myPlan.nodes[column.node];
     const bool isFixed = myPlan.nodes[node.element].isFixed;
+    const std::size_t stride = node.stride;
     const std::uint8_t* place = run.first;
     std::uint32_t entry = isFixed ? theNone : piece.entry + 1;
     const std::uint8_t* const start =
         isFixed ? nullptr : piece.place - myIndex.entries[piece.entry].offset;
-    for (std::size_t i = 0; i < run.count; ++i)
+    for (std::size_t i = 0; i < run.count;)
     {
-        if (!isFixed) place = start + myIndex.entries[entry].offset;
-        children[filled++] = {place, static_cast<std::uint32_t>(row + i), entry};
-        if (isFixed)
-            place += node.stride;
-        else
-            entry = myIndex.entries[entry].next;
+        const std::size_t end = std::min(run.count, i + theBlock - filled);
+        for (; isFixed && i < end; ++i, place += stride)
+            children[filled++] = {place, static_cast<std::uint32_t>(row + i), theNone};
+        for (; i < end; ++i, entry = myIndex.entries[entry].next)
+            children[filled++] = {start + myIndex.entries[entry].offset,
+                                  static_cast<std::uint32_t>(row + i), entry};
         if (filled < theBlock) continue;
         this->run(column.first, children.data(), filled, 0);
         filled = 0;
@@ -380,8 +420,6 @@ void BatchWriter::elements(std::uint32_t at, const Piece& piece, const Run& run,
 std::int32_t BatchWriter::labelOf(const Column& column, Cells& cells, std::int64_t number)
 {
     const LabelTable& table = myColumns.tables[column.labels];
-    const std::int32_t label = table.find(number);
-    if (label >= 0) return label;
     const auto next = static_cast<std::int32_t>(table.labels.size() + cells.strangers.size());
     const auto [place, isNew] = cells.strangerPlaces.try_emplace(number, next);
     if (isNew) cells.strangers.push_back(number);
@@ -393,17 +431,25 @@ void BatchWriter::labels(const Column& column, Cells& cells, const Piece* pieces
 {
     const Node& node = myPlan.nodes[column.node];
     const LabelTable& table = myColumns.tables[column.labels];
-    const std::size_t rows = pieces[count - 1].row + 1;
-    auto* const to = cells.data.need<std::int32_t>(rows * sizeof(std::int32_t),
-                                                   expected(column, rows) * sizeof(std::int32_t));
-    const auto size = static_cast<std::uint64_t>(table.dense.size());
-    const std::int32_t* const dense = table.dense.data();
-    for (std::size_t i = 0; i < count; ++i)
+    auto* const to = reinterpret_cast<std::int32_t*>(room(column, cells, pieces, count));
+    const auto write = [&](const auto& load)
     {
-        const std::int64_t number = loadInteger(node, pieces[i].place + offset);
-        const std::int32_t label = static_cast<std::uint64_t>(number) < size ? dense[number] : -1;
-        to[pieces[i].row] = label >= 0 ? label : labelOf(column, cells, number);
-    }
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const auto number = static_cast<std::int64_t>(load(pieces[i].place + offset));
+            const std::int32_t label = table.find(number);
+            to[pieces[i].row] = label >= 0 ? label : labelOf(column, cells, number);
+        }
+    };
+    const bool isUsual = node.scalar == Scalar::unsignedInteger && !node.isLittleEndian;
+    if (isUsual && node.size == 1)
+        write([](const std::uint8_t* octets) { return *octets; });
+    else if (isUsual && node.size == 2)
+        write(loadBig16);
+    else if (isUsual && node.size == 4)
+        write(loadBig32);
+    else
+        write([&node](const std::uint8_t* octets) { return loadInteger(node, octets); });
 }
 
 // Texts ------------------------------------------------------------------------------------------
@@ -411,11 +457,58 @@ void BatchWriter::labels(const Column& column, Cells& cells, const Piece* pieces
 void BatchWriter::texts(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
                         std::size_t offset)
 {
+    const Node& node = myPlan.nodes[column.node];
+    const bool isLittleEndian =
+        column.shape == Shape::utf16 && myPlan.nodes[node.element].isLittleEndian;
+    // Appends what `put` writes, for each character into room for so many octets.
+    const auto characters = [&](std::size_t width, const auto& put)
+    {
+        return [this, &cells, &node, offset, width, put](const Piece& piece)
+        {
+            const Run run = runOf(node, piece, offset);
+            std::uint8_t* const to = room(cells, width * run.count);
+            return static_cast<std::size_t>(put(to, run.first, run.count) - to);
+        };
+    };
+    switch (column.shape)
+    {
+        case Shape::octets:
+            return eachText(column, cells, pieces, count,
+                            [&](const Piece& piece)
+                            {
+                                const Run run = runOf(node, piece, offset);
+                                return append(cells, run.first, run.count);
+                            });
+        case Shape::latin1:
+            return eachText(column, cells, pieces, count, characters(2, putLatin1));
+        case Shape::hinted:
+            return eachText(column, cells, pieces, count, characters(2, putText));
+        case Shape::utf16:
+            return eachText(
+                column, cells, pieces, count,
+                characters(3, [isLittleEndian](std::uint8_t* to, const std::uint8_t* units,
+                                               std::size_t size)
+                           { return putUtf16(to, units, size, isLittleEndian); }));
+        default:
+            return eachText(column, cells, pieces, count,
+                            [&](const Piece& piece) { return text(column, cells, piece, offset); });
+    }
+}
+
+// Rows that were left out end where those before them do.
+template <typename Append>
+void BatchWriter::eachText(const Column& column, Cells& cells, const Piece* pieces,
+                           std::size_t count, const Append& append)
+{
     Ends& ends = cells.ends;
-    const std::size_t expectedRows = expected(column, pieces[count - 1].row + std::size_t{1});
+    const std::size_t last = pieces[count - 1].row + std::size_t{1};
+    std::uint32_t* const to = ends.room(last, expected(column, last));
     for (std::size_t i = 0; i < count; ++i)
     {
-        ends.end(pieces[i].row, ends.size + text(column, cells, pieces[i], offset), expectedRows);
+        for (; ends.rows < pieces[i].row; ++ends.rows)
+            to[ends.rows + 1] = static_cast<std::uint32_t>(ends.size);
+        ends.size += append(pieces[i]);
+        to[++ends.rows] = static_cast<std::uint32_t>(ends.size);
         if (ends.size <= myColumns.options.mostInBatch) continue;
         myIsFull = true;
         return;
@@ -427,8 +520,7 @@ void BatchWriter::texts(const Column& column, Cells& cells, const Piece* pieces,
 std::uint8_t* BatchWriter::room(Cells& cells, std::size_t octets) const
 {
     const std::size_t size = cells.ends.size + octets + 1;
-    const std::size_t share = myExpectedRows / std::max<std::size_t>(myRow, 1) + 1;
-    return cells.data.need(size, size * share) + cells.ends.size;
+    return cells.data.room(cells.ends.size, size, size * myShare) + cells.ends.size;
 }
 
 std::size_t BatchWriter::append(Cells& cells, const std::uint8_t* octets, std::size_t count) const
@@ -438,97 +530,6 @@ std::size_t BatchWriter::append(Cells& cells, const std::uint8_t* octets, std::s
     return count;
 }
 
-namespace
-{
-
-std::uint8_t* putUtf8(std::uint8_t* to, std::uint32_t code)
-{
-    const auto put = [&to](std::uint32_t bits) { *to++ = static_cast<std::uint8_t>(bits); };
-    if (code < 0x80)
-    {
-        put(code);
-        return to;
-    }
-    if (code < 0x800)
-        put(0xC0 | code >> 6);
-    else
-    {
-        if (code < 0x10000)
-            put(0xE0 | code >> 12);
-        else
-        {
-            put(0xF0 | code >> 18);
-            put(0x80 | (code >> 12 & 0x3F));
-        }
-        put(0x80 | (code >> 6 & 0x3F));
-    }
-    put(0x80 | (code & 0x3F));
-    return to;
-}
-
-/// Into room for twice as many octets.
-std::uint8_t* putLatin1(std::uint8_t* to, const std::uint8_t* octets, std::size_t count)
-{
-    constexpr std::uint64_t theHigh = 0x8080808080808080;
-    std::size_t i = 0;
-    for (; i < count; ++i)
-    {
-        std::uint64_t eight = theHigh;
-        if (i + 8 <= count) std::memcpy(&eight, octets + i, 8);
-        if ((eight & theHigh) != 0)
-        {
-            to = putUtf8(to, octets[i]);
-            continue;
-        }
-        std::memcpy(to, &eight, 8);
-        to += 8;
-        i += 7;
-    }
-    return to;
-}
-
-/// Into room for three times as many octets as units. Half of a pair, which UTF-8 cannot say,
-/// becomes U+FFFD.
-template <bool isLittleEndian>
-std::uint8_t* putUtf16(std::uint8_t* to, const std::uint8_t* octets, std::size_t count)
-{
-    const auto load = [octets](std::size_t i)
-    {
-        const std::uint32_t first = octets[2 * i];
-        const std::uint32_t second = octets[2 * i + 1];
-        return isLittleEndian ? second << 8 | first : first << 8 | second;
-    };
-    // Four units of ASCII at once: their high octets are zero, and so is the highest bit.
-    constexpr std::uint64_t theHigh = isLittleEndian ? 0xFF80FF80FF80FF80 : 0x80FF80FF80FF80FF;
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        std::uint64_t four = theHigh;
-        if (i + 4 <= count) std::memcpy(&four, octets + 2 * i, sizeof four);
-        if ((four & theHigh) == 0)
-        {
-            if (!isLittleEndian) four >>= 8;
-            four = (four | four >> 8) & 0x0000FFFF0000FFFF;
-            const auto letters = static_cast<std::uint32_t>(four | four >> 16);
-            std::memcpy(to, &letters, sizeof letters);
-            to += 4;
-            i += 3;
-            continue;
-        }
-        std::uint32_t code = load(i);
-        if ((code & 0xF800) == 0xD800)
-        {
-            const std::uint32_t next = i + 1 < count ? load(i + 1) : 0;
-            const bool isPair = (code & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00;
-            code = isPair ? 0x10000 + ((code & 0x3FF) << 10) + (next & 0x3FF) : 0xFFFD;
-            if (isPair) ++i;
-        }
-        to = putUtf8(to, code);
-    }
-    return to;
-}
-
-}  // namespace
-
 // Adds the text of a row after the others; gives its octets.
 std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& piece,
                               std::size_t offset)
@@ -537,17 +538,10 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
     {
         const Entry& entry = myIndex.entries[piece.entry];
         const std::uint32_t body = myPlan.nodes[column.node].body;
-        return append(cells, piece.place + body, entry.end - entry.offset - column.inEntry - body);
+        return append(cells, piece.place + offset + body,
+                      entry.end - entry.offset - column.inEntry - body);
     }
     const Node& node = myPlan.nodes[column.node];
-    if (column.shape == Shape::octets)
-    {
-        const Run run = runOf(node, piece, offset);
-        return append(cells, run.first, run.count);
-    }
-    if (column.shape == Shape::latin1 || column.shape == Shape::utf16 ||
-        column.shape == Shape::hinted)
-        return characters(column, cells, runOf(node, piece, offset));
     myText.clear();
     if (column.shape == Shape::labelText)
     {
@@ -567,20 +561,6 @@ std::size_t BatchWriter::text(const Column& column, Cells& cells, const Piece& p
                      {column.node, place, node.isFixed ? theNone : piece.entry}, myText, {});
     }
     return append(cells, reinterpret_cast<const std::uint8_t*>(myText.data()), myText.size());
-}
-
-std::size_t BatchWriter::characters(const Column& column, Cells& cells, const Run& run) const
-{
-    const Node& node = myPlan.nodes[column.node];
-    const bool isWide = column.shape == Shape::utf16;
-    const std::size_t count =
-        column.shape == Shape::hinted ? textSize(run.first, run.count) : run.count;
-    std::uint8_t* const to = room(cells, (isWide ? 3 : 2) * count);
-    std::uint8_t* const end = !isWide ? putLatin1(to, run.first, count)
-                              : myPlan.nodes[node.element].isLittleEndian
-                                  ? putUtf16<true>(to, run.first, count)
-                                  : putUtf16<false>(to, run.first, count);
-    return static_cast<std::size_t>(end - to);
 }
 
 // The end ----------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include "omt/codec/octets.h"
 #include "omt/codec/walk.h"
 #include "omt/columns/arrays.h"
+#include "omt/columns/octetCells.h"
 
 #include <array>
 
@@ -13,7 +14,7 @@ namespace omt
 {
 
 /// The rows that are found and written together; few enough for their pieces to stay in the cache.
-constexpr std::size_t theBlock = 128;
+constexpr std::size_t theBlock = OctetCells::Block::theMost;
 
 /// The rows of a column of texts, octets or lists so far: where each ends.
 struct Ends
@@ -24,6 +25,8 @@ struct Ends
     /// Where the last one ends.
     std::size_t size = 0;
 
+    /// Room for rows up to `end`, the first of them from index 1 on.
+    std::uint32_t* room(std::size_t end, std::size_t expectedRows);
     /// Ends a row at a size, and rows that were left out before it where the last one ended.
     void end(std::size_t row, std::size_t newSize, std::size_t expectedRows);
     /// Where the rows before this one end.
@@ -48,14 +51,10 @@ class BatchWriter
 public:
     BatchWriter(const ColumnPlan& columns, std::size_t expectedRows);
 
-    /// The next row of the block.
-    void addNull() { ++myRow; }
-    void addFault(std::string_view text);
-    void addOctets(Octets octets)
-    {
-        if (octets.size() != myFixedSize) return addOpen(octets);
-        myPieces[myPieceCount++] = {octets.data(), static_cast<std::uint32_t>(myRow++), theNone};
-    }
+    /// The rows of the next block.
+    void add(const OctetCells::Block& block, std::size_t count);
+    /// A row that no batch has room for.
+    void addTooLarge();
     /// Writes the rows of the block; false where a column would grow too large for the batch.
     bool write();
 
@@ -73,7 +72,8 @@ private:
     };
     using Pieces = std::array<Piece, theBlock>;
 
-    void addOpen(Octets octets);
+    bool find(Octets octets, Piece& piece);
+    void addFault(std::size_t row, std::string_view text);
     bool findQuickly(Octets octets, Piece& piece);
     bool findSlowly(Octets octets, Piece& piece);
 
@@ -81,7 +81,7 @@ private:
     void record(const Column& column, const Piece* pieces, std::size_t count, std::size_t offset);
     void openFields(const Column& column, std::uint32_t i, std::uint32_t end, const Piece* pieces,
                     std::size_t count);
-    void variant(const Column& column, const Piece* pieces, std::size_t count);
+    void variant(const Column& column, const Piece* pieces, std::size_t count, std::size_t offset);
     void list(std::uint32_t at, const Piece* pieces, std::size_t count, std::size_t offset);
     void elements(std::uint32_t at, const Piece& piece, const Run& run, std::size_t row,
                   Pieces& children, std::size_t& filled);
@@ -89,8 +89,12 @@ private:
                 std::size_t offset);
     void texts(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
                std::size_t offset);
+    template <typename Append>
+    void eachText(const Column& column, Cells& cells, const Piece* pieces, std::size_t count,
+                  const Append& append);
     std::size_t text(const Column& column, Cells& cells, const Piece& piece, std::size_t offset);
-    std::size_t characters(const Column& column, Cells& cells, const Run& run) const;
+    std::uint8_t* room(const Column& column, Cells& cells, const Piece* pieces,
+                       std::size_t count) const;
     std::uint8_t* room(Cells& cells, std::size_t octets) const;
     std::size_t append(Cells& cells, const std::uint8_t* octets, std::size_t count) const;
 
@@ -109,8 +113,9 @@ private:
     const ColumnPlan& myColumns;
     const Plan& myPlan;
     std::uint32_t myRoot;
-    /// The size of all values that have nothing odd about them; as large as none where they differ.
-    std::size_t myFixedSize = ~std::size_t{0};
+    /// The size of all values that have nothing odd about them; as large as no row where they
+    /// differ.
+    std::size_t myFixedSize = OctetCells::Block::theNull - 1;
     std::size_t myExpectedRows;
     std::vector<Cells> myCells;
     Cells myFaults;
@@ -119,6 +124,8 @@ private:
     Pieces myPieces;
     std::size_t myPieceCount = 0;
     std::size_t myRow = 0;
+    /// How many times as many rows there will be as there are.
+    std::size_t myShare = 1;
     bool myIsFull = false;
     std::string myText;
     std::shared_ptr<Buffer> myZeros;

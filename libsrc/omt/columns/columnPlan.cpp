@@ -4,6 +4,8 @@
 #include "omt/codec/index.h"
 
 #include <algorithm>
+#include <bit>
+#include <unordered_map>
 
 namespace omt
 {
@@ -192,18 +194,14 @@ private:
         const Enumeration& from = myPlan.enumerations[enumeration];
         LabelTable& table = myColumns.tables.emplace_back();
         std::unordered_map<std::string, std::int32_t> labels;
+        table.slots.resize(std::bit_ceil(2 * from.entries.size() + 1));
+        table.dense.resize(from.dense.size(), -1);
         for (const Enumeration::Entry& entry : from.entries)
         {
             const std::string name(myPlan.text(entry.name));
             const auto label = static_cast<std::int32_t>(labels.size());
             if (labels.try_emplace(name, label).second) table.labels.push_back(name);
-            table.sparse.try_emplace(entry.number, labels[name]);
-        }
-        table.dense.resize(from.dense.size());
-        for (std::size_t i = 0; i < table.dense.size(); ++i)
-        {
-            const auto found = table.sparse.find(static_cast<std::int64_t>(i));
-            table.dense[i] = found == table.sparse.end() ? -1 : found->second;
+            table.add(entry.number, labels[name]);
         }
         return place->second;
     }
@@ -225,15 +223,22 @@ Wire swapped(Wire bits)
     return bits;
 }
 
-/// Calls `store(row, place)` for all pieces; most blocks fill rows that follow each other.
+/// Calls `store(row, place)` for all pieces; most blocks fill rows that follow each other, four at
+/// a time.
 template <typename Store>
 void forEachRow(const Piece* pieces, std::size_t count, std::size_t offset, const Store& store)
 {
-    const std::uint32_t first = pieces[0].row;
+    const std::size_t first = pieces[0].row;
+    std::size_t i = 0;
     if (pieces[count - 1].row - first == count - 1)
-        for (std::size_t i = 0; i < count; ++i) store(first + i, pieces[i].place + offset);
-    else
-        for (std::size_t i = 0; i < count; ++i) store(pieces[i].row, pieces[i].place + offset);
+        for (; i + 4 <= count; i += 4)
+        {
+            store(first + i, pieces[i].place + offset);
+            store(first + i + 1, pieces[i + 1].place + offset);
+            store(first + i + 2, pieces[i + 2].place + offset);
+            store(first + i + 3, pieces[i + 3].place + offset);
+        }
+    for (; i < count; ++i) store(pieces[i].row, pieces[i].place + offset);
 }
 
 /// Wire and row have the same sign, or the wire has none.
@@ -309,6 +314,19 @@ WriteNumbers numberWriter(const Node& node, std::uint8_t width)
         default:
             return width == 4 ? writeOdd<std::uint32_t> : writeOdd<std::uint64_t>;
     }
+}
+
+void LabelTable::add(std::int64_t number, std::int32_t label)
+{
+    if (find(number) >= 0) return;
+    if (static_cast<std::uint64_t>(number) < dense.size())
+    {
+        dense[static_cast<std::size_t>(number)] = label;
+        return;
+    }
+    std::size_t at = slotOf(static_cast<std::uint64_t>(number), slots.size());
+    while (slots[at].label >= 0) at = (at + 1) & (slots.size() - 1);
+    slots[at] = {number, label};
 }
 
 ColumnPlan::ColumnPlan(std::shared_ptr<const Plan> ofPlan, std::uint32_t node,

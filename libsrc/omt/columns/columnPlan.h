@@ -6,7 +6,6 @@
 #include "omt/columns/columns.h"
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace omt
@@ -80,8 +79,17 @@ struct LabelTable
     std::vector<std::string> labels;
     /// From a number to its label, those from 0 on and any other.
     std::vector<std::int32_t> dense;
-    std::unordered_map<std::int64_t, std::int32_t> sparse;
+    /// A power of two many, of which some are free; each number stands in the first free one from
+    /// that of slotOf() on.
+    struct Slot
+    {
+        std::int64_t number = 0;
+        std::int32_t label = -1;
+    };
+    std::vector<Slot> slots = std::vector<Slot>(1);
 
+    /// The first label of a number is its label.
+    void add(std::int64_t number, std::int32_t label);
     /// -1 for a number without a name.
     std::int32_t find(std::int64_t number) const;
 };
@@ -106,8 +114,10 @@ inline std::int32_t LabelTable::find(std::int64_t number) const
 {
     if (static_cast<std::uint64_t>(number) < dense.size())
         return dense[static_cast<std::size_t>(number)];
-    const auto place = sparse.find(number);
-    return place == sparse.end() ? -1 : place->second;
+    const std::size_t last = slots.size() - 1;
+    std::size_t at = slotOf(static_cast<std::uint64_t>(number), slots.size());
+    while (slots[at].label >= 0 && slots[at].number != number) at = (at + 1) & last;
+    return slots[at].label;
 }
 
 }  // namespace omt

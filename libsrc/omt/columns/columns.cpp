@@ -28,23 +28,27 @@ public:
 
     std::optional<std::string> run(std::size_t& first, ArrowArray& batch)
     {
+        // What stays in the cache.
+        constexpr std::size_t theMostOctets = 1 << 18;
         std::size_t done = 0;
         // A block that is too large for an empty batch goes row by row.
         std::size_t size = theBlock;
         while (done < myRows)
         {
-            const std::optional<std::size_t> added = addBlock(done, std::min(size, myRows - done));
-            if (!added) return "row " + std::to_string(myFirst + myFault) + ": wrong offsets";
+            const std::size_t added =
+                myCells.read(myFirst + done, std::min(size, myRows - done), theMostOctets, myBlock);
+            if (added == 0) return "row " + std::to_string(myFirst + done) + ": wrong offsets";
+            myWriter.add(myBlock, added);
             if (myWriter.write())
             {
-                done += *added;
+                done += added;
                 continue;
             }
             if (done > 0) break;
             myWriter.clear();
-            if (*added == 1)
+            if (added == 1)
             {
-                myWriter.addFault("the value is too large for a batch");
+                myWriter.addTooLarge();
                 done = 1;
             }
             size = 1;
@@ -55,33 +59,10 @@ public:
     }
 
 private:
-    // As many rows as stay in the cache, at least one.
-    std::optional<std::size_t> addBlock(std::size_t start, std::size_t count)
-    {
-        constexpr std::size_t theMostOctets = 1 << 18;
-        std::size_t octets = 0;
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            if (octets > theMostOctets) return i;
-            const std::size_t row = myFirst + start + i;
-            if (myCells.isNull(row))
-            {
-                myWriter.addNull();
-                continue;
-            }
-            const std::optional<Octets> cell = myCells[row];
-            myFault = start + i;
-            if (!cell) return std::nullopt;
-            octets += cell->size();
-            myWriter.addOctets(*cell);
-        }
-        return count;
-    }
-
     const OctetCells& myCells;
     std::size_t myFirst;
     std::size_t myRows;
-    std::size_t myFault = 0;
+    OctetCells::Block myBlock;
     BatchWriter myWriter;
 };
 

@@ -74,4 +74,57 @@ std::optional<Octets> OctetCells::view(std::size_t row) const
                   static_cast<std::size_t>(size));
 }
 
+// Nothing of the array is read anew for each row.
+template <typename Offset>
+std::size_t OctetCells::readBetween(std::size_t first, std::size_t count, std::size_t most,
+                                    Block& block) const
+{
+    const std::uint8_t* const offsets = myPlaces + (myFirst + first) * sizeof(Offset);
+    const std::uint8_t* const data = myData;
+    const std::uint8_t* const valid = myValid;
+    std::size_t octets = 0;
+    std::size_t i = 0;
+    for (; i < count && octets <= most; ++i)
+    {
+        Offset start, end;
+        std::memcpy(&start, offsets + i * sizeof start, sizeof start);
+        std::memcpy(&end, offsets + (i + 1) * sizeof end, sizeof end);
+        auto size = static_cast<std::size_t>(end - start);
+        if (valid && !isBitSet(valid, myFirst + first + i))
+        {
+            start = 0;
+            size = Block::theNull;
+        }
+        else if (start < 0 || end < start || (size > 0 && !data))
+            return i;
+        else
+            octets += size;
+        block.places[i] = data ? data + start : nullptr;
+        __builtin_prefetch(block.places[i]);
+        block.sizes[i] = size;
+    }
+    return i;
+}
+
+std::size_t OctetCells::read(std::size_t first, std::size_t count, std::size_t most,
+                             Block& block) const
+{
+    if (myForm == Form::offsets32) return readBetween<std::int32_t>(first, count, most, block);
+    if (myForm == Form::offsets64) return readBetween<std::int64_t>(first, count, most, block);
+    std::size_t octets = 0;
+    std::size_t i = 0;
+    for (; i < count && octets <= most; ++i)
+    {
+        block.places[i] = nullptr;
+        block.sizes[i] = Block::theNull;
+        if (isNull(first + i)) continue;
+        const std::optional<Octets> one = myForm == Form::views ? view(first + i) : wide(first + i);
+        if (!one) return i;
+        block.places[i] = one->data();
+        block.sizes[i] = one->size();
+        octets += one->size();
+    }
+    return i;
+}
+
 }  // namespace omt

@@ -26,6 +26,20 @@ public:
     /// A row that is not null; nothing where its offsets are wrong.
     std::optional<Octets> operator[](std::size_t row) const;
 
+    /// Rows that are read together. Places and sizes stand apart, as pairs of them would be written
+    /// in a way that the next reader waits for.
+    struct Block
+    {
+        static constexpr std::size_t theMost = 128;
+        /// The size of a row that is null.
+        static constexpr std::size_t theNull = ~std::size_t{0};
+        const std::uint8_t* places[theMost];
+        std::size_t sizes[theMost];
+    };
+    /// Reads rows from one on: as many as there are before they have more octets than `most`, or
+    /// before one whose offsets are wrong; how many. At most Block::theMost.
+    std::size_t read(std::size_t first, std::size_t count, std::size_t most, Block& block) const;
+
 private:
     enum class Form : std::uint8_t
     {
@@ -36,6 +50,10 @@ private:
     };
     template <typename Offset>
     std::optional<Octets> between(std::size_t row) const;
+    template <typename Offset>
+    std::size_t readBetween(std::size_t first, std::size_t count, std::size_t most,
+                            Block& block) const;
+    Octets wide(std::size_t row) const { return {myData + (myFirst + row) * myWidth, myWidth}; }
     std::optional<Octets> view(std::size_t row) const;
 
     Form myForm = Form::offsets32;
@@ -89,7 +107,7 @@ inline std::optional<Octets> OctetCells::operator[](std::size_t row) const
         case Form::fixed:
             break;
     }
-    return Octets(myData + (myFirst + row) * myWidth, myWidth);
+    return wide(row);
 }
 
 }  // namespace omt
