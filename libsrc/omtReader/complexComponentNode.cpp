@@ -18,6 +18,26 @@ void dropLast(DtString& text)
     text = DtString(text.view().substr(0, text.length() - 1));
 }
 
+struct Numbers
+{
+    std::int32_t form;
+    std::int32_t minimum;
+    std::int32_t maximum;
+};
+
+/// What is before a condition.
+Numbers readNumbers(omtreader::TextScan& text)
+{
+    text.skipBlanks();
+    if (text.takes('%')) return {ComponentForm::thePadding, 0, text.integer()};
+    if (text.isAt('(')) return {ComponentForm::theCondition, 0, 1};
+    const std::int32_t minimum = text.integer();
+    text.skipBlanks();
+    if (text.takes('-')) return {ComponentForm::theRange, minimum, text.integer()};
+    if (text.takes('+')) return {ComponentForm::theOpen, minimum, -1};
+    return {ComponentForm::theSingle, minimum, minimum};
+}
+
 }  // namespace
 
 DtComplexComponentNode::DtComplexComponentNode() = default;
@@ -65,44 +85,15 @@ std::int32_t DtComplexComponentNode::getCardinalityType() const
 void DtComplexComponentNode::setDerivedValues() const
 {
     omtreader::TextScan text(myCardinality);
-    myCardinalityMinimum = 0;
     myDerivedValuesAreStale = false;
+    const Numbers numbers = readNumbers(text);
+    myCardinalityType = numbers.form;
+    myCardinalityMinimum = numbers.minimum;
+    myCardinalityMaximum = numbers.maximum;
+    if (numbers.form == ComponentForm::thePadding) return;
 
     text.skipBlanks();
-    if (text.takes('%'))
-    {
-        myCardinalityType = ComponentForm::thePadding;
-        myCardinalityMaximum = text.integer();
-        return;
-    }
-    if (text.isAt('('))
-    {
-        myCardinalityType = ComponentForm::theCondition;
-        myCardinalityMaximum = 1;
-    }
-    else
-    {
-        myCardinalityMinimum = text.integer();
-        text.skipBlanks();
-        if (text.takes('-'))
-        {
-            myCardinalityType = ComponentForm::theRange;
-            myCardinalityMaximum = text.integer();
-        }
-        else if (text.takes('+'))
-        {
-            myCardinalityType = ComponentForm::theOpen;
-            myCardinalityMaximum = -1;
-        }
-        else
-        {
-            myCardinalityType = ComponentForm::theSingle;
-            myCardinalityMaximum = myCardinalityMinimum;
-        }
-        text.skipBlanks();
-    }
     if (!text.takes('(') && !text.takes(',')) return;
-
     myConditionalComponent = text.word();
     text.skipBlanks();
     if (text.takes('='))
