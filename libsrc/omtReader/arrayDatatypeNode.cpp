@@ -3,13 +3,10 @@
 //   integer | integer "," integer ... | "[" integer "." ... "." integer "]"
 #include "omtReader/arrayDatatypeNode.h"
 
-#include "omtReader/cardinalityForms.h"
 #include "omtReader/modelRevision.h"
 #include "omtReader/textScan.h"
 
 #include <algorithm>
-
-using omtreader::ArrayForm;
 
 namespace
 {
@@ -65,30 +62,30 @@ void DtArrayDatatypeNode::setDerivedValues() const
 {
     const auto isOneOf = [this](auto... names) { return (... || (myEncoding == names)); };
 
-    myCardinalityType = ArrayForm::theLengthless;
+    myCardinalityType = DtArrayForm::theLengthless;
     myCardinalityMinimum = 0;
     myCardinalityMaximum = -1;
     myMultiDimCardinality.clear();
 
     if (isOneOf("HLAbitArray", "BitArray"))
-        myCardinalityType = ArrayForm::theBits;
+        myCardinalityType = DtArrayForm::theBits;
     else if (isOneOf("HLAnullTerminatedArray", "NullTerminatedArray", "RPRnullTerminatedArray"))
-        myCardinalityType = ArrayForm::theZeroEnded;
+        myCardinalityType = DtArrayForm::theZeroEnded;
     else if (isOneOf("HLAlengthlessVarArray", "RPRlengthlessArray"))
-        myCardinalityType =
-            getDatatype() == "HLAASCIIchar" ? ArrayForm::theZeroEnded : ArrayForm::theLengthless;
+        myCardinalityType = getDatatype() == "HLAASCIIchar" ? DtArrayForm::theZeroEnded
+                                                            : DtArrayForm::theLengthless;
     else if (myEncoding == "HLAvariableArray")
-        myCardinalityType = ArrayForm::theCounted;
+        myCardinalityType = DtArrayForm::theCounted;
     else if (myEncoding.contains("addingTo"))
     {
-        myCardinalityType = ArrayForm::thePadding;
+        myCardinalityType = DtArrayForm::thePadding;
         myCardinalityMaximum = extractInteger(myEncoding) / theBitsOfAnOctet;
     }
     else if (myEncoding == "HLAfixedArray")
         deriveFixed();
     else if (const std::int32_t count = myCardinality.toInt())
     {
-        myCardinalityType = ArrayForm::theFixed;
+        myCardinalityType = DtArrayForm::theFixed;
         myCardinalityMinimum = myCardinalityMaximum = count;
     }
     myDerivedValuesAreStale = false;
@@ -111,12 +108,12 @@ void DtArrayDatatypeNode::deriveFixed() const
     const std::size_t bracket = text.find('[');
     if (bracket == std::string_view::npos && !myCardinality.contains(","))
     {
-        myCardinalityType = ArrayForm::theFixed;
+        myCardinalityType = DtArrayForm::theFixed;
         myCardinalityMinimum = myCardinalityMaximum = myCardinality.toInt();
     }
     else if (bracket == std::string_view::npos)
     {
-        myCardinalityType = ArrayForm::theDimensions;
+        myCardinalityType = DtArrayForm::theDimensions;
         for (const DtString& size : myCardinality.sections(','))
             myMultiDimCardinality.push_back(omtreader::integerOfAnyBase(size));
     }
@@ -127,7 +124,7 @@ void DtArrayDatatypeNode::deriveFixed() const
         const std::size_t end = text.find(']', secondDot);
         if (end == std::string_view::npos) return;  // not the form [a..b]
 
-        myCardinalityType = ArrayForm::theBounded;
+        myCardinalityType = DtArrayForm::theBounded;
         // A "[" after the first "." leaves no text for the minimum, which is then 0.
         const std::size_t start = std::min(bracket + 1, dot);
         myCardinalityMinimum = omtreader::integerOfAnyBase(text.substr(start, dot - start));

@@ -2,6 +2,7 @@
 // An array datatype.
 #pragma once
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/omtDatatypeNode.h"
 
 #include <cstdint>
@@ -30,11 +31,9 @@ public:
     virtual void setDescription(const DtString& description) { myDescription = description; }
     virtual const DtString& getDescription() const { return myDescription; }
 
-    /// How the array ends: 0 nothing known; 1 a fixed number of elements; 2 a number within bounds;
-    /// 4 at a zero element; 5 padding up to a boundary; 7 bits; 8 at the end of the value; 9
-    /// several dimensions; 10 a count before them.
+    /// How the array ends: one of DtArrayForm, or 0.
     virtual std::int32_t getCardinalityType() const;
-    /// The bounds on the number of elements; for type 5 the maximum is the boundary in octets. -1
+    /// The bounds on the number of elements; of padding the maximum is the boundary in octets. -1
     /// where nothing is known.
     virtual std::int32_t getCardinalityMinimum() const;
     virtual std::int32_t getCardinalityMaximum() const;

@@ -4,50 +4,45 @@
 
 #include <cstdint>
 
-namespace omtreader
-{
-
 /// How many values an attribute or parameter has.
-struct MemberForm
+struct DtMemberForm
 {
     enum : std::int32_t
     {
-        theSingle = 0,
-        theOpen = 1,  // a minimum and no maximum
+        theSingle = 0,  ///< one number
+        theOpen = 1,    ///< a minimum and no maximum
         theRange = 2
     };
 };
 
 /// How many values a component of a complex datatype has.
-struct ComponentForm
+struct DtComponentForm
 {
     enum : std::int32_t
     {
-        theSingle = 0,
+        theSingle = 0,  ///< one number
         theRange = 1,
-        theConditionWithValue = 2,
-        theOpen = 3,  // a minimum and no maximum
-        theCondition = 5,
-        thePadding = 6  // up to a multiple of the maximum
+        theConditionWithValue = 2,  ///< the other component has the conditional value
+        theOpen = 3,                ///< a minimum and no maximum
+        theCondition = 5,           ///< a condition that names no value
+        thePadding = 6              ///< up to a multiple of the maximum, in octets
     };
 };
 
-/// How an array says how many elements it has.
-struct ArrayForm
+/// How an array says how many elements it has; 0 where nothing is known.
+struct DtArrayForm
 {
     enum : std::int32_t
     {
         theFixed = 1,
-        theBounded = 2,
-        theOpenComponent = 3,  // only a class of a host gives these two forms: no elements
-        theZeroEnded = 4,
-        thePadding = 5,  // up to a multiple of the maximum
+        theBounded = 2,        ///< a number within bounds
+        theOpenComponent = 3,  ///< only a class of a host gives this and thePaddingComponent
+        theZeroEnded = 4,      ///< up to a zero element
+        thePadding = 5,        ///< up to a multiple of the maximum, in octets
         thePaddingComponent = 6,
-        theBits = 7,
-        theLengthless = 8,
-        theDimensions = 9,
-        theCounted = 10
+        theBits = 7,        ///< a count of bits before them
+        theLengthless = 8,  ///< up to the end of the value
+        theDimensions = 9,  ///< several dimensions
+        theCounted = 10     ///< a count before them
     };
 };
-
-}  // namespace omtreader

@@ -5,10 +5,7 @@
 // where a word ends at a blank only and may so carry the closing ")".
 #include "omtReader/complexComponentNode.h"
 
-#include "omtReader/cardinalityForms.h"
 #include "omtReader/textScan.h"
-
-using omtreader::ComponentForm;
 
 namespace
 {
@@ -29,13 +26,13 @@ struct Numbers
 Numbers readNumbers(omtreader::TextScan& text)
 {
     text.skipBlanks();
-    if (text.takes('%')) return {ComponentForm::thePadding, 0, text.integer()};
-    if (text.isAt('(')) return {ComponentForm::theCondition, 0, 1};
+    if (text.takes('%')) return {DtComponentForm::thePadding, 0, text.integer()};
+    if (text.isAt('(')) return {DtComponentForm::theCondition, 0, 1};
     const std::int32_t minimum = text.integer();
     text.skipBlanks();
-    if (text.takes('-')) return {ComponentForm::theRange, minimum, text.integer()};
-    if (text.takes('+')) return {ComponentForm::theOpen, minimum, -1};
-    return {ComponentForm::theSingle, minimum, minimum};
+    if (text.takes('-')) return {DtComponentForm::theRange, minimum, text.integer()};
+    if (text.takes('+')) return {DtComponentForm::theOpen, minimum, -1};
+    return {DtComponentForm::theSingle, minimum, minimum};
 }
 
 }  // namespace
@@ -90,7 +87,7 @@ void DtComplexComponentNode::setDerivedValues() const
     myCardinalityType = numbers.form;
     myCardinalityMinimum = numbers.minimum;
     myCardinalityMaximum = numbers.maximum;
-    if (numbers.form == ComponentForm::thePadding) return;
+    if (numbers.form == DtComponentForm::thePadding) return;
 
     text.skipBlanks();
     if (!text.takes('(') && !text.takes(',')) return;
@@ -100,7 +97,7 @@ void DtComplexComponentNode::setDerivedValues() const
     {
         myConditionalValue = text.word();
         if (myConditionalValue.endsWith(")")) dropLast(myConditionalValue);
-        myCardinalityType = ComponentForm::theConditionWithValue;
+        myCardinalityType = DtComponentForm::theConditionWithValue;
         return;
     }
     // The index looked at comes from the length of the value and not of the component, and the

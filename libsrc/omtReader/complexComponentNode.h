@@ -2,6 +2,7 @@
 // A component of an HLA 1.3 complex datatype.
 #pragma once
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/omtDatatypeNode.h"
 
 #include <cstdint>
@@ -34,11 +35,10 @@ public:
     /// -1 where nothing is known or nothing limits it.
     virtual std::int32_t getCardinalityMaximum() const;
     /// The component whose value decides, and the value that it needs to have; to be looked at when
-    /// the form is 2 or 5. A text without a condition leaves both as they were.
+    /// the form is a condition. A text without a condition leaves both as they were.
     virtual const DtString& getConditionalComponent() const;
     virtual const DtString& getConditionalValue() const;
-    /// The form of the cardinality: 0 one number; 1 a range; 2 a condition with a value; 3 a
-    /// minimum and no maximum; 5 a condition without a value; 6 padding up to the maximum.
+    /// The form of the cardinality, one of DtComponentForm.
     virtual std::int32_t getCardinalityType() const;
 
     /// Reads the values above out of the cardinality text; a getter calls it after a change.

@@ -2,7 +2,6 @@
 // Cardinality grammar: integer [ "+" | "-" integer ].
 #include "omtReader/datatypeFedNode.h"
 
-#include "omtReader/cardinalityForms.h"
 #include "omtReader/textScan.h"
 
 #include <algorithm>
@@ -43,17 +42,17 @@ void DtDatatypeFedNode::setDerivedValues() const
     myCardinalityMinimum = text.integer();
     if (text.isAt('+'))
     {
-        myCardinalityType = omtreader::MemberForm::theOpen;
+        myCardinalityType = DtMemberForm::theOpen;
         myCardinalityMaximum = 0;  // stands for "no limit"
     }
     else if (text.takes('-'))
     {
-        myCardinalityType = omtreader::MemberForm::theRange;
+        myCardinalityType = DtMemberForm::theRange;
         myCardinalityMaximum = std::max(text.integer(), myCardinalityMinimum);
     }
     else
     {
-        myCardinalityType = omtreader::MemberForm::theSingle;
+        myCardinalityType = DtMemberForm::theSingle;
         myCardinalityMaximum = myCardinalityMinimum;
     }
     myDerivedValuesAreStale = false;

@@ -2,6 +2,7 @@
 // What attributes and parameters share: the datatype of a value and how often the value occurs.
 #pragma once
 
+#include "omtReader/cardinalityForms.h"
 #include "omtReader/fedNode.h"
 
 #include <cstdint>
@@ -37,7 +38,7 @@ public:
     virtual void setDescription(const DtString& description) { myDescription = description; }
     virtual const DtString& getDescription() const { return myDescription; }
 
-    /// The form of the cardinality: 0 one number, 1 a minimum and no maximum, 2 a range.
+    /// The form of the cardinality, one of DtMemberForm.
     virtual std::int32_t getCardinalityType() const;
     virtual std::int32_t getCardinalityMinimum() const;
     /// Never below the minimum, but 0 where there is no maximum.

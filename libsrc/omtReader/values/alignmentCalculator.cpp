@@ -145,20 +145,20 @@ int AlignmentCalculator::ofArray(const DtString& datatype)
     if (!node) return -1;
     switch (node->getCardinalityType())
     {
-        case ArrayForm::theBits:
-        case ArrayForm::theCounted:
+        case DtArrayForm::theBits:
+        case DtArrayForm::theCounted:
             return theCountAlignment;
-        case ArrayForm::thePadding:
+        case DtArrayForm::thePadding:
             warn();
             DtWarn << "Unknown alignment, DtArrayDatatypeNode::DtLocation not implemented.\n";
             return -1;
-        case ArrayForm::theFixed:
-        case ArrayForm::theBounded:
-        case ArrayForm::theOpenComponent:
-        case ArrayForm::theZeroEnded:
-        case ArrayForm::thePaddingComponent:
-        case ArrayForm::theLengthless:
-        case ArrayForm::theDimensions:
+        case DtArrayForm::theFixed:
+        case DtArrayForm::theBounded:
+        case DtArrayForm::theOpenComponent:
+        case DtArrayForm::theZeroEnded:
+        case DtArrayForm::thePaddingComponent:
+        case DtArrayForm::theLengthless:
+        case DtArrayForm::theDimensions:
             return myManager.byteAlignment(myResolver.component(resolved, 0, *node).name);
         default:
             return -1;

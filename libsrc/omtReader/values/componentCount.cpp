@@ -19,17 +19,17 @@ int ComponentCount::of(const DtComplexComponentNode& node, const DtStringTree* r
                        const DtStringTree* parent)
 {
     const int form = node.getCardinalityType();
-    if (form == ComponentForm::thePadding) return 0;
+    if (form == DtComponentForm::thePadding) return 0;
     int most = node.getCardinalityMaximum();
     if (most < 0) most = std::numeric_limits<int>::max();
     // A component that is named alone keeps the parenthesis after it.
     std::string name = node.getConditionalComponent().str();
     if (!name.empty() && name.back() == ')') name.pop_back();
-    const bool isDecided = form == ComponentForm::theConditionWithValue ||
-                           form == ComponentForm::theCondition || most > 1;
+    const bool isDecided = form == DtComponentForm::theConditionWithValue ||
+                           form == DtComponentForm::theCondition || most > 1;
     if (name.empty() || !isDecided) return most;
     const DtStringTree* const earlier = earlierComponent(name, root, parent);
-    if (form == ComponentForm::theConditionWithValue)
+    if (form == DtComponentForm::theConditionWithValue)
         return earlier && holdsValue(*earlier, node.getConditionalValue()) ? std::max(most, 1) : 0;
     if (!earlier) return most;
     bool isNumber = false;

@@ -38,19 +38,19 @@ ElementCount ElementCount::of(const DtArrayDatatypeNode& node)
     const std::int32_t least = std::max(node.getCardinalityMinimum(), 0);
     switch (node.getCardinalityType())
     {
-        case ArrayForm::theFixed:
+        case DtArrayForm::theFixed:
             return {least, least};
-        case ArrayForm::theBounded:
+        case DtArrayForm::theBounded:
             return {0, std::max(node.getCardinalityMaximum(), 0)};
-        case ArrayForm::theOpenComponent:
-        case ArrayForm::thePadding:
-        case ArrayForm::thePaddingComponent:
+        case DtArrayForm::theOpenComponent:
+        case DtArrayForm::thePadding:
+        case DtArrayForm::thePaddingComponent:
             return {0, 0};
-        case ArrayForm::theZeroEnded:
+        case DtArrayForm::theZeroEnded:
             return {0, theUnlimited, true};
-        case ArrayForm::theBits:
-        case ArrayForm::theLengthless:
-        case ArrayForm::theCounted:
+        case DtArrayForm::theBits:
+        case DtArrayForm::theLengthless:
+        case DtArrayForm::theCounted:
             return {0, theUnlimited};
         default:
             return {1, 1};

@@ -145,15 +145,15 @@ int ValueReader::arrayCount(const DtArrayDatatypeNode& node, const void* data, i
 {
     switch (node.getCardinalityType())
     {
-        case ArrayForm::theFixed:
-        case ArrayForm::thePadding:
+        case DtArrayForm::theFixed:
+        case DtArrayForm::thePadding:
             return node.getCardinalityMinimum();
-        case ArrayForm::theBounded:
+        case DtArrayForm::theBounded:
             return node.getCardinalityMaximum();
-        case ArrayForm::theOpenComponent:
-        case ArrayForm::thePaddingComponent:
+        case DtArrayForm::theOpenComponent:
+        case DtArrayForm::thePaddingComponent:
             return 0;
-        case ArrayForm::theLengthless:
+        case DtArrayForm::theLengthless:
             return std::numeric_limits<int>::max();
         default:
             break;
@@ -163,18 +163,18 @@ int ValueReader::arrayCount(const DtArrayDatatypeNode& node, const void* data, i
     const Call call(*this, value);
     switch (node.getCardinalityType())
     {
-        case ArrayForm::theZeroEnded:
+        case DtArrayForm::theZeroEnded:
         {
             const int count = static_cast<int>(octetsToZero(value.data, length));
             myBounds.allowWork(count, node.getName());
             return count < length ? count + 1 : count;
         }
-        case ArrayForm::theBits:
+        case DtArrayForm::theBits:
         {
             const int bits = DtIntDatatypeRep::intValFromBuffer(value.data);
             return bits > 1 ? (bits - 1) / 8 + 1 : bits;
         }
-        case ArrayForm::theCounted:
+        case DtArrayForm::theCounted:
             return DtIntDatatypeRep::intValFromBuffer(value.data);
         default:
             return 1;

@@ -144,7 +144,7 @@ DtString ValueWalker::line(const DtDatatypeFedNode& node, Value value)
     const ValueReader::Call call(myReader, value);
     const int minimum = node.getCardinalityMinimum();
     const int maximum = std::max(node.getCardinalityMaximum(), minimum);
-    const bool isUnlimited = node.getCardinalityType() == MemberForm::theOpen;
+    const bool isUnlimited = node.getCardinalityType() == DtMemberForm::theOpen;
     DtString text;
     // Kept for compatibility, because lines of recorded values rely on it: the counter runs down,
     // so that once a value was read, the maximum stops nothing.
@@ -330,7 +330,7 @@ DtStringTree* ValueWalker::tree(const DtDatatypeFedNode& node, Value value, unsi
     if (hasAttributeMapping(node.getName()))
         return attributeTree(node.getName(), myResolver.find(node.getDatatype()), value, offset);
     const int minimum = node.getCardinalityMinimum();
-    const bool isOpen = node.getCardinalityType() == MemberForm::theOpen ||
+    const bool isOpen = node.getCardinalityType() == DtMemberForm::theOpen ||
                         std::max(node.getCardinalityMaximum(), minimum) > 0;
     std::unique_ptr<DtStringTree> holder = std::make_unique<DtStringTree>();
     Chain chain(*holder);
@@ -532,10 +532,10 @@ void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value,
                                const Context& context)
 {
     const int form = node.getCardinalityType();
-    if (form == ArrayForm::theLengthless) return lengthlessArray(node, value, context);
+    if (form == DtArrayForm::theLengthless) return lengthlessArray(node, value, context);
     const int count =
         myManager.getArrayDatatypeCount(&node, value.data, value.length, context.root, nullptr);
-    if (form == ArrayForm::theBits || form == ArrayForm::theCounted)
+    if (form == DtArrayForm::theBits || form == DtArrayForm::theCounted)
     {
         value.consumed = theCountSize;
         // Kept for compatibility, because recorded values are padded so: as of the offset of the
@@ -543,12 +543,13 @@ void ValueWalker::countedArray(DtArrayDatatypeNode& node, const Value& value,
         const int padding = myManager.implicitPadding(context.offset, node.getDatatype());
         if (padding > 0) addTo(value.consumed, padding);
     }
-    const bool mayBeEmpty = form == ArrayForm::theBounded && node.getCardinalityMinimum() == 0;
+    const bool mayBeEmpty = form == DtArrayForm::theBounded && node.getCardinalityMinimum() == 0;
     if (mayBeEmpty && value.length == 0) return;
     const std::int64_t found = elements(node, value, context, count);
     const bool isEnough =
-        found < count && form == ArrayForm::theFixed && node.getCardinalityMinimum() <= found;
-    const bool isBoundedEnough = form == ArrayForm::theBounded && value.consumed == value.length &&
+        found < count && form == DtArrayForm::theFixed && node.getCardinalityMinimum() <= found;
+    const bool isBoundedEnough = form == DtArrayForm::theBounded &&
+                                 value.consumed == value.length &&
                                  node.getCardinalityMinimum() <= found;
     if (found != count && !isEnough && !isBoundedEnough) value.consumed = -1;
 }
@@ -568,7 +569,7 @@ std::int64_t ValueWalker::elements(DtArrayDatatypeNode& node, const Value& value
                          offsetAfter(context.offset, value.consumed), context.parent->firstChild(),
                          context.history));
         addTo(value.consumed, elementConsumed);
-        found += form == ArrayForm::theZeroEnded ? elementConsumed : 1;
+        found += form == DtArrayForm::theZeroEnded ? elementConsumed : 1;
         if (elementConsumed < 0) return -1;
         if (value.consumed >= value.length) break;
     }
@@ -599,7 +600,7 @@ void ValueWalker::componentValues(DtComplexComponentNode& node, ResolvedDatatype
                                   const Value& value, const Context& context, DtStringTree*& last)
 {
     const int boundary = node.getCardinalityMaximum();
-    if (node.getCardinalityType() == ComponentForm::thePadding && boundary > 1)
+    if (node.getCardinalityType() == DtComponentForm::thePadding && boundary > 1)
         addTo(value.consumed, (boundary - value.consumed % boundary) % boundary);
     const int count = myManager.getComplexDatatypeCount(
         &node, myReader.advance(value.data, value.consumed), value.length - value.consumed,

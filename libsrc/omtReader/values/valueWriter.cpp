@@ -162,7 +162,7 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
     const DtString& delimiter = delimiterFor(resolved.name);
     ResolvedDatatype& element = myResolver.component(resolved, 0, *node);
     const int form = node->getCardinalityType();
-    const bool isCounted = form == ArrayForm::theBits || form == ArrayForm::theCounted;
+    const bool isCounted = form == DtArrayForm::theBits || form == DtArrayForm::theCounted;
     const std::size_t start = out.size();
     if (isCounted) out.insert(out.end(), theCountSize, '\0');
     const std::string_view content = myCutter.unwrapped(text.view());
@@ -177,11 +177,11 @@ void ValueWriter::array(const DtString& datatype, const DtString& text, Octets& 
     }
     if (isCounted)
     {
-        const std::size_t count = pieces.size() * (form == ArrayForm::theBits ? 8 : 1);
+        const std::size_t count = pieces.size() * (form == DtArrayForm::theBits ? 8 : 1);
         for (std::size_t at = 0; at < theCountSize; ++at)
             out[start + at] = static_cast<char>(count >> 8 * (theCountSize - 1 - at));
     }
-    if (form != ArrayForm::theZeroEnded || !element.isCharacter) return;
+    if (form != DtArrayForm::theZeroEnded || !element.isCharacter) return;
     // The zero at the end belongs to the array, as a count does. Its text is empty.
     const bool isEnded = pieces.empty() || (pieces.back().text.empty() && out.size() == beforeLast);
     if (isEnded || TextCutter::isPlain(content)) out.push_back('\0');
