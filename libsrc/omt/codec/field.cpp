@@ -49,6 +49,7 @@ std::optional<Field> Type::findField(std::string_view path) const
     if (isWrong) return std::nullopt;
     field.place();
     field.placeEnd();
+    field.placeInForks();
     return field;
 }
 
@@ -188,14 +189,79 @@ void Field::setLoad()
                               : Load::other;
 }
 
+// A part of an element of an array of forks, which stands at a fixed place in this element.
+void Field::placeInForks()
+{
+    if (mySteps.empty() || myPlan->nodes[myNode].quick != QuickForm::plain) return;
+    const Node& array = myPlan->nodes[mySteps[0].node];
+    if (array.quick != QuickForm::array || mySteps[0].index > theLargestSize) return;
+    const Node& element = myPlan->nodes[array.element];
+    if (array.extent != Extent::counted && array.extent != Extent::lengthless) return;
+    if (element.quick != QuickForm::fork) return;
+    std::uint64_t at = 0;
+    for (std::size_t i = 1; i < mySteps.size(); ++i)
+    {
+        const Step& step = mySteps[i];
+        const Node& from = myPlan->nodes[step.node];
+        if (step.what == Step::What::element && !from.isFixed) return;
+        if (step.what == Step::What::element)
+            at += std::uint64_t{step.index} * from.stride;
+        else if (from.form == Form::record)
+            at += myPlan->parts[from.first + step.index].offset;
+        else if (step.what == Step::What::part)
+            return;
+        else
+        {
+            at += from.body;
+            myAlternative = step.index;
+        }
+        if (at > theLargestSize) return;
+    }
+    myFork = element.fork;
+    myIndex = static_cast<std::int32_t>(mySteps[0].index);
+    myFirst = array.extent == Extent::counted ? array.body : 0;
+    myPlace = static_cast<std::uint32_t>(at);
+}
+
 // Any place --------------------------------------------------------------------------------------
 
 bool Field::find(Octets value, std::size_t& at, std::size_t& end) const
 {
+    if (myFork != theNone && findInForks(value, at, end)) return true;
     if (!myIsFixed) return findQuickly(value, at, end) || findSlowly(value, at, end);
     at = myPlace;
     end = myEnd;
     return isThere(value);
+}
+
+// Usual elements before it are passed over.
+bool Field::findInForks(Octets value, std::size_t& at, std::size_t& end) const
+{
+    const Node& array = myPlan->nodes[myRoot];
+    const Node& element = myPlan->nodes[array.element];
+    const Fork& fork = myPlan->forks[myFork];
+    const auto index = static_cast<std::uint32_t>(myIndex);
+    if (value.size() < myFirst) return false;
+    if (array.extent == Extent::counted)
+    {
+        const std::uint64_t count = big32(value.data());
+        if (index >= count || count > theLargestSize ||
+            array.stride * (count - 1) + element.size > value.size() - myFirst)
+            return false;
+    }
+    at = myFirst;
+    const std::size_t boundary = array.boundary == 1 ? 1 : element.boundary;
+    const ForkRow row{fork, boundary, value.data(), value.size()};
+    if (passForks<false>(*myPlan, row, 0, at, index, nullptr) != index) return false;
+    if ((at & (boundary - 1)) != 0) return false;
+    std::uint32_t alternative = myAlternative;
+    const bool isWanted =
+        myAlternative == theNone || (sizeOfFork<false>(*myPlan, fork, value.data() + at,
+                                                       value.size() - at, alternative) != theOdd &&
+                                     alternative == myAlternative);
+    at += myPlace;
+    end = at + myPlan->nodes[myNode].size;
+    return isWanted && end <= value.size();
 }
 
 // Pieces before the part are passed over, where nothing about them is odd.

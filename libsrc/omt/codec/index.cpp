@@ -67,10 +67,50 @@ void Index::forgetOddities()
     fault.reset();
 }
 
+namespace
+{
+
+/// Indexes an array of forks in which nothing is odd. False, and anything in the index, for any
+/// other.
+bool indexForks(const Plan& plan, const Node& array, Octets octets, Index& index)
+{
+    const Node& element = plan.nodes[array.element];
+    const bool isCounted = array.extent == Extent::counted;
+    if (element.quick != QuickForm::fork || index.entries.isFull()) return false;
+    if (!isCounted && array.extent != Extent::lengthless) return false;
+    std::uint64_t most = theNone;
+    std::size_t at = 0;
+    if (isCounted)
+    {
+        if (octets.size() < array.body) return false;
+        most = loadBig32(octets.data());
+        at = array.body;
+        const bool isPadded = at == 4 || loadBig32(octets.data() + 4) == 0;
+        if (!isPadded || most > theLargestSize) return false;
+    }
+    index.entries.add({});
+    const std::size_t boundary = array.boundary == 1 ? 1 : element.boundary;
+    const ForkRow row{plan.forks[element.fork], boundary, octets.data(), octets.size()};
+    const std::uint64_t count = passForks<true>(plan, row, 0, at, most, &index.entries);
+    if (count == 0 || count < array.least || count > array.most) return false;
+    if (isCounted ? count != most : at != octets.size()) return false;
+    index.octets = narrow(at);
+    index.entries[0] = {0, narrow(at), narrow(count), narrow(index.entries.size())};
+    return true;
+}
+
+}  // namespace
+
 bool indexOpen(const Plan& plan, std::uint32_t node, Octets octets, Index& index)
 {
-    if (octets.size() <= theMostOctets && QuickIndexer<true>(plan, octets, &index).run(node))
-        return true;
+    const Node& type = plan.nodes[node];
+    const bool isQuick = octets.size() <= theMostOctets;
+    if (isQuick && type.quick == QuickForm::array)
+    {
+        if (indexForks(plan, type, octets, index)) return true;
+        index.entries.clear();
+    }
+    if (isQuick && QuickIndexer<true>(plan, octets, &index).run(node)) return true;
     return Indexer(plan, octets, index).run(node);
 }
 

@@ -66,12 +66,9 @@ public:
     /// To no more than there are.
     void resize(std::size_t size) { myEnd = myRoom.get() + size; }
     bool isFull() const { return myEnd == myLast; }
+    /// Where the room for them ends.
+    const Entry* last() const { return myLast; }
     void grow();
-    /// Makes room for so many more.
-    void need(std::size_t count)
-    {
-        while (static_cast<std::size_t>(myLast - myEnd) < count) grow();
-    }
     /// Counts those that were written after the last one, where there is room.
     void addWritten(std::size_t count) { myEnd += count; }
     /// Only where it is not full.

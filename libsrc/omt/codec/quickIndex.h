@@ -11,6 +11,82 @@
 namespace omt
 {
 
+/// Elements that are forks, in octets that end at a limit.
+struct ForkRow
+{
+    const Fork& fork;
+    std::size_t boundary;
+    const std::uint8_t* octets;
+    std::size_t limit;
+};
+
+// Alternatives of one size: nothing depends on the octets of an element but whether it is usual.
+template <bool isKept, typename Loader>
+std::uint64_t passEvenForks(const Plan& plan, const ForkRow& row, std::size_t& at,
+                            std::uint64_t most, Entries* entries, const Loader& loader)
+{
+    // A copy, which does not change where entries are written.
+    const Fork fork = row.fork;
+    const std::size_t size = fork.body + fork.size;
+    const Target* const targets = plan.targets.data() + fork.targets;
+    const std::size_t limit = row.limit;
+    const std::uint8_t* octets = row.octets + at;
+    Entry* entry = isKept ? entries->end() : nullptr;
+    const Entry* const last = isKept ? entries->last() : nullptr;
+    auto next = static_cast<std::uint32_t>(isKept ? entries->size() : 0);
+    std::uint64_t count = 0;
+    for (; count < most && size <= limit - at; ++count, at += size, octets += size)
+    {
+        const std::uint32_t number = loader(octets + fork.place);
+        if (number >= theTargets || targets[number].node == theNone) break;
+        if constexpr (!isKept) continue;
+        std::uint64_t gap = 0;
+        std::memcpy(&gap, octets + fork.gapPlace, sizeof gap);
+        if (entry == last || (gap & fork.gapMask) != 0) break;
+        const auto start = static_cast<std::uint32_t>(at);
+        *entry++ = {start, start + static_cast<std::uint32_t>(size), targets[number].alternative,
+                    ++next};
+    }
+    if constexpr (isKept) entries->addWritten(count);
+    return count;
+}
+
+/// Passes over elements with plain alternatives in which nothing is odd, as long as they stand one
+/// right after another, there is room for their entries if these are kept, and there are fewer than
+/// `most`; how many. `start`: where the array begins.
+template <bool isKept>
+std::uint64_t passForks(const Plan& plan, const ForkRow& row, std::size_t start, std::size_t& at,
+                        std::uint64_t most, Entries* entries)
+{
+    const Fork& fork = row.fork;
+    const std::size_t mask = row.boundary - 1;
+    if (fork.isEven && ((fork.body + fork.size) & mask) == 0)
+    {
+        if (((start - at) & mask) != 0) return 0;
+        if (fork.load == Load::octet)
+            return passEvenForks<isKept>(plan, row, at, most, entries,
+                                         [](const std::uint8_t* place) { return *place; });
+        if (fork.load == Load::big16)
+            return passEvenForks<isKept>(plan, row, at, most, entries, loadBig16);
+        return passEvenForks<isKept>(plan, row, at, most, entries, loadBig32);
+    }
+    std::uint64_t count = 0;
+    for (; count < most && ((start - at) & mask) == 0; ++count)
+    {
+        std::uint32_t alternative = 0;
+        const std::size_t size =
+            isKept && entries->isFull()
+                ? theOdd
+                : sizeOfFork<isKept>(plan, fork, row.octets + at, row.limit - at, alternative);
+        if (size == theOdd) break;
+        if constexpr (isKept)
+            entries->add({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(at + size),
+                          alternative, static_cast<std::uint32_t>(entries->size() + 1)});
+        at += size;
+    }
+    return count;
+}
+
 /// `isKept`: whether entries are written, and padding looked at; else pieces are only passed over.
 template <bool isKept>
 class QuickIndexer
@@ -348,72 +424,9 @@ private:
     std::uint64_t forks(const Elements& all, std::size_t& at, std::uint64_t most)
     {
         if (!all.fork || at == theOdd) return 0;
-        // A copy, which does not change where entries are written.
-        const Fork fork = *all.fork;
-        if (!fork.isEven || ((fork.body + fork.size) & (all.boundary - 1)) != 0)
-            return unevenForks(all, fork, at, most);
-        if (((all.start - at) & (all.boundary - 1)) != 0) return 0;
-        const std::size_t left = all.inner.limit - at;
-        const std::uint64_t count = std::min<std::uint64_t>(most, left / (fork.body + fork.size));
-        switch (fork.load)
-        {
-            case Load::octet:
-                return evenForks(fork, at, count, [](const std::uint8_t* place) { return *place; });
-            case Load::big16:
-                return evenForks(fork, at, count, loadBig16);
-            default:
-                return evenForks(fork, at, count, loadBig32);
-        }
-    }
-
-    // Nothing depends on the octets of an element but whether it is a usual one.
-    template <typename Loader>
-    std::uint64_t evenForks(const Fork& fork, std::size_t& at, std::uint64_t most,
-                            const Loader& loader)
-    {
-        const std::size_t size = fork.body + fork.size;
-        const Target* const targets = myPlan.targets.data() + fork.targets;
-        const std::uint8_t* octets = myData + at;
-        Entry* entry = nullptr;
-        std::uint32_t next = 0;
-        if constexpr (isKept)
-        {
-            myIndex->entries.need(most);
-            entry = myIndex->entries.end();
-            next = static_cast<std::uint32_t>(myIndex->entries.size());
-        }
-        std::uint64_t count = 0;
-        for (auto place = static_cast<std::uint32_t>(at); count < most; ++count, octets += size)
-        {
-            const std::uint32_t number = loader(octets + fork.place);
-            if (number >= theTargets || targets[number].node == theNone) break;
-            if constexpr (!isKept) continue;
-            std::uint64_t gap = 0;
-            std::memcpy(&gap, octets + fork.gapPlace, sizeof gap);
-            if ((gap & fork.gapMask) != 0) break;
-            const std::uint32_t start = place;
-            place += static_cast<std::uint32_t>(size);
-            *entry++ = {start, place, targets[number].alternative, ++next};
-        }
-        if constexpr (isKept) myIndex->entries.addWritten(count);
-        at += count * size;
-        return count;
-    }
-
-    std::uint64_t unevenForks(const Elements& all, const Fork& fork, std::size_t& at,
-                              std::uint64_t most)
-    {
-        std::uint64_t count = 0;
-        for (; count < most && ((all.start - at) & (all.boundary - 1)) == 0 && !isFull(); ++count)
-        {
-            std::uint32_t alternative = 0;
-            const std::size_t size =
-                sizeOfFork<isKept>(myPlan, fork, myData + at, all.inner.limit - at, alternative);
-            if (size == theOdd) break;
-            add(at, at + size, alternative);
-            at += size;
-        }
-        return count;
+        const ForkRow row{*all.fork, all.boundary, myData, all.inner.limit};
+        return passForks<isKept>(myPlan, row, all.start, at, most,
+                                 isKept ? &myIndex->entries : nullptr);
     }
 
     std::size_t openElement(const Elements& all, std::size_t at)

@@ -161,7 +161,7 @@ bool Type::decode(Octets octets, Value& value) const
 
 // The octets are looked at where they are given: what was just copied is slow to read in pieces of
 // another size.
-bool Type::decodeAny(Octets octets, Value& value) const
+[[gnu::noinline]] bool Type::decodeAny(Octets octets, Value& value) const
 {
     Value::Parts& parts = value.parts();
     const bool isWhole = parts.take(myPlan, myNode, octets);

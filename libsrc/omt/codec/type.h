@@ -270,6 +270,7 @@ private:
     }
     void place();
     void placeEnd();
+    void placeInForks();
     bool expect(const Step& step, std::uint64_t at);
     bool expectElement(const Step& step, std::uint64_t at);
     void setLoad();
@@ -278,6 +279,7 @@ private:
     std::optional<std::int64_t> findInteger(Octets value) const;
     /// Where the part begins, and whether it ends within the value.
     bool find(Octets value, std::size_t& at, std::size_t& end) const;
+    bool findInForks(Octets value, std::size_t& at, std::size_t& end) const;
     bool findQuickly(Octets value, std::size_t& at, std::size_t& end) const;
     bool findSlowly(Octets value, std::size_t& at, std::size_t& end) const;
 
@@ -301,6 +303,10 @@ private:
     std::uint32_t myCheckPlace = 0;
     std::uint64_t myMask = 0;
     std::uint64_t myWanted = 0;
+    /// Of a part of an element that is a fork: which one, and the alternative that the part is in,
+    /// if it is in one; myPlace then counts from the start of the element.
+    std::uint32_t myFork = 0xFFFFFFFF;
+    std::uint32_t myAlternative = 0xFFFFFFFF;
     /// Of an element of an array with a count: its index, where the first one stands, and how many
     /// octets each takes.
     std::int32_t myIndex = 0;
