@@ -216,7 +216,13 @@ void appendJsonOf(const Plan& plan, const std::uint8_t* octets, const Index& ind
 {
     if (!spot.isThere()) return;
     JsonRoom room(text);
-    JsonWalk(plan, octets, index, options, room).piece(spot);
+    const Node& node = plan.nodes[spot.node];
+    const bool isScript = node.isFixed && node.scriptCount != 0 && !index.fault;
+    if (isScript)
+        room.moveTo(
+            JsonLeaves(plan, options).script(room.at(node.scriptRoom), node, octets + spot.offset));
+    else
+        JsonWalk(plan, octets, index, options, room).piece(spot);
     room.flush();
 }
 
