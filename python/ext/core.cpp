@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The module omtreader._core: models, codecs, fields and tables of libomt for Python.
 #include "dicts.h"
+#include "omt/base/nearestNames.h"
 #include "omt/check/check.h"
 #include "omt/check/diff.h"
 #include "omt/codec/layout.h"
@@ -276,12 +277,33 @@ private:
     omt::Field myField;
 };
 
+/// The parts of a value that have a place of their own, by their paths from the top; some, where
+/// there are very many.
+std::vector<std::string> pathsIn(const omt::Type& type)
+{
+    constexpr std::size_t theMost = 4096;
+    std::vector<std::string> paths;
+    std::vector<std::string> above;
+    for (const omt::LayoutRow& row : omt::layout(type))
+    {
+        above.resize(std::min<std::size_t>(row.depth, above.size()));
+        const bool isTop = above.empty() || above.back().empty();
+        above.push_back(isTop ? row.name : above.back() + '.' + row.name);
+        const bool isPart = !row.name.empty() && above.back().find('[') == std::string::npos;
+        if (isPart) paths.push_back(above.back());
+        if (paths.size() == theMost) break;
+    }
+    return paths;
+}
+
 Field fieldOf(Codec& codec, std::string_view name, std::string_view path)
 {
     if (std::optional<omt::Field> found = codec.type(name).findField(path))
         return Field(codec, *found);
+    const std::vector<std::string> paths = pathsIn(codec.type(name));
     raise(omtpy::typeNamed("UnknownName")(std::string(name) + " has no \"" + std::string(path) +
-                                          "\""));
+                                          '"' +
+                                          omt::didYouMean(path, {paths.begin(), paths.end()})));
 }
 
 // Models -------------------------------------------------------------------------------------
@@ -399,41 +421,82 @@ nb::object diff(const Model& before, const Model& after)
     return all;
 }
 
+std::string reprOf(const Model& model)
+{
+    std::string text = "<omtreader.Model of ";
+    for (nb::handle one : model.documents) text += nb::cast<std::string>(one[0]) + ", ";
+    if (model.mim) text += "the standard MIM, ";
+    return text + "findings: " + std::to_string(model.findings.size()) + ">";
+}
+
+void addCodec(nb::module_& module)
+{
+    nb::class_<Codec>(module, "Codec",
+                      "Datatypes of a model, by member (\"BaseEntity.Spatial\") or by name.")
+        .def_prop_ro("findings", &Codec::findings, "What no octets can be made of.")
+        .def("decode", &Codec::decode, nb::arg("name"), nb::arg("octets"),
+             "One value: dicts, lists, numbers, str, bytes, Enumerator. Raises DecodeError.")
+        .def("encode", &Codec::encode, nb::arg("name"), nb::arg("value").none(),
+             "The octets of a value. Raises EncodeError.")
+        .def("decode_json", &Codec::decodeJson, nb::arg("name"), nb::arg("octets"),
+             "One value as JSON. Raises DecodeError.")
+        .def("encode_json", &Codec::encodeJson, nb::arg("name"), nb::arg("json"),
+             "The octets of a value that is JSON. Raises EncodeError.")
+        .def("field", fieldOf, nb::arg("name"), nb::arg("path"),
+             "One part of a value, read without decoding the rest.")
+        .def(
+            "decode_column", &Codec::decodeColumn, nb::arg("name"), nb::arg("column"),
+            nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false,
+            nb::arg("most_in_batch") = theMostInBatch,
+            "Decodes a column of octets to \"value\" and \"fault\", row by row the same.\n\n"
+            "A batch ends before a text, or a list, of it would have more octets, or elements, than"
+            "\n`most_in_batch`.")
+        .def("encode_column", &Codec::encodeColumn, nb::arg("name"), nb::arg("column"),
+             "Encodes a column of values to \"octets\" and \"fault\".")
+        .def("layout", &Codec::layout, nb::arg("name"), "Where the octets of a datatype stand.")
+        .def("members", &Codec::members, nb::arg("path"),
+             "The members that a path may mean, as the class that declares each, a period and its "
+             "name.");
+}
+
 }  // namespace
 
 NB_MODULE(_core, module)
 {
-    nb::class_<Model>(module, "Model")
-        .def_prop_ro("findings", [](const Model& model) { return findingsOf(model.findings); })
-        .def_prop_ro("is_sound", [](const Model& model) { return model.isSound(); })
-        .def_ro("documents", &Model::documents)
-        .def_ro("mim", &Model::mim)
-        .def("standard_mim", &Model::standardMim)
-        .def("codec", [](const Model& model) { return Codec(model.model); })
+    // What a program still holds when it ends is no fault of the program.
+    nb::set_leak_warnings(false);
+    // The words of _core.pyi, which a test compares.
+    nb::class_<Model>(module, "Model", "What documents say, merged; made by load().")
+        .def_prop_ro(
+            "findings", [](const Model& model) { return findingsOf(model.findings); },
+            "What was found in the documents.")
+        .def_prop_ro(
+            "is_sound", [](const Model& model) { return model.isSound(); },
+            "Whether no finding is an error.")
+        .def_ro("documents", &Model::documents, "What it was read from: names and octets.")
+        .def_ro("mim", &Model::mim, "Whether the standard MIM was merged before the documents.")
+        .def("standard_mim", &Model::standardMim, "The standard MIM of its edition.")
+        .def(
+            "codec", [](const Model& model) { return Codec(model.model); },
+            "Compiles all datatypes.")
+        .def("__repr__", reprOf)
         .def("__reduce__",
              [](const Model& model)
              {
                  return nb::make_tuple(nb::module_::import_("omtreader").attr("_read_again"),
                                        nb::make_tuple(model.documents, model.mim));
              });
-    nb::class_<Codec>(module, "Codec")
-        .def_prop_ro("findings", &Codec::findings)
-        .def("decode", &Codec::decode, nb::arg("name"), nb::arg("octets"))
-        .def("encode", &Codec::encode, nb::arg("name"), nb::arg("value").none())
-        .def("decode_json", &Codec::decodeJson, nb::arg("name"), nb::arg("octets"))
-        .def("encode_json", &Codec::encodeJson, nb::arg("name"), nb::arg("json"))
-        .def("field", fieldOf, nb::arg("name"), nb::arg("path"))
-        .def("decode_column", &Codec::decodeColumn, nb::arg("name"), nb::arg("column"),
-             nb::kw_only(), nb::arg("labels") = "dictionary", nb::arg("widen_unsigned") = false,
-             nb::arg("most_in_batch") = theMostInBatch)
-        .def("encode_column", &Codec::encodeColumn, nb::arg("name"), nb::arg("column"))
-        .def("layout", &Codec::layout, nb::arg("name"))
-        .def("members", &Codec::members, nb::arg("path"));
-    nb::class_<omtpy::Rows>(module, "Rows")
+    addCodec(module);
+    nb::class_<omtpy::Rows>(
+        module, "Rows",
+        "Reads lines of a recording into columns, each (name, kind, rows, valid, offsets, data).")
         .def(nb::init<nb::bytes>(), nb::arg("start"))
         .def("read", &omtpy::Rows::read, nb::arg("block"), nb::arg("is_first"));
-    nb::class_<Field>(module, "Field").def("__call__", &Field::operator(), nb::arg("octets"));
-    nb::class_<Table>(module, "Table")
+    nb::class_<Field>(module, "Field", "One part of the values of a type; made by Codec.field().")
+        .def("__call__", &Field::operator(), nb::arg("octets"),
+             "Reads the part out of a value; None where the value does not have it.");
+    nb::class_<Table>(module, "Table",
+                      "Batches of two columns; for whatever takes Arrow arrays or streams of them.")
         .def("__len__", &Table::rows)
         .def("__arrow_c_schema__", &Table::schemaCapsule)
         .def(
@@ -447,5 +510,6 @@ NB_MODULE(_core, module)
     module.def("read_documents", readDocuments, nb::arg("documents"), nb::arg("mim"));
     module.def("check_documents", checkDocuments, nb::arg("documents"), nb::arg("mim"),
                nb::arg("enable"), nb::arg("disable"));
-    module.def("diff", diff, nb::arg("before"), nb::arg("after"));
+    module.def("diff", diff, nb::arg("before"), nb::arg("after"),
+               "What changed between two models, and which octets did.");
 }

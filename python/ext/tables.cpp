@@ -67,6 +67,7 @@ void readStream(Stream& stream, Column& column)
         const char* const text = stream.get_last_error(&stream);
         throw nb::value_error(text ? text : "the stream of columns failed");
     };
+    if (!stream.release) throw nb::value_error("the column was taken already");
     check(stream.get_schema(&stream, &column.schema->it));
     for (;;)
     {
@@ -205,7 +206,10 @@ Column takeColumn(nb::handle object)
     column.schema = std::make_shared<Held<ArrowSchema>>();
     if (nb::hasattr(object, "__arrow_c_array__"))
     {
-        const auto pair = nb::cast<nb::tuple>(object.attr("__arrow_c_array__")());
+        const nb::object given = object.attr("__arrow_c_array__")();
+        if (!nb::isinstance<nb::tuple>(given) || nb::len(given) != 2)
+            throw nb::type_error("__arrow_c_array__ gives two capsules");
+        const nb::tuple pair(given);
         auto chunk = std::make_shared<Held<ArrowArray>>();
         take(inCapsule<ArrowSchema>(pair[0], "arrow_schema"), column.schema->it);
         take(inCapsule<ArrowArray>(pair[1], "arrow_array"), chunk->it);

@@ -20,6 +20,27 @@ PUBLISHED = {"RPR": ["evolved/RPR_FOM_v2.0_1516-2010.xml"], "MIM": ["mim/HLAstan
              "NETN": NETN}
 
 
+def record(name: str, **fields: str) -> str:
+    inside = "".join(f"<field><name>{field}</name><dataType>{kind}</dataType></field>"
+                     for field, kind in fields.items())
+    return f"<fixedRecordData><name>{name}</name><encoding>HLAfixedRecord</encoding>{inside}</fixedRecordData>"
+
+
+def array(name: str, of: str) -> str:
+    return f"<arrayData><name>{name}</name><dataType>{of}</dataType><cardinality>Dynamic</cardinality>" \
+           f"<encoding>HLAvariableArray</encoding></arrayData>"
+
+
+# A tree holds trees; nothing has no octets, also as an element; texts are long.
+ODD = ("<objectModel xmlns='http://standards.ieee.org/IEEE1516-2010'><objects><objectClass><name>HLAobjectRoot"
+       "</name><attribute><name>Odd</name><dataType>Odd</dataType></attribute></objectClass></objects>"
+       "<dataTypes><arrayDataTypes>" + array("Trees", "Tree") + array("Nothings", "Nothing")
+       + array("Texts", "HLAASCIIstring") + "</arrayDataTypes><fixedRecordDataTypes>" + record("Nothing")
+       + record("Tree", Weight="HLAinteger16BE", Below="Trees")
+       + record("Odd", First="Nothing", All="Nothings", Note="HLAASCIIstring", Last="Nothing", Tree="Tree")
+       + "</fixedRecordDataTypes></dataTypes></objectModel>")
+
+
 class Loaded(NamedTuple):
     codec: omt.Codec
     files: list[str]
@@ -40,8 +61,12 @@ def loaded(files: list[str]) -> Loaded:
     return Loaded(omt.load(*files, mim=True).codec(), files, datatypes(files))
 
 
-@pytest.fixture(scope="session", params=["Harbour", *PUBLISHED])
-def model(request: pytest.FixtureRequest) -> Loaded:
+@pytest.fixture(scope="session", params=["Harbour", "Odd", *PUBLISHED])
+def model(request: pytest.FixtureRequest, tmp_path_factory: pytest.TempPathFactory) -> Loaded:
+    if request.param == "Odd":
+        file = tmp_path_factory.mktemp("models") / "Odd.xml"
+        file.write_text(ODD)
+        return loaded([str(file)])
     if request.param == "Harbour":
         return loaded([str(EXAMPLES / name) for name in ("HarbourBase.xml", "HarbourTraffic.xml")])
     if "OMT_MODELS" not in os.environ:

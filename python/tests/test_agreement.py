@@ -100,8 +100,18 @@ def check(model: Loaded, from_c: FromC, name: str, rows: list[bytes | None],
     table.validate(full=True)
     values, faults = table["value"].to_pylist(), table["fault"].to_pylist()
     assert len(values) == len(rows)
+    # The same rows from the middle of others, in pieces, and in as many batches as a small limit makes.
+    column = pa.array([b"x", None, *rows, b"y"], pa.binary())
+    for given in (column.slice(2, len(rows)), column.cast(pa.large_binary()).slice(2, len(rows)),
+                  pa.chunked_array([column[2:3], column[3:3], column[3:2 + len(rows)]])):
+        part = pa.table(codec.decode_column(name, given, labels=labels, most_in_batch=2000))
+        part.validate(full=True)
+        assert repr(part.to_pydict()) == repr(table.to_pydict())
     again = pa.record_batch(codec.encode_column(name, table["value"]))
     again.validate(full=True)
+    whole = pa.record_batch(codec.decode_column(name, column, labels=labels))["value"]
+    slices = pa.record_batch(codec.encode_column(name, whole.slice(2, len(rows))))
+    assert slices["octets"] == again["octets"]
     for row, value, fault, octets, wrong in zip(rows, values, faults, again["octets"].to_pylist(),
                                                 again["fault"].to_pylist()):
         if row is None:

@@ -1,9 +1,16 @@
 # SPDX-License-Identifier: Apache-2.0
-"""HLA object models, and the octets of the values that they describe."""
+"""HLA object models, and the octets of the values that they describe.
+
+    model = load("RPR_FOM_v2.0_1516-2010.xml", mim=True)
+    codec = model.codec()
+    value = codec.decode("BaseEntity.Spatial", octets)
+
+omtreader.recording keeps updates as Parquet and decodes them to tables; omtreader.spark does so on a
+cluster. The first takes pyarrow, the second pyspark too.
+"""
 
 import os
 from collections.abc import Iterable
-from pathlib import Path
 
 from ._core import Codec, Field, Model, Table, check_documents, diff, read_documents
 from ._types import (DecodeError, Detail, Difference, Differences, EncodeError, Enumerator,
@@ -14,18 +21,28 @@ __all__ = ["Codec", "DecodeError", "Detail", "Difference", "Differences", "Encod
            "Table", "UnknownName", "check", "diff", "load"]
 
 
-def _documents(sources: Iterable[str | os.PathLike[str] | bytes]) -> list[tuple[str, bytes]]:
+Source = str | os.PathLike[str] | bytes | bytearray | memoryview
+
+
+def _documents(sources: Iterable[Source]) -> list[tuple[str, bytes]]:
     documents = []
     for place, source in enumerate(sources, 1):
-        if isinstance(source, bytes):
-            documents.append((f"document {place}", source))
+        if isinstance(source, (bytes, bytearray, memoryview)):
+            documents.append((f"document {place}", bytes(source)))
+        elif isinstance(source, (str, os.PathLike)):
+            with open(source, "rb") as file:
+                documents.append((os.fspath(source), file.read()))
         else:
-            documents.append((os.fspath(source), Path(source).read_bytes()))
+            raise TypeError(f"document {place} is of type {type(source).__name__}, and takes to be a "
+                            "path, or bytes")
     return documents
 
 
-def load(*sources: str | os.PathLike[str] | bytes, mim: bool = False,
-         strict: bool = False) -> Model:
+def _words(names: Iterable[str]) -> list[str]:
+    return [names] if isinstance(names, str) else list(names)
+
+
+def load(*sources: Source, mim: bool = False, strict: bool = False) -> Model:
     """Reads documents, given by path or as octets, and merges them in this order.
 
     With `mim` the standard MIM of the newest edition among them stands before them. What is wrong is
@@ -37,14 +54,14 @@ def load(*sources: str | os.PathLike[str] | bytes, mim: bool = False,
     return model
 
 
-def check(*sources: str | os.PathLike[str] | bytes, mim: bool = False, enable: Iterable[str] = (),
+def check(*sources: Source, mim: bool = False, enable: Iterable[str] = (),
           disable: Iterable[str] = ()) -> list[Finding]:
     """All that is wrong with documents that are loaded together, by the rules of `omt check`.
 
     Documents are given as for load(): rules look at them as they are written. `enable` and `disable`
     are names of rules or groups; "lint" is off unless it is enabled. Raises ValueError for others.
     """
-    return check_documents(_documents(sources), mim, list(enable), list(disable))
+    return check_documents(_documents(sources), mim, _words(enable), _words(disable))
 
 
 def _read_again(documents: tuple[tuple[str, bytes], ...], mim: bool) -> Model:

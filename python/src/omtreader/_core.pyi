@@ -13,8 +13,11 @@ class ArrowStream(Protocol):
     def __arrow_c_stream__(self, requested_schema: object = None) -> object: ...
 
 class Model:
+    """What documents say, merged; made by load()."""
+
     @property
-    def findings(self) -> list[Finding]: ...
+    def findings(self) -> list[Finding]:
+        """What was found in the documents."""
     @property
     def is_sound(self) -> bool:
         """Whether no finding is an error."""
@@ -30,6 +33,8 @@ class Model:
         """Compiles all datatypes."""
 
 class Field:
+    """One part of the values of a type; made by Codec.field()."""
+
     def __call__(self, octets: Buffer) -> Any:
         """Reads the part out of a value; None where the value does not have it."""
 
@@ -45,13 +50,16 @@ class Codec:
     """Datatypes of a model, by member ("BaseEntity.Spatial") or by name."""
 
     @property
-    def findings(self) -> list[Finding]: ...
+    def findings(self) -> list[Finding]:
+        """What no octets can be made of."""
     def decode(self, name: str, octets: Buffer) -> Any:
         """One value: dicts, lists, numbers, str, bytes, Enumerator. Raises DecodeError."""
     def encode(self, name: str, value: Any) -> bytes:
         """The octets of a value. Raises EncodeError."""
-    def decode_json(self, name: str, octets: Buffer) -> str: ...
-    def encode_json(self, name: str, json: str) -> bytes: ...
+    def decode_json(self, name: str, octets: Buffer) -> str:
+        """One value as JSON. Raises DecodeError."""
+    def encode_json(self, name: str, json: str) -> bytes:
+        """The octets of a value that is JSON. Raises EncodeError."""
     def field(self, name: str, path: str) -> Field:
         """One part of a value, read without decoding the rest."""
     def decode_column(

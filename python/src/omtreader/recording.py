@@ -34,6 +34,8 @@ COLUMNS = {"time": pa.float64(), "event": pa.int64(), "kind": pa.string(), "obje
 OPTIONAL = {"sender": pa.string(), "tag": pa.binary(), "problem": pa.string()}
 RESULTS = {"value", "fault", "notes", "left", "overlays"}
 MOST_IN_LINE = 1 << 28
+# Of a batch that is decoded.
+MOST_ROWS, MOST_OCTETS = 1 << 16, 1 << 23
 Labels = Literal["dictionary", "string", "number"]
 Updates = Union[str, os.PathLike[str], "ArrowStream", Iterable[Mapping[str, Any]]]
 
@@ -350,6 +352,12 @@ class _File:
         except PackingError as error:
             raise RecordingError(f"{self.path}: the models in its metadata: {error}") from None
 
+    def rows_in(self, octets: int) -> int:
+        """How many rows come to about so many octets unpacked, by the mean of the file; one at least."""
+        groups = map(self.metadata.row_group, range(self.metadata.num_row_groups))
+        whole = max(sum(int(group.total_byte_size) for group in groups), 1)
+        return max(1, octets * int(self.metadata.num_rows) // whole)
+
     def only_class(self) -> str | None:
         """The class of all rows, where the file says that it is one."""
         at = self.metadata.schema.names.index("class")
@@ -432,12 +440,15 @@ class _Decoder:
         filter = pc.field("member") == self.member.name.rpartition(".")[2]
         if where is not None:
             filter = filter & where
-        # Buffering ahead keeps what was read until the end of the file.
+        # Buffering ahead keeps what was read until the end of the file, and reading ahead a million
+        # rows at a time. A batch has few octets, whatever a row has.
         options = ds.ParquetFragmentScanOptions(pre_buffer=False)
         form = ds.ParquetFileFormat(default_fragment_scan_options=options)
         data = ds.dataset(self.file.path, format=form, partitioning=None)
         try:
-            for rows in data.to_batches(columns=read, filter=filter, batch_size=1 << 16):
+            for rows in data.to_batches(columns=read, filter=filter, batch_readahead=1,
+                                        fragment_readahead=1, batch_size=min(
+                                            MOST_ROWS, self.file.rows_in(MOST_OCTETS))):
                 yield from self.decoded(rows, schema)
         except (pa.ArrowInvalid, OSError) as error:
             raise RecordingError(f"{self.file.path}: {error}") from None
