@@ -10,6 +10,10 @@ set -euo pipefail
 root=$(dirname "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")")
 python="$root/build/python/bin/python"
 build="$root/build/pythonModule"
+# Files are named from where the caller stands.
+if [[ $# -eq 3 ]]; then
+    set -- "$1" "$(readlink -f "$2")" "$(readlink -f "$3")"
+fi
 cd "$root/python"
 leftOut="types $(echo tests/test_*.py)"
 
@@ -48,14 +52,26 @@ buildModule()
     cp "$build"/_core*.so "$build/package/omtreader"
 }
 
+# runTests PYTHON ARGUMENT...: where there are models, none may be skipped.
+runTests()
+{
+    local log="$root/build/python/tests.log"
+    "$1" -B -m pytest "${@:2}" | tee "$log"
+    [[ -n ${OMT_MODELS:-} ]] || { echo "Left out: published models, as OMT_MODELS is not set"; exit 77; }
+    sed -n 's/^SKIPPED [^ ]* /Skipped: /p' "$log"
+    ! grep -q '^SKIPPED' "$log"
+}
+
 # testModule LIBOMT.SO TOOL
 testModule()
 {
     buildModule "$1"
     "$python" -m mypy --strict --cache-dir "$root/build/python/mypy" src
-    OMT_LIBRARY=$1 OMT_TOOL=$2 PYTHONPATH="$build/package" "$python" -B -m pytest
-    PYTHONPATH="$build/package" "$python" -B ../docs/checkCommands.py python
-    [[ -n ${OMT_MODELS:-} ]] || { echo "Left out: published models, as OMT_MODELS is not set"; exit 77; }
+    export OMT_LIBRARY=$1 OMT_TOOL=$2 PYTHONPATH="$build/package"
+    "$python" -B ../docs/checkCommands.py python
+    # Those of testSpark are left to it.
+    runTests "$python" --ignore tests/test_spark.py --ignore tests/test_tracks.py \
+        --deselect 'tests/test_recipes.py::test_recipe[Dask]'
 }
 
 # testSpark LIBOMT.SO TOOL
@@ -69,29 +85,37 @@ testSpark()
     export PYTHONPATH="$build/package" SPARK_LOCAL_IP=127.0.0.1
     export OMT_SPARK=${OMT_SPARK:-local-cluster[2,1,1024]}
     echo "Spark: $OMT_SPARK"
-    "$python" -B -m pytest tests/test_spark.py tests/test_recipes.py tests/test_tracks.py
+    runTests "$python" tests/test_spark.py tests/test_recipes.py tests/test_tracks.py
 }
 
 # As pip would for a user; the tools of the build are those of the list.
 testWheel()
 {
     local wheels="$root/build/wheels" flags
-    # Those of the packages, so that a compiler cache has most of the library.
+    # Those of the packages, so that a compiler cache has the library.
     flags=$("$python" -c 'import json; print(*(preset["cacheVariables"]["CMAKE_CXX_FLAGS"]
         for preset in json.load(open("../CMakePresets.json"))["configurePresets"]
         if preset["name"] == "package"))')
     rm -rf "$wheels"
     CXXFLAGS=$flags "$python" -m pip wheel --quiet --disable-pip-version-check --no-deps \
         --no-build-isolation --wheel-dir "$wheels" .
+    [[ -z $(find "$wheels" -name '*.whl' -size +4M -printf '%f has %s octets\n' | tee /dev/stderr) ]]
     python3 -m venv "$wheels/clean"
     "$wheels/clean/bin/python" -m pip install --quiet --disable-pip-version-check "$wheels"/*.whl
-    du -b "$wheels"/*.whl
-    # Alone first, as it needs nothing; then its tests, with what they take from beside it.
-    (cd "$wheels" && clean/bin/python -c 'import omtreader
+    # Alone first, as it needs nothing; then its types and tests, with what they take from beside it.
+    cat > "$wheels/alone.py" << 'END'
+import omtreader
+
 codec = omtreader.load("../../examples/models/HarbourBase.xml", mim=True, strict=True).codec()
-assert codec.encode("GeocentricPosition", codec.decode("GeocentricPosition", bytes(24))) == bytes(24)')
+octets: bytes = codec.encode("GeocentricPosition", codec.decode("GeocentricPosition", bytes(24)))
+assert octets == bytes(24)
+END
+    (cd "$wheels" && clean/bin/python alone.py &&
+        "$python" -m mypy --strict --cache-dir "$root/build/python/mypy" \
+            --python-executable clean/bin/python alone.py)
     PYTHONPATH=$("$python" -c 'import site; print(site.getsitepackages()[0])') \
-        "$wheels/clean/bin/python" -B -m pytest tests/test_package.py tests/test_recording.py
+        runTests "$wheels/clean/bin/python" tests/test_package.py tests/test_recording.py \
+        --deselect tests/test_recording.py::test_the_tool_says_the_same
 }
 
 case ${1:-} in
