@@ -42,6 +42,7 @@ ODD = ("<objectModel xmlns='http://standards.ieee.org/IEEE1516-2010'><objects><o
 
 
 class Loaded(NamedTuple):
+    model: omt.Model
     codec: omt.Codec
     files: list[str]
     names: list[str]
@@ -49,16 +50,13 @@ class Loaded(NamedTuple):
 
 def datatypes(files: list[str]) -> list[str]:
     kinds = ("arrayData", "fixedRecordData", "variantRecordData", "enumeratedData", "simpleData")
-    names = []
-    for file in files:
-        for element in ElementTree.parse(file).iter():
-            if element.tag.rpartition("}")[2] in kinds:
-                names += [one.text.strip() for one in element if one.tag.endswith("}name")]
-    return sorted(set(names))
+    return sorted({element.findtext("{*}name", "").strip() for file in files
+                   for element in ElementTree.parse(file).iter() if element.tag.rpartition("}")[2] in kinds})
 
 
 def loaded(files: list[str]) -> Loaded:
-    return Loaded(omt.load(*files, mim=True).codec(), files, datatypes(files))
+    model = omt.load(*files, mim=True)
+    return Loaded(model, model.codec(), files, datatypes(files))
 
 
 @pytest.fixture(scope="session", params=["Harbour", "Odd", *PUBLISHED])

@@ -68,18 +68,18 @@ class FromC:
     def __init__(self, files: list[str]) -> None:
         self.lib = ctypes.CDLL(os.environ["OMT_LIBRARY"])
         paths = (ctypes.c_char_p * len(files))(*(file.encode() for file in files))
-        model = ctypes.c_void_p()
-        self.codec = ctypes.c_void_p()
-        assert self.lib.omt_read_files(paths, ctypes.c_size_t(len(files)), 1, ctypes.byref(model),
-                                       None) == 0
-        assert self.lib.omt_codec_new(model, ctypes.byref(self.codec), None) == 0
+        model, self.codec = ctypes.c_void_p(), ctypes.c_void_p()
+        self.call("omt_read_files", paths, ctypes.c_size_t(len(files)), 1, ctypes.byref(model))
+        self.call("omt_codec_new", model, ctypes.byref(self.codec))
         self.lib.omt_model_free(model)
+
+    def call(self, name: str, *arguments: Any) -> None:
+        assert getattr(self.lib, name)(*arguments, None) == 0
 
     def decode(self, name: str, octets: bytes) -> dict[str, Any]:
         kind, text = ctypes.c_void_p(), ctypes.c_char_p()
-        assert self.lib.omt_find_type(self.codec, name.encode(), ctypes.byref(kind), None) == 0
-        assert self.lib.omt_decode_json(kind, octets, ctypes.c_size_t(len(octets)),
-                                        ctypes.byref(text), None) == 0
+        self.call("omt_find_type", self.codec, name.encode(), ctypes.byref(kind))
+        self.call("omt_decode_json", kind, octets, ctypes.c_size_t(len(octets)), ctypes.byref(text))
         result = json.loads(text.value)
         self.lib.omt_free(text)
         self.lib.omt_type_free(kind)

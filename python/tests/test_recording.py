@@ -64,9 +64,10 @@ def test_what_is_no_recording(tmp_path: Path, ships: omt.Model) -> None:
     good = {"member": ["a"], "octets": [b""]}
     rows: list[Any] = [pa.table({"octets": [b""]}), pa.table(dict(good, octets=["00"])),
                        pa.table(dict(good, value=[1])), pa.table(dict(good, time=["x"])),
-                       [{"member": "a", "octets": b""}] * 40000 + [{"member": 1}]]
+                       [{"member": "a", "octets": b""}] * 40000 + [{"member": 1}],
+                       [{"member": "a", "octets": "00"}], {"member": "a", "octets": b""}, None, [5]]
     for one in rows:
-        with pytest.raises(ValueError):
+        with pytest.raises((ValueError, TypeError)):
             recording.write(one, tmp_path / "out", ships)
     assert not [one for one in (tmp_path / "out").rglob("*") if one.is_file()]
 
@@ -91,8 +92,15 @@ def test_a_folder_decodes_with_nothing_but_itself(tmp_path: Path) -> None:
     assert late.column_names == ["time", "octets", "value", "fault"] and late.num_rows == 0
     assert recording.write([], tmp_path / "kept", model) == 0
     assert recording.write([{"member": "Tug.Name", "octets": b"!"}], tmp_path / "kept", model) == 1
-    with pytest.raises(recording.RecordingError, match="has a column"):
-        recording.decode(tmp_path / "kept", "PortEntity.Name", columns=["tag"])
+    wrong: list[tuple[dict[str, Any], type[Exception], str]] = [
+        (dict(columns=["tag"]), recording.RecordingError, "a column 'tag'; there are time, "),
+        (dict(member="GeocentricPosition"), omt.UnknownName, "CLASS.MEMBER"),
+        (dict(member="PortEntity.Nane"), omt.UnknownName, "did you mean Name"),
+        (dict(where="time > 60"), TypeError, "where is"),
+        (dict(where=[("tme", ">", 60)]), recording.RecordingError, "tme")]
+    for arguments, error, match in wrong:
+        with pytest.raises(error, match=match):
+            recording.decode(tmp_path / "kept", **{"member": "PortEntity.Name", **arguments})
 
 
 def test_names_of_classes_stay_in_the_folder(tmp_path: Path, ships: omt.Model) -> None:

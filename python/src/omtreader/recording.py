@@ -21,7 +21,7 @@ import pyarrow.parquet as pq
 
 from ._core import Codec, Model, Rows, read_documents
 from ._packing import PackingError, codec_of, pack, unpack
-from ._types import OmtError
+from ._types import OmtError, UnknownName
 
 if TYPE_CHECKING:
     from ._core import ArrowStream
@@ -129,6 +129,12 @@ def _from_mappings(updates: Iterable[Mapping[str, Any]]) -> Iterator[pa.RecordBa
             raise RecordingError(f"rows that fit into no columns: {error}") from None
 
     for update in updates:
+        if not isinstance(update, Mapping):
+            raise TypeError(f"an update of type {type(update).__name__}, and not a mapping")
+        for name in ("octets", "tag"):
+            if isinstance(update.get(name), str):
+                # pyarrow would take the letters for octets.
+                raise RecordingError(f"{name} are bytes, and not a text such as {update[name]!r:.40}")
         chunk.append(update)
         if len(chunk) == 1 << 15:
             yield batch()
@@ -144,6 +150,8 @@ def _batches_of(updates: Any) -> Any:
         return pa.RecordBatchReader.from_stream(updates)
     if hasattr(updates, "__arrow_c_array__"):
         return [pa.record_batch(updates)]
+    if not isinstance(updates, Iterable) or isinstance(updates, Mapping):
+        raise TypeError(f"updates of type {type(updates).__name__}, and not a file, Arrow columns or mappings")
     return _from_mappings(updates)
 
 
@@ -306,6 +314,8 @@ def write(updates: Updates, folder: str | os.PathLike[str], model: Model) -> int
     the columns of a recording and `octets` as bytes; others are kept too. No file of them is there
     before all of them are whole.
     """
+    if not isinstance(model, Model):
+        raise TypeError(f"a model of type {type(model).__name__}, and not what load() makes")
     writer = _Writer(Path(folder), pack(model))
     schema = None
     try:
@@ -397,6 +407,8 @@ def model(folder: str | os.PathLike[str]) -> Model:
 def _is_wanted(codec: Codec, member: str) -> Callable[[str | None], bool]:
     """Whether the member of a class is the one that is wanted, or is inherited from it."""
     wanted = set(codec.members(member))
+    if not wanted:
+        raise UnknownName(f"{member!r} is no attribute or parameter, which is CLASS.MEMBER")
     name = member.rpartition(".")[2]
     known: dict[str | None, bool] = {}
 
@@ -415,8 +427,8 @@ class _Member:
         self.codec = codec
         self.name = member
         self.labels = labels
-        self.is_wanted = _is_wanted(codec, member)
         self.results = pa.table(codec.decode_column(member, [], labels=labels)).schema
+        self.is_wanted = _is_wanted(codec, member)
 
     def decode(self, octets: pa.Array) -> pa.Table:
         return pa.table(self.codec.decode_column(self.name, octets, labels=self.labels))
@@ -486,10 +498,10 @@ def _schema_of(decoders: list[_Decoder], columns: Iterable[str] | None) -> pa.Sc
                                      f"{fields[field.name].type} in other files")
     if columns is None:
         columns = [name for name in fields if name not in ("octets", "problem")]
-    kept = list(dict.fromkeys(columns))
+    kept = [columns] if isinstance(columns, str) else list(dict.fromkeys(columns))
     for name in kept:
         if name not in fields:
-            raise RecordingError(f"no file has a column {name!r}")
+            raise RecordingError(f"no file has a column {name!r}; there are {', '.join(fields)}")
     return pa.schema([*(fields[name] for name in kept), *decoders[0].member.results])
 
 
@@ -503,6 +515,8 @@ def batches(folder: str | os.PathLike[str], member: str, *, where: Any = None,
     those to keep; without it all but `octets`. After them come `value`, and `fault` where the octets
     are none.
     """
+    if isinstance(where, str):
+        raise TypeError("where is an expression of pyarrow, or a list of (column, comparison, value)")
     if where is not None and not isinstance(where, pc.Expression):
         where = pq.filters_to_expression(where)
     members: dict[bytes, _Member] = {}
