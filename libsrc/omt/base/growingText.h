@@ -13,38 +13,60 @@ namespace omt
 class GrowingText
 {
 public:
-    explicit GrowingText(std::string& text) : myText(text), mySize(text.size()) {}
+    /// `expected` octets will be appended, more or less.
+    explicit GrowingText(std::string& text, std::size_t expected = 0)
+        : myText(text), myEnd(text.data() + text.size()), myLimit(myEnd)
+    {
+        if (expected > 0) grow(expected);
+    }
 
     GrowingText& operator+=(std::string_view piece)
     {
-        if (myText.size() - mySize < piece.size()) grow(piece.size());
-        if (!piece.empty()) std::memcpy(myText.data() + mySize, piece.data(), piece.size());
-        mySize += piece.size();
+        char* const end = room(piece.size());
+        if (!piece.empty()) std::memcpy(end, piece.data(), piece.size());
+        myEnd = end + piece.size();
         return *this;
     }
     GrowingText& operator+=(char piece)
     {
-        if (myText.size() == mySize) grow(1);
-        myText[mySize++] = piece;
+        *room(1) = piece;
+        ++myEnd;
         return *this;
     }
 
+    /// The end of what was appended, where this many octets may be written.
+    char* room(std::size_t octets)
+    {
+        if (static_cast<std::size_t>(myLimit - myEnd) < octets) grow(octets);
+        return myEnd;
+    }
+    /// Appends what was written into the room, up to here.
+    void use(char* end) { myEnd = end; }
+
     /// What was appended so far.
-    std::size_t size() const { return mySize; }
+    std::size_t size() const { return static_cast<std::size_t>(myEnd - myText.data()); }
     /// Takes back what was appended after a size.
-    void cut(std::size_t size) { mySize = size; }
+    void cut(std::size_t size) { myEnd = myText.data() + size; }
     /// Gives the text its length.
-    void finish() { myText.resize(mySize); }
+    void finish()
+    {
+        myText.resize(size());
+        myLimit = myEnd;
+    }
 
 private:
     void grow(std::size_t needed)
     {
-        constexpr std::size_t theLeast = 4096;
-        myText.resize(2 * mySize + needed + theLeast);
+        constexpr std::size_t theLeast = 256;
+        const std::size_t used = size();
+        myText.resize(2 * used + needed + theLeast);
+        myEnd = myText.data() + used;
+        myLimit = myText.data() + myText.size();
     }
 
     std::string& myText;
-    std::size_t mySize;
+    char* myEnd;
+    char* myLimit;
 };
 
 }  // namespace omt

@@ -43,7 +43,7 @@ constexpr std::array<std::uint8_t, 256> theClasses = []
 constexpr std::string_view theReplacement = "\xEF\xBF\xBD";
 
 /// Appends the character that a text begins with, as XML writes it; how many octets it took.
-std::size_t appendOdd(std::string& out, std::string_view text, std::uint8_t use)
+std::size_t appendOdd(GrowingText& out, std::string_view text, std::uint8_t use)
 {
     const char first = text.front();
     const auto octet = static_cast<unsigned char>(first);
@@ -84,7 +84,7 @@ std::size_t appendOdd(std::string& out, std::string_view text, std::uint8_t use)
     return 1;
 }
 
-void append(std::string& out, std::string_view text, std::uint8_t use)
+void append(GrowingText& out, std::string_view text, std::uint8_t use)
 {
     std::size_t from = 0;
     for (std::size_t at = 0; at < text.size();)
@@ -94,11 +94,11 @@ void append(std::string& out, std::string_view text, std::uint8_t use)
             ++at;
             continue;
         }
-        out.append(text, from, at - from);
+        out += text.substr(from, at - from);
         at += appendOdd(out, text.substr(at), use);
         from = at;
     }
-    out.append(text, from);
+    out += text.substr(from);
 }
 
 struct Range
@@ -139,17 +139,17 @@ bool isNameCharacter(const Character& character, bool isFirst)
 
 }  // namespace
 
-void appendXmlContent(std::string& out, std::string_view text)
+void appendXmlContent(GrowingText& out, std::string_view text)
 {
     append(out, text, theContent);
 }
 
-void appendXmlValue(std::string& out, std::string_view text)
+void appendXmlValue(GrowingText& out, std::string_view text)
 {
     append(out, text, theValue);
 }
 
-void appendXmlComment(std::string& out, std::string_view text)
+void appendXmlComment(GrowingText& out, std::string_view text)
 {
     std::string parted;
     const bool endsOdd = !text.empty() && text.back() == '-';
@@ -166,7 +166,7 @@ void appendXmlComment(std::string& out, std::string_view text)
     append(out, text, theComment);
 }
 
-bool isPlainXml(std::string_view text)
+std::size_t copyPlainXml(char* to, std::string_view text)
 {
     // Eight octets at a time: each bit at the top of one says that there is something odd.
     constexpr std::uint64_t theOnes = 0x0101010101010101;
@@ -181,11 +181,15 @@ bool isPlainXml(std::string_view text)
         const std::uint64_t odd = octets | (octets - 0x20 * theOnes) |
                                   hasZero(octets ^ (0x26 * theOnes)) |
                                   hasZero((octets | (0x02 * theOnes)) ^ (0x3E * theOnes));
-        if ((odd & theTops) != 0) return false;
+        if ((odd & theTops) != 0) return at;
+        std::memcpy(to + at, &octets, sizeof octets);
     }
     for (; at < text.size(); ++at)
-        if ((theClasses[static_cast<unsigned char>(text[at])] & theContent) != 0) return false;
-    return true;
+    {
+        if ((theClasses[static_cast<unsigned char>(text[at])] & theContent) != 0) return at;
+        to[at] = text[at];
+    }
+    return at;
 }
 
 bool isXmlName(std::string_view text)

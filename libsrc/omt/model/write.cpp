@@ -16,7 +16,7 @@ Writing writeXml(const Model& model, Edition edition, const WriteOptions& option
     Writing writing;
     const auto write = [&](const Tables& tables)
     {
-        XmlWriter writer(writing.text, tables, edition, options.hasOrigins);
+        XmlWriter writer(writing.text, model.octetsHeld(), tables, edition, options.hasOrigins);
         writer.write();
         if (options.hasOrigins) writing.origins = writer.origins(writing.text);
     };

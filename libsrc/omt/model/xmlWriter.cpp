@@ -2,27 +2,17 @@
 #include "omt/model/xmlWriter.h"
 
 #include "omt/base/xmlText.h"
+#include "omt/model/parts.h"
 #include "omt/model/xmlWords.h"
 
 #include <algorithm>
-#include <tuple>
+#include <type_traits>
 
 namespace omt
 {
 
 namespace
 {
-
-/// Where an aside belongs, in the order of writing.
-std::pair<std::uint8_t, std::uint32_t> targetOf(const Aside& aside)
-{
-    return {aside.property, aside.item};
-}
-
-bool isBefore(const Aside* left, const Aside* right)
-{
-    return targetOf(*left) < targetOf(*right);
-}
 
 /// Blanks around a text do not count, and so are not written.
 std::string_view trimmed(std::string_view text)
@@ -34,12 +24,33 @@ std::string_view trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(theBlanks) - first + 1);
 }
 
-/// Whether an aside is one more element of a property that has its text already.
-bool isRepeated(const Aside& aside, const Row& row)
+/// Classes nest as deep as a document says; past this no line moves further to the right.
+constexpr std::size_t theDeepest = 40;
+
+/// How many octets the indentation and both tags of an element take while they are written.
+std::size_t roomFor(const XmlTag& tag)
 {
-    const std::string_view name = aside.name.view().substr(aside.name.view().find(':') + 1);
-    return aside.what == Aside::What::element && row.oneText &&
-           (name == row.words.in2010 || name == row.words.in2025);
+    return 2 * theDeepest + tag.startSize() + tag.endSize() + 2 * XmlTag::theSpare;
+}
+
+/// Calls `visit` with the table that holds definitions of a kind; not for Kind::section.
+template <typename Visit>
+void visitTable(const Tables& tables, Kind kind, const Visit& visit)
+{
+    if (kind == Kind::note) visit(tables.notes);
+    forEachNamedTable(
+        [&](auto table)
+        {
+            using T = typename std::decay_t<decltype(tables.*table)>::value_type;
+            if (kind == T::theKind) visit(tables.*table);
+        });
+}
+
+bool hasDefinitions(const Tables& tables, Kind kind)
+{
+    bool isThere = false;
+    visitTable(tables, kind, [&](const auto& table) { isThere = !table.empty(); });
+    return isThere;
 }
 
 /// The classes directly below each class, in the order of their table; the roots last.
@@ -74,25 +85,14 @@ std::string_view namespaceOf(Edition edition)
 void XmlWriter::write()
 {
     findSections();
+    for (const Section* section : mySections[0]) collectAsides(*section);
     writeRoot();
-    const Identification none;
-    const Identification& identification =
-        myTables.modules.empty() ? none : myTables.modules.front().identification;
-    const std::size_t before = myOut.size();
-    const std::size_t mark = open(identification, Kind::identification, "modelIdentification");
-    writeProperties(identification, Kind::identification);
-    const bool isEmpty = myOut.size() == mark && identification.asides.empty();
-    close(identification, "modelIdentification", mark);
-    if (isEmpty) myOut.cut(before);
+    writeIdentification();
     const std::span<const TableWord> tables = XmlWords::tables();
     for (std::uint8_t i = 1; i < tables.size(); ++i)
         if (tables[i].parent == 0) writeTable(i);
-    myAll.clear();
-    for (const Section* section : mySections[0]) collectAsides(*section);
-    pickAsides(Aside::theWhole, 0);
-    writeInner(myPicked);
-    pickAsides(Aside::theEnd, 0);
-    writeComments(myPicked);
+    writeInner(asidesOf(Aside::theWhole, 0));
+    writeComments(asidesOf(Aside::theEnd, 0));
     myOut += "</objectModel>\n";
     myOut.finish();
 }
@@ -101,24 +101,29 @@ void XmlWriter::write()
 void XmlWriter::writeRoot()
 {
     myOut += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    myAll.clear();
-    for (const Section* section : mySections[0]) collectAsides(*section);
-    pickAsides(Aside::theWhole, 0);
-    writeComments(myPicked);
+    const Asides asides = asidesOf(Aside::theWhole, 0);
+    writeComments(asides);
     myOut += "<objectModel xmlns=\"";
     myOut += namespaceOf(myEdition);
     myOut += '"';
-    writeAsideAttributes(myPicked);
+    writeAsideAttributes(asides);
     myOut += ">\n";
     myDepth = 1;
-    for (const Aside* aside : myPicked)
-    {
-        if (aside->what != Aside::What::attribute || aside->name.view().substr(0, 6) != "xmlns:")
-            continue;
-        std::string& declaration = myDeclarations.emplace_back(" " + aside->name.str() + "=\"");
-        appendXmlValue(declaration, aside->text);
-        declaration += '"';
-    }
+    declarePrefixes(asides);
+}
+
+void XmlWriter::writeIdentification()
+{
+    static const XmlTag theTag("modelIdentification");
+    const Identification none;
+    const Identification& identification =
+        myTables.modules.empty() ? none : myTables.modules.front().identification;
+    const std::size_t before = myOut.size();
+    const Opened opened = open(identification, Kind::identification, theTag);
+    writeProperties(identification, Kind::identification);
+    const bool isEmpty = myOut.size() == opened.mark && identification.asides.empty();
+    close(theTag, opened);
+    if (isEmpty) myOut.cut(before);
 }
 
 void XmlWriter::findSections()
@@ -131,58 +136,14 @@ void XmlWriter::findSections()
                 if (section.name == tables[i].path) mySections[i].push_back(&section);
 }
 
-bool XmlWriter::hasDefinitions(std::uint8_t table) const
-{
-    const Tables& t = myTables;
-    switch (XmlWords::tables()[table].holds)
-    {
-        case Kind::service:
-            return !t.services.empty();
-        case Kind::objectClass:
-            return !t.objectClasses.empty();
-        case Kind::interactionClass:
-            return !t.interactionClasses.empty();
-        case Kind::dimension:
-            return !t.dimensions.empty();
-        case Kind::time:
-            return !t.times.empty();
-        case Kind::tag:
-            return !t.tags.empty();
-        case Kind::synchronizationPoint:
-            return !t.synchronizationPoints.empty();
-        case Kind::transportation:
-            return !t.transportations.empty();
-        case Kind::switchSetting:
-            return !t.switches.empty();
-        case Kind::updateRate:
-            return !t.updateRates.empty();
-        case Kind::basicData:
-            return !t.basicData.empty();
-        case Kind::simpleData:
-            return !t.simpleData.empty();
-        case Kind::referenceData:
-            return !t.referenceData.empty();
-        case Kind::enumeratedData:
-            return !t.enumeratedData.empty();
-        case Kind::arrayData:
-            return !t.arrayData.empty();
-        case Kind::fixedRecord:
-            return !t.fixedRecords.empty();
-        case Kind::variantRecord:
-            return !t.variantRecords.empty();
-        case Kind::note:
-            return !t.notes.empty();
-        default:
-            return false;
-    }
-}
-
 bool XmlWriter::isTableThere(std::uint8_t table) const
 {
-    if (!mySections[table].empty() || hasDefinitions(table)) return true;
     const std::span<const TableWord> tables = XmlWords::tables();
+    const auto isThere = [&](std::uint8_t each)
+    { return !mySections[each].empty() || hasDefinitions(myTables, tables[each].holds); };
+    if (isThere(table)) return true;
     for (std::uint8_t i = 1; i < tables.size(); ++i)
-        if (tables[i].parent == table && (!mySections[i].empty() || hasDefinitions(i))) return true;
+        if (tables[i].parent == table && isThere(i)) return true;
     return false;
 }
 
@@ -195,80 +156,51 @@ void XmlWriter::writeTable(std::uint8_t table)
     for (const Section* section : mySections[table])
         asides.insert(asides.end(), section->asides.begin(), section->asides.end());
     whole.asides = List<Aside>(asides.data(), asides.size());
-    const std::size_t mark = open(whole, Kind::section, tables[table].word);
+    const Opened opened = open(whole, Kind::section, myTags.table(table));
     writeRows(table);
     for (std::uint8_t i = 1; i < tables.size(); ++i)
         if (tables[i].parent == table) writeTable(i);
-    close(whole, tables[table].word, mark);
+    close(myTags.table(table), opened);
 }
 
 void XmlWriter::writeRows(std::uint8_t table)
 {
-    const std::string_view word = XmlWords::tables()[table].element;
-    switch (XmlWords::tables()[table].holds)
-    {
-        case Kind::service:
-            return writeNamed(myTables.services, word);
-        case Kind::objectClass:
-            return writeClasses(myTables.objectClasses, word);
-        case Kind::interactionClass:
-            return writeClasses(myTables.interactionClasses, word);
-        case Kind::dimension:
-            return writeNamed(myTables.dimensions, word);
-        case Kind::time:
-            return writeNamed(myTables.times, word);
-        case Kind::tag:
-            return writeNamed(myTables.tags, word);
-        case Kind::synchronizationPoint:
-            return writeNamed(myTables.synchronizationPoints, word);
-        case Kind::transportation:
-            return writeNamed(myTables.transportations, word);
-        case Kind::switchSetting:
-            return writeNamed(myTables.switches, word);
-        case Kind::updateRate:
-            return writeNamed(myTables.updateRates, word);
-        case Kind::basicData:
-            return writeNamed(myTables.basicData, word);
-        case Kind::simpleData:
-            return writeNamed(myTables.simpleData, word);
-        case Kind::referenceData:
-            return writeNamed(myTables.referenceData, word);
-        case Kind::enumeratedData:
-            return writeNamed(myTables.enumeratedData, word);
-        case Kind::arrayData:
-            return writeNamed(myTables.arrayData, word);
-        case Kind::fixedRecord:
-            return writeNamed(myTables.fixedRecords, word);
-        case Kind::variantRecord:
-            return writeNamed(myTables.variantRecords, word);
-        case Kind::note:
-            return writeNamed(myTables.notes, word);
-        default:
-            break;
-    }
+    const XmlTag& tag = myTags.definition(table);
+    visitTable(myTables, XmlWords::tables()[table].holds,
+               [&](const auto& definitions)
+               {
+                   using T = typename std::decay_t<decltype(definitions)>::value_type;
+                   if constexpr (std::is_base_of_v<ClassDefinition, T>)
+                       writeClasses(definitions, tag);
+                   else
+                       writeNamed(definitions, tag);
+               });
 }
 
-/// Definitions by the word of their table, or by their own names where it has none.
+/// Definitions by the element of their table, or by their own names where it has none.
 template <typename T>
-void XmlWriter::writeNamed(const std::vector<T>& definitions, std::string_view word)
+void XmlWriter::writeNamed(const std::vector<T>& definitions, const XmlTag& tag)
 {
-    for (const T& definition : definitions)
-        writeDefinition(definition, T::theKind, word.empty() ? definition.name.view() : word);
+    if (tag.isThere())
+        for (const T& definition : definitions) writeDefinition(definition, T::theKind, tag);
+    else
+        for (const T& definition : definitions)
+            writeDefinition(definition, T::theKind, XmlTag(definition.name));
 }
 
 /// A hierarchy, without recursion, as a document may nest it as deep as it likes.
 template <typename T>
-void XmlWriter::writeClasses(const std::vector<T>& classes, std::string_view word)
+void XmlWriter::writeClasses(const std::vector<T>& classes, const XmlTag& tag)
 {
     struct Level
     {
         std::size_t node;
         std::uint32_t next;
-        std::size_t mark;
+        Opened opened;
     };
     const Children children(classes);
     std::vector<Level> levels = {
-        {classes.size(), children.starts[classes.size()], 0}
+        {classes.size(), children.starts[classes.size()], {}}
     };
     while (!levels.empty())
     {
@@ -276,12 +208,12 @@ void XmlWriter::writeClasses(const std::vector<T>& classes, std::string_view wor
         if (level.next < children.starts[level.node + 1])
         {
             const std::uint32_t child = children.all[level.next++];
-            const std::size_t mark = open(classes[child], T::theKind, word);
+            const Opened opened = open(classes[child], T::theKind, tag);
             writeProperties(classes[child], T::theKind);
-            levels.push_back({child, children.starts[child], mark});
+            levels.push_back({child, children.starts[child], opened});
             continue;
         }
-        if (level.node < classes.size()) close(classes[level.node], word, level.mark);
+        if (level.node < classes.size()) close(tag, level.opened);
         levels.pop_back();
     }
 }
@@ -289,59 +221,61 @@ void XmlWriter::writeClasses(const std::vector<T>& classes, std::string_view wor
 // Definitions
 // -----------------------------------------------------------------------------------
 
-void XmlWriter::writeDefinition(const Definition& definition, Kind kind, std::string_view word)
+void XmlWriter::writeDefinition(const Definition& definition, Kind kind, const XmlTag& tag)
 {
-    const std::size_t mark = open(definition, kind, word);
+    const Opened opened = open(definition, kind, tag);
     writeProperties(definition, kind);
-    close(definition, word, mark);
+    close(tag, opened);
 }
 
-/// The start tag and the comments before it; where what it holds begins.
-std::size_t XmlWriter::open(const Definition& definition, Kind kind, std::string_view word)
+/// The start tag and the comments before it.
+XmlWriter::Opened XmlWriter::open(const Definition& definition, Kind kind, const XmlTag& tag)
 {
-    const bool hasAsides = !definition.asides.empty();
-    if (hasAsides)
-    {
-        myAll.clear();
-        collectAsides(definition);
-        pickAsides(Aside::theWhole, 0);
-        writeComments(myPicked);
-    }
+    const std::size_t asidesAround = myFirstAside;
+    myFirstAside = myAsides.size();
+    collectAsides(definition);
+    const Asides asides = asidesOf(Aside::theWhole, 0);
+    writeComments(asides);
     myModule = definition.module;
     mark(definition.line);
-    indent();
-    myOut += '<';
-    myOut += word;
-    for (const Row& row : rowsOf(kind))
+    char* const end = tag.putStart(putIndentation(myOut.room(roomFor(tag))));
+    if (asides.empty() && myTags.attributes(kind).empty())
+        myOut.use(end + 1);
+    else
     {
-        if (!row.isXmlAttribute || !row.oneText || !(definition.*row.oneText).isThere()) continue;
+        myOut.use(end - 1);
+        writeAttributes(definition, kind, tag);
+        writeAsideAttributes(asides);
+        myOut += ">\n";
+    }
+    ++myDepth;
+    return {myOut.size(), asidesAround};
+}
+
+void XmlWriter::writeAttributes(const Definition& definition, Kind kind, const XmlTag& tag)
+{
+    for (const WrittenRow& row : myTags.attributes(kind))
+    {
+        const Text& text = definition.*row.row->oneText;
+        if (!text.isThere()) continue;
         myOut += ' ';
-        myOut += wordOf(row, word);
+        myOut += tag.word() == "automaticResignAction" ? "resignAction" : row.tag.word();
         myOut += "=\"";
-        writeValue(definition.*row.oneText);
+        appendXmlValue(myOut, text);
         myOut += '"';
     }
-    if (hasAsides) writeAsideAttributes(myPicked);
-    myOut += ">\n";
-    ++myDepth;
-    return myOut.size();
 }
 
-void XmlWriter::close(const Definition& definition, std::string_view word, std::size_t mark)
+void XmlWriter::close(const XmlTag& tag, const Opened& opened)
 {
-    if (!definition.asides.empty())
-    {
-        myAll.clear();
-        collectAsides(definition);
-        pickAsides(Aside::theWhole, 0);
-        writeInner(myPicked);
-        pickAsides(Aside::theEnd, 0);
-        writeComments(myPicked);
-    }
-    close(word, mark);
+    writeInner(asidesOf(Aside::theWhole, 0));
+    writeComments(asidesOf(Aside::theEnd, 0));
+    myAsides.resize(myFirstAside);
+    myFirstAside = opened.asidesAround;
+    closeElement(tag, opened.mark);
 }
 
-void XmlWriter::close(std::string_view word, std::size_t mark)
+void XmlWriter::closeElement(const XmlTag& tag, std::size_t mark)
 {
     --myDepth;
     if (myOut.size() == mark)
@@ -350,265 +284,149 @@ void XmlWriter::close(std::string_view word, std::size_t mark)
         myOut += "/>\n";
         return;
     }
-    indent();
-    myOut += "</";
-    myOut += word;
-    myOut += ">\n";
+    myOut.use(tag.putEnd(putIndentation(myOut.room(roomFor(tag)))));
 }
 
 void XmlWriter::writeProperties(const Definition& definition, Kind kind)
 {
-    const std::span<const Row> rows = rowsOf(kind);
-    myModule = definition.module;
-    myAll.clear();
-    collectAsides(definition);
-    for (std::uint8_t i = 0; i < rows.size(); ++i)
+    for (const WrittenRow& row : myTags.elements(kind))
     {
-        const Row& row = rows[i];
-        if (row.form == Row::Form::parts)
+        switch (row.row->form)
         {
-            writeParts(definition, row, wordOf(row));
-            myModule = definition.module;
-            myAll.clear();
-            collectAsides(definition);
+            case Row::Form::text:
+                if (!(definition.*row.row->oneText).isThere()) break;
+                writeText(definition.*row.row->oneText, row, 0);
+                if (myFirstAside < myAsides.size()) writeRepeated(row);
+                break;
+            case Row::Form::texts:
+                if ((definition.*row.row->someTexts).isThere())
+                    writeTexts(definition.*row.row->someTexts, row);
+                break;
+            case Row::Form::content:
+                if ((definition.*row.row->oneText).empty()) break;
+                indent();
+                writeContent(definition.*row.row->oneText);
+                myOut += '\n';
+                break;
+            case Row::Form::parts:
+                writeParts(definition, row);
+                myModule = definition.module;
+                break;
         }
-        else if (row.form == Row::Form::content)
-        {
-            if ((definition.*row.oneText).empty()) continue;
-            indent();
-            writeContent(definition.*row.oneText);
-            myOut += '\n';
-        }
-        else if (!row.isXmlAttribute)
-            writeProperty(definition, row, i);
     }
 }
 
-void XmlWriter::writeProperty(const Definition& definition, const Row& row, std::uint8_t index)
+void XmlWriter::writeTexts(const List<Text>& texts, const WrittenRow& row)
 {
-    if (row.oneText)
-    {
-        const Text& text = definition.*row.oneText;
-        if (!text.isThere() || wordOf(row).empty()) return;
-        writeText(row, text, index, 0);
-        if (!myAll.empty()) writeRepeated(row, index);
-        return;
-    }
-    const List<Text>& texts = definition.*row.someTexts;
-    if (!texts.isThere() || wordOf(row).empty()) return;
-    const std::string_view around = row.around(myEdition);
+    const bool isAround = row.around.isThere();
     std::size_t mark = 0;
-    if (!around.empty())
+    if (isAround)
     {
-        pickAsides(index, Aside::theAround);
-        writeComments(myPicked);
-        indent();
-        (myOut += '<') += around;
-        writeAsideAttributes(myPicked);
+        const Asides asides = asidesOf(row.index, Aside::theAround);
+        writeComments(asides);
+        char* const end = row.around.putStart(putIndentation(myOut.room(roomFor(row.around))));
+        myOut.use(end - 1);
+        writeAsideAttributes(asides);
         myOut += ">\n";
         mark = myOut.size();
         ++myDepth;
     }
-    for (std::uint32_t i = 0; i < texts.size(); ++i) writeText(row, texts[i], index, i);
-    if (around.empty()) return;
-    pickAsides(index, Aside::theAround);
-    writeInner(myPicked);
-    close(around, mark);
+    for (std::uint32_t i = 0; i < texts.size(); ++i) writeText(texts[i], row, i);
+    if (!isAround) return;
+    writeInner(asidesOf(row.index, Aside::theAround));
+    closeElement(row.around, mark);
 }
 
-void XmlWriter::writeText(const Row& row, const Text& text, std::uint8_t index, std::uint32_t item)
+void XmlWriter::writeText(const Text& text, const WrittenRow& row, std::uint32_t item)
 {
-    const std::string_view word = wordOf(row);
-    if (!myAll.empty())
-    {
-        pickAsides(index, item);
-        writeComments(myPicked);
-    }
+    const Asides asides = asidesOf(row.index, item);
+    writeComments(asides);
     mark(text.line());
-    indent();
-    myOut += '<';
-    myOut += word;
-    const bool hasAsides = !myAll.empty() && !myPicked.empty();
-    if (hasAsides) writeAsideAttributes(myPicked);
+    const std::string_view content = trimmed(text);
+    if (!asides.empty() || content.empty()) return writeTextWith(asides, content, row);
+    char* end = row.tag.putStart(putIndentation(myOut.room(roomFor(row.tag) + content.size())));
+    const std::size_t plain = copyPlainXml(end, content);
+    end += plain;
+    if (plain < content.size())
+    {
+        myOut.use(end);
+        appendXmlContent(myOut, content.substr(plain));
+        end = myOut.room(roomFor(row.tag));
+    }
+    myOut.use(row.tag.putEnd(end));
+}
+
+/// A text that may be empty, with the XML attributes and elements beside it.
+void XmlWriter::writeTextWith(Asides asides, std::string_view text, const WrittenRow& row)
+{
+    myOut.use(row.tag.putStart(putIndentation(myOut.room(roomFor(row.tag)))) - 1);
+    writeAsideAttributes(asides);
     const std::size_t mark = myOut.size();
     myOut += '>';
-    writeContent(trimmed(text));
-    if (hasAsides)
-        for (const Aside* aside : myPicked)
-            if (aside->what == Aside::What::element && !isRepeated(*aside, row))
-                myOut += aside->text;
+    writeContent(text);
+    for (const Aside* aside : asides)
+        if (aside->what == Aside::What::element && !isRepeated(*aside, *row.row))
+            myOut += aside->text;
     if (myOut.size() == mark + 1)
     {
         myOut.cut(mark);
         myOut += "/>\n";
         return;
     }
-    myOut += "</";
-    myOut += word;
-    myOut += ">\n";
+    myOut.use(row.tag.putEnd(myOut.room(roomFor(row.tag))));
 }
 
 /// Elements of a property that the definition has already, as they were read.
-void XmlWriter::writeRepeated(const Row& row, std::uint8_t index)
+void XmlWriter::writeRepeated(const WrittenRow& row)
 {
-    pickAsides(index, 0);
-    for (const Aside* aside : myPicked)
-        if (isRepeated(*aside, row)) writeLine(*aside);
+    for (const Aside* aside : asidesOf(row.index, 0))
+        if (isRepeated(*aside, *row.row)) writeLine(*aside);
 }
 
-void XmlWriter::writeParts(const Definition& definition, const Row& row, std::string_view word)
+void XmlWriter::writeParts(const Definition& definition, const WrittenRow& row)
 {
-    switch (row.parts)
+    const XmlTag& tag = row.tag;
+    switch (row.row->parts)
     {
         case Kind::keyword:
-            return writeList(static_cast<const Identification&>(definition).keywords, word);
+            return writeList(static_cast<const Identification&>(definition).keywords, tag);
         case Kind::contact:
-            return writeList(static_cast<const Identification&>(definition).contacts, word);
+            return writeList(static_cast<const Identification&>(definition).contacts, tag);
         case Kind::reference:
-            return writeList(static_cast<const Identification&>(definition).references, word);
+            return writeList(static_cast<const Identification&>(definition).references, tag);
         case Kind::glyph:
-            return writeList(static_cast<const Identification&>(definition).glyphs, word);
+            return writeList(static_cast<const Identification&>(definition).glyphs, tag);
         case Kind::directedInteraction:
-            return writeList(static_cast<const ObjectClass&>(definition).directedInteractions,
-                             word);
+            return writeList(static_cast<const ObjectClass&>(definition).directedInteractions, tag);
         case Kind::attribute:
-            return writeList(static_cast<const ObjectClass&>(definition).attributes, word);
+            return writeList(static_cast<const ObjectClass&>(definition).attributes, tag);
         case Kind::parameter:
-            return writeList(static_cast<const InteractionClass&>(definition).parameters, word);
+            return writeList(static_cast<const InteractionClass&>(definition).parameters, tag);
         case Kind::enumerator:
-            return writeList(static_cast<const EnumeratedData&>(definition).enumerators, word);
+            return writeList(static_cast<const EnumeratedData&>(definition).enumerators, tag);
         case Kind::field:
-            return writeList(static_cast<const FixedRecord&>(definition).fields, word);
+            return writeList(static_cast<const FixedRecord&>(definition).fields, tag);
         case Kind::alternative:
-            return writeList(static_cast<const VariantRecord&>(definition).alternatives, word);
+            return writeList(static_cast<const VariantRecord&>(definition).alternatives, tag);
         default:
             break;
     }
 }
 
 template <typename T>
-void XmlWriter::writeList(const List<T>& parts, std::string_view word)
+void XmlWriter::writeList(const List<T>& parts, const XmlTag& tag)
 {
-    for (const T& part : parts) writeDefinition(part, T::theKind, word);
+    for (const T& part : parts) writeDefinition(part, T::theKind, tag);
 }
 
-/// The word of a row, that of the other edition of XML where this one has none. `name` is what the
-/// definition is named by.
-std::string_view XmlWriter::wordOf(const Row& row, std::string_view name) const
-{
-    if (name == "automaticResignAction") return "resignAction";
-    const std::string_view word = row.words.in(myEdition);
-    if (!word.empty()) return word;
-    return myEdition == Edition::ieee2025 ? row.words.in2010 : row.words.in2025;
-}
-
-// Asides
-// ---------------------------------------------------------------------------------------
-
-/// Adds the asides of a definition to those that are picked from.
-void XmlWriter::collectAsides(const Definition& definition)
-{
-    if (definition.asides.empty()) return;
-    for (const Aside& aside : definition.asides) myAll.push_back(&aside);
-    std::stable_sort(myAll.begin(), myAll.end(), isBefore);
-}
-
-void XmlWriter::pickAsides(std::uint8_t property, std::uint32_t item)
-{
-    Aside sought;
-    sought.property = property;
-    sought.item = property >= Aside::theEnd ? 0 : item;
-    const auto [first, last] = std::equal_range(myAll.begin(), myAll.end(), &sought, isBefore);
-    myPicked.assign(first, last);
-}
-
-void XmlWriter::writeComments(const Asides& asides)
-{
-    for (const Aside* aside : asides)
-    {
-        if (aside->what != Aside::What::comment) continue;
-        indent();
-        myOut += "<!--";
-        std::string comment;
-        appendXmlComment(comment, aside->text);
-        myOut += comment;
-        myOut += "-->\n";
-    }
-}
-
-/// The references to notes as one XML attribute, and all that no property has.
-void XmlWriter::writeAsideAttributes(const Asides& asides)
-{
-    bool isFirst = true;
-    for (const Aside* aside : asides)
-    {
-        if (aside->what != Aside::What::notes) continue;
-        myOut += !isFirst                         ? " "
-                 : myEdition == Edition::ieee2025 ? " noteReferences=\""
-                                                  : " notes=\"";
-        writeValue(aside->text);
-        isFirst = false;
-    }
-    if (!isFirst) myOut += '"';
-    for (const Aside* aside : asides)
-    {
-        if (aside->what != Aside::What::attribute) continue;
-        ((myOut += ' ') += aside->name) += "=\"";
-        writeValue(aside->text);
-        myOut += '"';
-    }
-}
-
-/// Elements and texts that no row knows, a line each.
-void XmlWriter::writeInner(const Asides& asides)
-{
-    for (const Aside* aside : asides)
-        if (aside->what == Aside::What::element || aside->what == Aside::What::text)
-            writeLine(*aside);
-}
-
-void XmlWriter::writeLine(const Aside& aside)
-{
-    indent();
-    if (aside.what == Aside::What::text)
-        writeContent(aside.text);
-    else
-        writeElement(aside.text);
-    myOut += '\n';
-}
-
-/// An element as it was read, without the prefixes that the root declares all the same.
-void XmlWriter::writeElement(std::string_view xml)
-{
-    const std::size_t end = std::min(xml.find_first_of(" \t\r\n/>"), xml.size());
-    myOut += xml.substr(0, end);
-    xml.remove_prefix(end);
-    for (std::size_t i = 0; i < myDeclarations.size(); ++i)
-    {
-        if (xml.substr(0, myDeclarations[i].size()) != myDeclarations[i]) continue;
-        xml.remove_prefix(myDeclarations[i].size());
-        i = static_cast<std::size_t>(-1);
-    }
-    myOut += xml;
-}
+// Texts
+// ----------------------------------------------------------------------------------------
 
 void XmlWriter::writeContent(std::string_view text)
 {
-    if (isPlainXml(text))
-    {
-        myOut += text;
-        return;
-    }
-    std::string content;
-    appendXmlContent(content, text);
-    myOut += content;
-}
-
-void XmlWriter::writeValue(std::string_view text)
-{
-    std::string value;
-    appendXmlValue(value, text);
-    myOut += value;
+    const std::size_t plain = copyPlainXml(myOut.room(text.size()), text);
+    myOut.use(myOut.room(0) + plain);
+    appendXmlContent(myOut, text.substr(plain));
 }
 
 void XmlWriter::mark(std::uint32_t line)
@@ -640,12 +458,17 @@ std::vector<LineOrigin> XmlWriter::origins(std::string_view text) const
 
 void XmlWriter::indent()
 {
-    // Classes nest as deep as a document says; past this no line moves further to the right.
-    constexpr std::size_t theDeepest = 40;
-    static constexpr std::string_view theBlanks =
-        "                                                                                ";
-    static_assert(theBlanks.size() == 2 * theDeepest);
-    myOut += theBlanks.substr(0, 2 * std::min<std::size_t>(myDepth, theDeepest));
+    myOut.use(putIndentation(myOut.room(2 * theDeepest)));
+}
+
+char* XmlWriter::putIndentation(char* to) const
+{
+    // Nearly all lines are at most this deep, which is one step for the processor.
+    constexpr std::size_t theUsual = 8;
+    const std::size_t depth = std::min<std::size_t>(myDepth, theDeepest);
+    std::memset(to, ' ', 2 * theUsual);
+    if (depth > theUsual) std::memset(to + 2 * theUsual, ' ', 2 * (depth - theUsual));
+    return to + 2 * depth;
 }
 
 }  // namespace omt
