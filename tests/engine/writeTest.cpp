@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace
 {
@@ -232,6 +234,30 @@ TEST(WriteTest, AnyTextOfABuilderIsWellFormed)
     omt::Findings findings;
     omt::readModule({"", text}, findings);
     EXPECT_EQ(textOf(findings), "");
+}
+
+TEST(WriteTest, TextsOfAnyLengthReadBackAsTheyAre)
+{
+    omt::ModelBuilder builder;
+    builder.addModule("made", omt::Edition::ieee2010);
+    std::vector<std::string> texts;
+    for (const std::string end : {"x", "&", "\xC3\xA9", "\xE2\x82\xAC<"})
+        for (std::size_t size = 1; size < 9000; size += size < 20 ? 1 : 173 + size % 7)
+            texts.push_back(std::string(size, 'a') + end + std::string(size % 50, 'b'));
+    for (const std::string& text : texts)
+    {
+        omt::Note note;
+        note.name = builder.text(std::string(1 + text.size() % 70, 'n') +
+                                 std::to_string(&text - texts.data()));
+        note.semantics = builder.text(text);
+        builder.tables().notes.push_back(note);
+    }
+    omt::Findings findings;
+    const omt::Model model = omt::readModule(
+        {"", omt::writeXml(builder.build(), omt::Edition::ieee2010).text}, findings);
+    ASSERT_EQ(model.tables().notes.size(), texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(model.tables().notes[i].semantics, texts[i]);
 }
 
 TEST(WriteTest, DeepHierarchiesTakeNoStackAndNoSquare)

@@ -4,6 +4,7 @@
 #include "omt/model/compare.h"
 #include "omt/model/fitting.h"
 
+#include <algorithm>
 #include <map>
 #include <type_traits>
 #include <unordered_map>
@@ -78,9 +79,14 @@ void Fitting::joinRoots(std::vector<T>& table, std::string_view rootName)
 template <typename T, typename Part>
 void Fitting::dropTwins(T& node, List<Part> T::*list)
 {
+    const List<Part>& all = node.*list;
+    // Nearly no list has twins.
+    mySeen.start(all.size());
+    if (std::all_of(all.begin(), all.end(),
+                    [this](const Part& part) { return mySeen.add(part.name); }))
+        return;
     std::unordered_set<std::string_view> names;
     std::vector<Part> parts;
-    const List<Part>& all = node.*list;
     for (const Part& part : std::as_const(all))
     {
         if (names.insert(part.name).second)
@@ -99,6 +105,10 @@ void Fitting::dropTwins(T& node, List<Part> T::*list)
 template <typename T>
 void Fitting::joinSiblings(std::vector<T>& table)
 {
+    mySeen.start(table.size());
+    if (std::all_of(table.begin(), table.end(),
+                    [this](const T& node) { return mySeen.add(node.name, node.parent); }))
+        return;
     struct Hash
     {
         std::size_t operator()(const std::pair<std::uint32_t, std::string_view>& key) const
@@ -138,7 +148,7 @@ void Fitting::joinSiblings(std::vector<T>& table)
         kept[index].*membersOf<T> = myBuilder.list(all);
         dropTwins(kept[index], membersOf<T>);
     }
-    if (kept.size() != table.size()) table = std::move(kept);
+    table = std::move(kept);
 }
 
 /// 1516-2010 has dimensions at attributes, 1516-2025 at their class.
@@ -146,6 +156,12 @@ void Fitting::moveDimensions(ObjectClass& node)
 {
     const auto says = [](const List<Text>& dimensions)
     { return !dimensions.empty() && saysSomething(dimensions[0].view()); };
+    const List<Attribute>& own = node.attributes;
+    const bool isStaying =
+        isNew() ? std::none_of(own.begin(), own.end(),
+                               [](const Attribute& each) { return each.dimensions.isThere(); })
+                : !node.dimensions.isThere();
+    if (isStaying) return;
     std::vector<Attribute> attributes(node.attributes.begin(), node.attributes.end());
     std::vector<Text> all(node.dimensions.begin(), node.dimensions.end());
     std::unordered_set<std::string_view> known(all.begin(), all.end());

@@ -64,7 +64,7 @@ void Fitting::fitDefinitions(std::vector<T>& table)
 {
     for (T& definition : table)
     {
-        fitDefinition(definition, T::theKind);
+        if (!isFitting(definition, T::theKind)) fitDefinition(definition, T::theKind);
         fitParts(definition);
     }
 }
@@ -83,6 +83,7 @@ void Fitting::fitParts(T& definition)
                 const List<Part>& parts = definition.*list;
                 for (std::size_t i = 0; i < parts.size(); ++i)
                 {
+                    if (isFitting(std::as_const(parts)[i], Part::theKind)) continue;
                     Part part = parts[i];
                     if (!fitDefinition(part, Part::theKind)) continue;
                     if (changed.empty()) changed.assign(parts.begin(), parts.end());
@@ -91,6 +92,31 @@ void Fitting::fitParts(T& definition)
                 if (!changed.empty()) definition.*list = myBuilder.list(changed);
             }
         });
+}
+
+/// Whether fitDefinition() would find nothing to do, which for nearly all definitions this tells
+/// without a copy of them.
+bool Fitting::isFitting(const Definition& definition, Kind kind) const
+{
+    if (!definition.asides.empty() || (kind == Kind::alternative && !myNames.empty())) return false;
+    for (const Row& row : rowsOf(kind))
+    {
+        const bool hasWord = !row.words.in(myEdition).empty() || row.form == Row::Form::content;
+        const auto isFit = [&](const Text& text)
+        { return hasWord && isAccepted(text, row.value, myEdition); };
+        if (row.oneText)
+        {
+            const Text& text = definition.*row.oneText;
+            const bool isNeeded = (row.isRequired && isNew()) || row.value == ValueForm::identifier;
+            if (text.isThere() ? !isFit(text) : isNeeded) return false;
+        }
+        else if (row.someTexts)
+        {
+            const List<Text>& texts = definition.*row.someTexts;
+            if (!std::all_of(texts.begin(), texts.end(), isFit)) return false;
+        }
+    }
+    return true;
 }
 
 /// Whether anything of the definition itself has changed.

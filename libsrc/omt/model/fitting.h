@@ -5,6 +5,7 @@
 #include "omt/model/freeNames.h"
 #include "omt/model/modelBuilder.h"
 #include "omt/model/rows.h"
+#include "omt/model/seenNames.h"
 
 #include <string>
 #include <string_view>
@@ -63,6 +64,7 @@ private:
     void fitDefinitions(std::vector<T>& table);
     template <typename T>
     void fitParts(T& definition);
+    bool isFitting(const Definition& definition, Kind kind) const;
     bool fitDefinition(Definition& definition, Kind kind);
     bool fitTexts(Definition& definition, Kind kind, const Row& row);
     bool fitText(Definition& definition, Kind kind, const Row& row, Text& text);
@@ -97,6 +99,8 @@ private:
     ModelBuilder myBuilder;
     bool hasOneModule = false;
     std::size_t myMovedDimensions = 0;
+    /// Names of the definitions that stand side by side.
+    SeenNames mySeen;
 
     std::unordered_map<std::string, std::string> myNames;
     FreeNames myTaken;

@@ -14,9 +14,11 @@ Writing writeXml(const Model& model, Edition edition, const WriteOptions& option
     if (edition != Edition::ieee2010 && edition != Edition::ieee2025)
         throw std::invalid_argument("writeXml writes 1516-2010 and 1516-2025");
     Writing writing;
+    // Tags take about as much as what the model has beside its texts.
+    const std::size_t expected = model.octetsHeld() + model.octetsHeld() / 4;
     const auto write = [&](const Tables& tables)
     {
-        XmlWriter writer(writing.text, model.octetsHeld(), tables, edition, options.hasOrigins);
+        XmlWriter writer(writing.text, expected, tables, edition, options.hasOrigins);
         writer.write();
         if (options.hasOrigins) writing.origins = writer.origins(writing.text);
     };

@@ -27,6 +27,9 @@ std::string_view trimmed(std::string_view text)
 /// Classes nest as deep as a document says; past this no line moves further to the right.
 constexpr std::size_t theDeepest = 40;
 
+/// Longer texts are written block by block.
+constexpr std::size_t theLong = 1024;
+
 /// How many octets the indentation and both tags of an element take while they are written.
 std::size_t roomFor(const XmlTag& tag)
 {
@@ -343,7 +346,8 @@ void XmlWriter::writeText(const Text& text, const WrittenRow& row, std::uint32_t
     writeComments(asides);
     mark(text.line());
     const std::string_view content = trimmed(text);
-    if (!asides.empty() || content.empty()) return writeTextWith(asides, content, row);
+    if (!asides.empty() || content.empty() || content.size() > theLong)
+        return writeTextWith(asides, content, row);
     char* end = row.tag.putStart(putIndentation(myOut.room(roomFor(row.tag) + content.size())));
     const std::size_t plain = copyPlainXml(end, content);
     end += plain;
@@ -424,9 +428,14 @@ void XmlWriter::writeList(const List<T>& parts, const XmlTag& tag)
 
 void XmlWriter::writeContent(std::string_view text)
 {
-    const std::size_t plain = copyPlainXml(myOut.room(text.size()), text);
-    myOut.use(myOut.room(0) + plain);
-    appendXmlContent(myOut, text.substr(plain));
+    while (!text.empty())
+    {
+        const std::string_view block = text.substr(0, theLong);
+        const std::size_t plain = copyPlainXml(myOut.room(block.size()), block);
+        myOut.use(myOut.room(0) + plain);
+        text.remove_prefix(plain);
+        if (plain < block.size()) return appendXmlContent(myOut, text);
+    }
 }
 
 void XmlWriter::mark(std::uint32_t line)
