@@ -58,10 +58,11 @@ private:
 
     // Variant records and HLA 1.3: compileRecords.cpp.
     const Enumeration* enumerationOf(Id id) const;
-    void addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts);
-    void addChoice(const VariantRecord& data, const Alternative& alternative,
+    bool addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts);
+    bool addChoice(const VariantRecord& data, const Alternative& alternative,
                    const EnumeratorRange& range, std::uint32_t index, Choices& choices);
-    void closeChoices(Choices& choices, const Enumeration* names) const;
+    bool takeChoices(std::size_t count);
+    bool closeChoices(Choices& choices, const Enumeration* names);
     void addCount(const FixedRecord& data, std::size_t field, std::vector<Part>& parts);
     bool addSteps(std::string_view text, std::vector<Part>& parts, std::size_t field);
     Id addRepeated(Id element, const ComponentCardinality& how, bool isPadding);
@@ -147,7 +148,9 @@ private:
     std::vector<Id> myOrder;
     /// What arrays of a node look like.
     std::vector<Look> myLooks;
-    std::size_t myRangeSteps = 0;
+    /// How many numbers alternatives may still have that are not written out: those inside of
+    /// ranges, and enumerators without an alternative.
+    std::size_t myChoicesLeft = 4'000'000;
     /// Records that begin after a length, by record and the octets before it.
     std::map<std::pair<Id, std::uint32_t>, Id> myPhased;
     Hints myBuiltIn;

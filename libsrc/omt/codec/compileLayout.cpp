@@ -360,7 +360,8 @@ void Compiler::finishArrays()
                              (node.extent == Extent::terminated && (isEmpty || !element.isFixed)) ||
                              (node.extent == Extent::padding && !isOctet);
         if (!isWrong) continue;
-        if (mySources[id] && myAliases[id] == theNone)
+        // What is wrong with elements that cannot be decoded has been said.
+        if (mySources[id] && myAliases[id] == theNone && element.form != Form::octets)
             find(Severity::error, "array-element", mySources[id].definition(), nullptr,
                  "the array \"" + cutText(mySources[id].definition().name) +
                      "\" cannot be decoded: elements of \"" +

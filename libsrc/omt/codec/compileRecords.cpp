@@ -67,7 +67,11 @@ void Compiler::build(Id id, const VariantRecord& data)
         return find(Severity::error, "discriminant", data, &data.dataType,
                     "the variant record \"" + cutText(data.name) +
                         "\" cannot be decoded: its discriminant is no integer");
-    addChoices(id, data, parts);
+    if (!addChoices(id, data, parts))
+        return find(Severity::error, "too-large", data, &data.dataType,
+                    "the variant record \"" + cutText(data.name) +
+                        "\" cannot be decoded: with the ranges and enumerators of all variant "
+                        "records of the model there are too many choices");
     if (myOptions.isPaddedFromStart && how == Encoding::extendedVariant)
         for (std::size_t i = 1; i < parts.size(); ++i)
             parts[i].node = addPhased(parts[i].node, parts[0].node);
@@ -102,7 +106,8 @@ Compiler::Id Compiler::addPhased(Id alternative, Id discriminant)
     return id;
 }
 
-void Compiler::addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts)
+// Whether there are not too many.
+bool Compiler::addChoices(Id id, const VariantRecord& data, std::vector<Part>& parts)
 {
     Choices choices;
     std::vector<std::string_view> names = {data.discriminant};
@@ -117,34 +122,35 @@ void Compiler::addChoices(Id id, const VariantRecord& data, std::vector<Part>& p
             names.push_back(alternative.name);
         }
         for (const EnumeratorRange& range : enumeratorRanges(alternative.enumerator))
-            addChoice(data, alternative, range, index, choices);
+            if (!addChoice(data, alternative, range, index, choices)) return false;
     }
-    closeChoices(choices, enumerationOf(parts[0].node));
+    if (!closeChoices(choices, enumerationOf(parts[0].node))) return false;
     nameParts(data, parts, names);
     myPlan.nodes[id].table = static_cast<std::uint32_t>(myPlan.choices.size());
     myPlan.choices.push_back(std::move(choices));
+    return true;
 }
 
 // Adds the numbers of one name or range of names.
-void Compiler::addChoice(const VariantRecord& data, const Alternative& alternative,
+bool Compiler::addChoice(const VariantRecord& data, const Alternative& alternative,
                          const EnumeratorRange& range, std::uint32_t index, Choices& choices)
 {
     if (range.first == "HLAother")
     {
         if (choices.other == theNone) choices.other = index;
-        return;
+        return true;
     }
     const Enumeration* const names = enumerationOf(myPlan.names[data.dataType.str()]);
     std::uint32_t first = names ? myPlan.findEntry(*names, range.first) : theNone;
     std::uint32_t last = names ? myPlan.findEntry(*names, range.last) : theNone;
-    constexpr std::size_t theMostRangeSteps = 10000000;
-    if (first != theNone && last != theNone && first <= last && myRangeSteps < theMostRangeSteps)
+    if (first != theNone && last != theNone && first <= last)
     {
         // The last name may have several numbers, which follow each other.
         while (last + 1 < names->entries.size() && !names->entries[last + 1].isFirst) ++last;
-        for (; first <= last; ++first, ++myRangeSteps)
+        if (!takeChoices(last - first)) return false;
+        for (; first <= last; ++first)
             choices.numbers.push_back({names->entries[first].number, index});
-        return;
+        return true;
     }
     const std::optional<std::int64_t> number = wholeNumber(range.first);
     if (number && range.first == range.last)
@@ -154,15 +160,26 @@ void Compiler::addChoice(const VariantRecord& data, const Alternative& alternati
              "the alternative \"" + cutText(alternative.name) + "\" of \"" + cutText(data.name) +
                  "\" names enumerators that \"" + cutText(data.dataType) + "\" does not have: \"" +
                  cutText(alternative.enumerator) + "\"");
+    return true;
+}
+
+// Whether there is room for choices that no name of their own stands for.
+bool Compiler::takeChoices(std::size_t count)
+{
+    const bool isRoom = count <= myChoicesLeft;
+    if (isRoom) myChoicesLeft -= count;
+    return isRoom;
 }
 
 // Sorts the numbers; the first alternative of a number counts. A named number without alternative
 // means that nothing follows.
-void Compiler::closeChoices(Choices& choices, const Enumeration* names) const
+bool Compiler::closeChoices(Choices& choices, const Enumeration* names)
 {
     const auto byNumber = [](const Choices::Range& one, const Choices::Range& two)
     { return one.number < two.number; };
-    if (names && choices.other == theNone)
+    const std::size_t named = names && choices.other == theNone ? names->entries.size() : 0;
+    if (!takeChoices(named - std::min(named, choices.numbers.size()))) return false;
+    if (named != 0)
         for (const Enumeration::Entry& entry : names->entries)
             choices.numbers.push_back({entry.number, theNothing});
     std::stable_sort(choices.numbers.begin(), choices.numbers.end(), byNumber);
@@ -170,6 +187,7 @@ void Compiler::closeChoices(Choices& choices, const Enumeration* names) const
     { return one.number == two.number; };
     choices.numbers.erase(std::unique(choices.numbers.begin(), choices.numbers.end(), isSame),
                           choices.numbers.end());
+    return true;
 }
 
 // Counts stated by a note --------------------------------------------------------------------
