@@ -3,6 +3,7 @@
 
 #include "omt/base/nearestNames.h"
 #include "omt/check/checkRun.h"
+#include "omt/model/moduleNames.h"
 #include "omt/model/references.h"
 
 #include <algorithm>
@@ -137,17 +138,15 @@ namespace
 {
 
 /// The models that one depends on, as indices.
-std::vector<std::size_t> dependencies(const std::vector<Model>& modules, std::size_t user)
+std::vector<std::size_t> dependencies(const Model& user, ModuleNames& names)
 {
     std::vector<std::size_t> found;
-    for (const Module& module : modules[user].modules())
+    for (const Module& module : user.modules())
         for (const Reference& reference : module.identification.references)
         {
             if (!isDependency(reference)) continue;
-            for (std::size_t i = 0; i < modules.size(); ++i)
-                if (i != user && !modules[i].modules().empty() &&
-                    isNamedBy(reference.identification, modules[i].modules().front()))
-                    found.push_back(i);
+            const std::vector<std::size_t>& named = names.find(reference.identification);
+            found.insert(found.end(), named.begin(), named.end());
         }
     return found;
 }
@@ -164,11 +163,14 @@ std::vector<std::size_t> dependencyOrder(const std::vector<Model>& modules)
     std::vector<std::size_t> order;
     std::vector<bool> isSeen(modules.size());
     std::vector<Frame> open;
+    ModuleNames names;
+    for (std::size_t i = 0; i < modules.size(); ++i)
+        if (!modules[i].modules().empty()) names.add(modules[i].modules().front(), i);
     const auto enter = [&](std::size_t user)
     {
         if (isSeen[user]) return;
         isSeen[user] = true;
-        std::vector<std::size_t> left = dependencies(modules, user);
+        std::vector<std::size_t> left = dependencies(modules[user], names);
         std::reverse(left.begin(), left.end());
         open.push_back({user, std::move(left)});
     };

@@ -2,6 +2,7 @@
 #include "omt/model/references.h"
 
 #include "omt/model/compare.h"
+#include "omt/model/moduleNames.h"
 #include "omt/model/parts.h"
 #include "omt/model/read.h"
 
@@ -106,30 +107,6 @@ std::string quoted(std::string_view name)
     return '`' + cutText(name) + '`';
 }
 
-/// A name of a module as it is compared: letters and digits in lower case.
-std::string plainName(std::string_view text)
-{
-    constexpr std::size_t theMost = 300;
-    std::string plain;
-    for (const char c : text.substr(0, theMost))
-    {
-        if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) plain += c;
-        if (c >= 'A' && c <= 'Z') plain += static_cast<char>(c - 'A' + 'a');
-    }
-    return plain;
-}
-
-/// The last part of a path, without ".xml" and the like.
-std::string_view stem(std::string_view file)
-{
-    const std::size_t slash = file.find_last_of("/\\");
-    if (slash != std::string_view::npos) file.remove_prefix(slash + 1);
-    for (const std::string_view ending : {".xml", ".fdd", ".omd", ".omt"})
-        if (file.size() > ending.size() && file.substr(file.size() - ending.size()) == ending)
-            return file.substr(0, file.size() - ending.size());
-    return file;
-}
-
 /// Finds classes by their full name, with or without the root. Made in linear time.
 class ClassNames
 {
@@ -212,6 +189,12 @@ public:
 
     void check()
     {
+        for (std::size_t i = 0; i < myModel.modules().size(); ++i)
+        {
+            const Module& module = myModel.modules()[i];
+            myModuleNames.add(module, i);
+            myHasMim = myHasMim || module.isBuiltIn;
+        }
         for (const Module& module : myModel.modules())
         {
             checkDependencies(module);
@@ -238,6 +221,18 @@ private:
         std::uint32_t module;
         Place place;
         std::size_t uses;
+    };
+    struct Mim
+    {
+        explicit Mim(Model read)
+            : model(std::move(read)),
+              objectClasses(model.objectClasses()),
+              interactionClasses(model.interactionClasses())
+        {
+        }
+        Model model;
+        ClassNames objectClasses;
+        ClassNames interactionClasses;
     };
     struct Dependency
     {
@@ -343,11 +338,11 @@ private:
         }
     }
 
-    bool isGiven(std::string_view dependency, const Module& user) const
+    bool isGiven(std::string_view dependency, const Module& user)
     {
-        return std::any_of(myModel.modules().begin(), myModel.modules().end(),
-                           [&](const Module& module)
-                           { return &module != &user && isNamedBy(dependency, module); });
+        const std::vector<std::size_t>& found = myModuleNames.find(dependency);
+        return std::any_of(found.begin(), found.end(),
+                           [&](std::size_t i) { return &myModel.modules()[i] != &user; });
     }
 
     void report(const Missing& missing)
@@ -365,49 +360,47 @@ private:
 
     bool isInMim(const Missing& missing)
     {
-        if (!missing.name.starts_with("HLA") || hasMim()) return false;
-        if (!myMim) myMim = myReadMim();
+        if (!missing.name.starts_with("HLA") || myHasMim) return false;
+        if (!myMim) myMim.emplace(myReadMim());
+        const Model& mim = myMim->model;
         switch (missing.target)
         {
             case Target::datatype:
-                return static_cast<bool>(myMim->findDatatype(missing.name));
+                return static_cast<bool>(mim.findDatatype(missing.name));
             case Target::dimension:
-                return myMim->findDimension(missing.name) != nullptr;
+                return mim.findDimension(missing.name) != nullptr;
             case Target::transportation:
-                return myMim->findTransportation(missing.name) != nullptr;
+                return mim.findTransportation(missing.name) != nullptr;
             case Target::objectClass:
-                return ClassNames(myMim->objectClasses()).has(missing.name);
+                return myMim->objectClasses.has(missing.name);
             case Target::interactionClass:
-                return ClassNames(myMim->interactionClasses()).has(missing.name);
+                return myMim->interactionClasses.has(missing.name);
             case Target::note:
                 break;
         }
         return false;
     }
 
-    bool hasMim() const
-    {
-        return std::any_of(myModel.modules().begin(), myModel.modules().end(),
-                           [](const Module& module) { return module.isBuiltIn; });
-    }
-
     /// The missing dependencies of the module that uses the name; where it has none, those of all.
     std::string dependencyHint(const Missing& missing) const
     {
         if (missing.target == Target::note) return {};
-        std::string text;
-        for (const bool isOwn : {true, false})
+        // In the order of their modules.
+        const auto isBefore = [](const Dependency& dependency, std::uint32_t module)
+        { return dependency.module < module; };
+        auto first = std::lower_bound(myDependencies.begin(), myDependencies.end(), missing.module,
+                                      isBefore);
+        auto last = std::lower_bound(first, myDependencies.end(), missing.module + 1, isBefore);
+        if (first == last)
         {
-            std::size_t count = 0;
-            for (const Dependency& dependency : myDependencies)
-            {
-                if ((dependency.module == missing.module) != isOwn) continue;
-                if (++count > theMostHints) break;
-                text += "; " + cutText(dependency.name) + " is named as a dependency of " +
-                        myModel.modules()[dependency.module].file.str();
-            }
-            if (count != 0) break;
+            first = myDependencies.begin();
+            last =
+                first + static_cast<std::ptrdiff_t>(std::min(myDependencies.size(), theMostHints));
         }
+        std::string text;
+        for (; first != last; ++first)
+            text += "; " + cutText(first->name) + " is named as a dependency of " +
+                    myModel.modules()[first->module].file.str();
         return text;
     }
 
@@ -417,7 +410,9 @@ private:
     std::unordered_set<std::string_view> myRoutingSpaces;
     std::optional<ClassNames> myObjectClasses;
     std::optional<ClassNames> myInteractionClasses;
-    std::optional<Model> myMim;
+    std::optional<Mim> myMim;
+    bool myHasMim = false;
+    ModuleNames myModuleNames;
     std::vector<Missing> myMissing;
     std::unordered_map<std::string_view, std::size_t> myPlaces[std::size(theTargets)];
     std::vector<Dependency> myDependencies;
@@ -440,23 +435,6 @@ void checkReferences(const Model& model, Findings& findings)
             return readModule({"standard MIM", standardMim(model.edition())}, none);
         },
         findings);
-}
-
-bool isNamedBy(std::string_view dependency, const Module& module)
-{
-    const std::string wanted = plainName(stem(dependency));
-    const std::string file = plainName(stem(module.file));
-    const std::string title = plainName(module.identification.name);
-    const bool isMim = module.isBuiltIn || file.find("mim") != std::string::npos;
-    return (isMim && wanted.ends_with("mim")) || file.find(wanted) != std::string::npos ||
-           title.find(wanted) != std::string::npos ||
-           (title.size() > 3 && wanted.find(title) != std::string::npos);
-}
-
-bool isDependency(const Reference& reference)
-{
-    return plainName(reference.type) == "dependency" &&
-           saysSomething(reference.identification.view());
 }
 
 }  // namespace omt
