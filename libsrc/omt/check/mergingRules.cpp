@@ -16,6 +16,8 @@ constexpr RuleRow theRules[] = {
     rule("addition", Severity::error, theGroup,
          "something added to a definition that may not be added to"),
     rule("duplicate", Severity::warning, theGroup, "a definition that a document has twice"),
+    rule("wording", Severity::warning, theGroup,
+         "a basic data representation in other words, of the same octets"),
     rule("switch", Severity::warning, theGroup, "a switch that two modules set unlike"),
     rule(
         "note-label", Severity::warning, theGroup,

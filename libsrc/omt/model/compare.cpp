@@ -155,6 +155,24 @@ bool isSame(const Definition& left, const Definition& right, Kind kind, const Ro
     return isSameText(leftText, rightText);
 }
 
+bool isSameNumber(const BasicData& left, const BasicData& right)
+{
+    const auto says = [](const BasicData& data, std::string_view word)
+    {
+        const auto isOne = [](char a, char b) { return (a | 0x20) == (b | 0x20); };
+        for (const std::string_view text : {data.interpretation.view(), data.encoding.view()})
+            if (std::search(text.begin(), text.end(), word.begin(), word.end(), isOne) !=
+                text.end())
+                return true;
+        return false;
+    };
+    constexpr std::string_view theWords[] = {"float", "unsigned", "octet", "[0,"};
+    return isSameText(left.size, right.size) && isSameText(left.endian, right.endian) &&
+           std::all_of(std::begin(theWords), std::end(theWords),
+                       [&](std::string_view word)
+                       { return says(left, word) == says(right, word); });
+}
+
 bool isCompared(Kind kind, const Row& row, Edition left, Edition right)
 {
     if (row.bearing != Bearing::behaviour || isPart(kind, row)) return false;

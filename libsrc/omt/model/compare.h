@@ -38,4 +38,9 @@ bool isSame(const Definition& left, const Definition& right, Kind kind, const Ro
 /// it.
 bool isCompared(Kind kind, const Row& row, Edition left, Edition right);
 
+/// Whether two basic data representations of one name are one number in octets, whatever else their
+/// prose says: size and endian are the same, and both are said to be a floating point number, to
+/// have no sign, or neither.
+bool isSameNumber(const BasicData& left, const BasicData& right);
+
 }  // namespace omt

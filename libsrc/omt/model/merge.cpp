@@ -717,10 +717,18 @@ void Merger::compareRows(const Definition& first, const Definition& later, Kind 
         if ((mayLeaveOut && !saysSomething(theirs)) || isSame(first, later, kind, row)) continue;
         const Place other = place(first.module, lineOf(first, row));
         const bool isSwitch = kind == Kind::switchSetting;
-        report(isSwitch ? Severity::warning : Severity::error, isSwitch ? "switch" : "conflict",
+        const bool isWording =
+            kind == Kind::basicData && isSameNumber(static_cast<const BasicData&>(first),
+                                                    static_cast<const BasicData&>(later));
+        report(isSwitch || isWording ? Severity::warning : Severity::error,
+               isSwitch    ? "switch"
+               : isWording ? "wording"
+                           : "conflict",
                std::string(row.key) + " of " + what + " is " + shown(theirs) + ", but " +
                    shown(valueOf(first, row)) + " in " + inWords(other) +
-                   (isSwitch ? ", which counts" : ""),
+                   (isSwitch    ? ", which counts"
+                    : isWording ? "; octets are the same"
+                                : ""),
                place(laterModule, lineOf(later, row)), other);
     }
 }
@@ -801,19 +809,29 @@ void Merger::reportTakenClaim(const std::string& what, const std::string& claim,
 /// edition of the others.
 void Merger::reportMixedEditions()
 {
-    std::map<Edition, std::string, std::greater<>> files;
+    constexpr std::size_t theMost = 10;
+    struct Files
+    {
+        std::string list;
+        std::size_t count = 0;
+    };
+    std::map<Edition, Files, std::greater<>> editions;
     for (const Module& module : tables().modules)
     {
         if (module.isBuiltIn) continue;
-        std::string& list = files[module.edition];
-        list += (list.empty() ? "" : ", ") + module.file.str();
+        Files& files = editions[module.edition];
+        if (++files.count <= theMost)
+            files.list += (files.count == 1 ? "" : ", ") + module.file.str();
     }
-    if (files.size() < 2) return;
+    if (editions.size() < 2) return;
     std::string text = "modules of several editions:";
     const char* between = " ";
-    for (const auto& [edition, list] : files)
+    for (const auto& [edition, files] : editions)
     {
-        text += between + std::string(nameOf(edition)) + " (" + list + ")";
+        text += between + std::string(nameOf(edition)) + " (" + files.list;
+        if (files.count > theMost)
+            text += " and " + std::to_string(files.count - theMost) + " more";
+        text += ')';
         between = ", ";
     }
     myFindings.push_back({Severity::note, "mixed-editions", std::move(text), {}, {}});
