@@ -257,6 +257,39 @@ TEST(Check, modelsAreOrderedByTheirDependencies)
                                       model("Ports_v1.0", "Base"), model("L", "Right"),
                                       model("Right", "L.xml")}),
                 ElementsAre(1, 2, 0, 4, 3));
+
+    // A folder full of dependencies on what is not there.
+    std::vector<omt::Model> many;
+    for (int i = 0; i < 2000; ++i)
+        many.push_back(model("m" + std::to_string(i), "absent" + std::to_string(i)));
+    const auto begin = std::chrono::steady_clock::now();
+    omt::check(many);
+    EXPECT_EQ(omt::dependencyOrder(many).size(), many.size());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+}
+
+TEST(Check, refusesVariantsThatTogetherHaveTooManyChoices)
+{
+    constexpr int theMany = 2500;
+    const std::string text = wholeDocument(
+        "<dataTypes><enumeratedDataTypes><enumeratedData><name>E</name><representation>HLAinteger32"
+        "BE</representation>" +
+            repeated("<enumerator><name>E#</name><value>#</value></enumerator>", theMany) +
+            "</enumeratedData></enumeratedDataTypes><variantRecordDataTypes>" +
+            repeated("<variantRecordData><name>V#</name><discriminant>D</discriminant>"
+                     "<dataType>E</dataType><encoding>HLAvariantRecord</encoding>"
+                     "</variantRecordData>",
+                     theMany) +
+            "</variantRecordDataTypes></dataTypes>",
+        "2010");
+    const omt::Findings findings = omt::check(
+        {
+            {"a.xml", text}
+    },
+        {{}, {"identification"}}, {});
+    // 4,000,000 choices are 1600 times 2500.
+    ASSERT_EQ(findings.size(), theMany - 1600);
+    EXPECT_THAT(findings.front().text, HasSubstr("there are too many choices"));
 }
 
 }  // namespace

@@ -115,8 +115,20 @@ TEST_F(CheckTest, aFolderIsOrderedAndASetSaysWhatIsOff)
     const Outcome outcome = run("check omt.json");
     EXPECT_EQ(outcome.err, myLines.substr(0, myLines.find('\n') + 1));
     EXPECT_EQ(run("check .").err, "./" + outcome.err);
+    EXPECT_EQ(run("check").err, outcome.err);
     write("omt.json", R"({"modules": ["base.xml"], "off": [{"rule": "conflict"}]})");
     EXPECT_THAT(run("check omt.json").err, HasSubstr("needs a `rule` and a `reason`"));
+}
+
+TEST_F(CheckTest, aThousandFindingsOfARuleAreShown)
+{
+    std::string text =
+        R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010"><modelIdentification/>)";
+    for (int i = 0; i < 1005; ++i) text += "<odd/>";
+    write("odd.xml", text + "</objectModel>");
+    const std::string err = run("check odd.xml --disable identification").err;
+    EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1001);
+    EXPECT_THAT(err, testing::EndsWith("\nand 5 more [unknown-element]\n"));
 }
 
 TEST_F(CheckTest, publishedFilesAreSilent)
@@ -159,6 +171,10 @@ TEST_F(CheckTest, schemasAreKnownByWhatTheyHold)
 <xs:field xpath="m:name"/></xs:key><xs:keyref name="R" refer="m:datatypes"><xs:selector
  xpath=".//m:attribute/m:dataType"/><xs:field xpath="."/></xs:keyref>)"));
     const std::string err = run(command).err;
+    // Nothing outside of a schema is opened.
+    write("a.xsd",
+          with("").insert(with("").find("<xs:element"), R"(<xs:include schemaLocation="c.xsd"/>)"));
+    EXPECT_THAT(run(command).err, HasSubstr("holds no DIF schema of 1516-2010 that can be read"));
     EXPECT_THAT(err, HasSubstr("base.xml:1: error: Element 'modelIdentification': "));
     EXPECT_THAT(err, HasSubstr("another.xml:6: error: Element 'dataType': No match found for "
                                "key-sequence ['EpochTime'] of keyref 'R' [omt-schema]"));

@@ -58,6 +58,17 @@ TEST_F(ConvertTest, WritesEitherEditionAndSaysWhatIsLost)
     }
 }
 
+TEST_F(ConvertTest, KnowsTheNamesOfTheMim)
+{
+    write("mim.xml", R"(<objectModel xmlns="http://standards.ieee.org/IEEE1516-2025"><dataTypes>
+<simpleDataTypes><simpleData><name>A</name><representation>HLAcount</representation></simpleData>
+<simpleData><name>B</name><representation>Mine</representation></simpleData></simpleDataTypes>
+</dataTypes></objectModel>)");
+    const std::string err = run("convert mim.xml").err;
+    EXPECT_THAT(err, testing::HasSubstr("mim.xml:3: error: `Mine` is defined in no module given"));
+    EXPECT_THAT(err, testing::Not(testing::HasSubstr("HLAcount")));
+}
+
 TEST_F(ConvertTest, EachModuleGoesToAFolder)
 {
     fs::create_directory(path("folder"));
@@ -71,6 +82,7 @@ TEST_F(ConvertTest, EachModuleGoesToAFolder)
     })
         EXPECT_EQ(run(std::string("convert ") + arguments).err, message);
     EXPECT_EQ(run("convert none.xml new.xml --each -o folder").status, 1);
+    EXPECT_THAT(run("convert - --each -o folder").err, testing::HasSubstr("has no name"));
     EXPECT_EQ(run("convert none.xml new.xml").out, "");
 }
 

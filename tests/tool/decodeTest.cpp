@@ -173,12 +173,13 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--type SignalKind --file /dev/zero", "/dev/zero: a device"},
         {"--type SignalKnd 00", "no datatype \"SignalKnd\"; did you mean SignalKind"},
         {"--member Vesel.Name 00", "\"Vesel.Name\": no class \"Vesel\"; did you mean Vessel"},
+        {"--member Name 00", "\"Name\" is not of the form CLASS.NAME; did you mean "},
         {"--attribute Vessel.Nane 00", "\"Vessel.Nane\": no attribute \"Nane\"; did you mean Name"},
         {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"; "},
     }, 1);
     EXPECT_THAT(run("decode old.omd ./input --type octet").err, HasSubstr("omt: octets in a file are named with"));
     expectMessage("decode", {
-        {"00", "one of --member, --attribute, --parameter, --type or --updates"}, {"--attribute Name 00", "--attribute: \"Name\" is not of the form "},
+        {"00", "one of --member, --attribute, --parameter, --type or --updates"}, {"--attribute .Name 00", "--attribute: \".Name\" is not of the form "},
         {"--type SignalKind --line --json 00", "--line excludes --json; see omt decode --help\n"},
         {"--type SignalKind --file ''", "--file: the name of a file is empty"},
         {"--type SignalKind --lines 00", "--lines reads from a file"},

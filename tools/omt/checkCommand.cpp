@@ -8,6 +8,7 @@
 #include "schemaCheck.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -119,9 +120,14 @@ Result check(const CheckChoice& choice)
 }
 
 /// What the library and the parser of arguments cannot tell by themselves.
-void requireSense(const CheckChoice& choice)
+void requireSense(CheckChoice& choice)
 {
-    if (!choice.listsRules && choice.arguments.empty()) throw CLI::RequiredError("MODEL");
+    std::error_code ignored;
+    if (choice.arguments.empty() && std::filesystem::is_regular_file("omt.json", ignored))
+        choice.arguments = {"omt.json"};
+    if (!choice.listsRules && choice.arguments.empty())
+        throw CLI::ValidationError(
+            "MODEL", "no file, folder or set is named, and there is no omt.json in this folder");
     if (std::count(choice.arguments.begin(), choice.arguments.end(), "-") > 1)
         throw CLI::ValidationError("MODEL", "standard input can be read only once");
     try
@@ -180,8 +186,10 @@ Command addCheckCommand(CLI::App& app)
     CLI::App* const command =
         app.add_subcommand("check", "Find what is wrong with models that are loaded together");
     auto choice = std::make_shared<CheckChoice>();
-    command->add_option("MODEL", choice->arguments,
-                        "Files of the set in order, a folder of them, or a set in JSON");
+    command->add_option(
+        "MODEL", choice->arguments,
+        "Files of the set in order, a folder of them, or a set in JSON; without any, "
+        "omt.json of this folder");
     command->add_flag("--mim", choice->withMim,
                       "Load the standard MIM of the newest edition before the files");
     addRuleOptions(*command, *choice);
@@ -194,6 +202,7 @@ Command addCheckCommand(CLI::App& app)
         "Examples:\n"
         "  omt check HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt check HarbourBase.xml --mim --enable lint\n"
-        "  omt check check/omt.json --sarif");
+        "  omt check check/omt.json --sarif\n"
+        "  omt check");
     return {command, [choice] { return check(*choice); }};
 }

@@ -60,7 +60,9 @@ void addFolder(CheckedSet& set, const std::string& folder)
     for (const fs::directory_entry& entry : fs::directory_iterator(folder))
         if (entry.is_regular_file() && isModelName(entry.path()))
             names.push_back((fs::path(folder) / entry.path().filename()).string());
-    if (names.empty()) throw InputError(folder + ": holds no files .xml, .omd or .omt");
+    if (names.empty())
+        throw InputError(folder +
+                         ": holds no files .xml, .omd or .omt (folders in it are not looked into)");
     std::sort(names.begin(), names.end());
     const std::size_t before = set.files.size();
     for (const std::string& name : names) addFile(set, name, false);

@@ -43,6 +43,8 @@ std::string converted(const ConvertChoice& choice, const omt::Model& model)
 /// Where a module goes: its name in the folder, as XML.
 std::string placeIn(const std::string& folder, const std::string& file, std::set<fs::path>& taken)
 {
+    if (file == "-")
+        throw UsageError("standard input has no name that a file of the folder could have");
     const fs::path place = fs::path(folder) / fs::path(file).filename().replace_extension(".xml");
     if (!taken.insert(place).second)
         throw InputError(place.string() + ": two of the modules would be written there");
@@ -87,6 +89,7 @@ Command addConvertCommand(CLI::App& app)
     CLI::App* const command = app.add_subcommand(
         "convert", "Write an object model of any format as IEEE 1516-2010 or 1516-2025 XML");
     auto choice = std::make_shared<ConvertChoice>();
+    choice->model.isMimKnown = true;
     addEngineArguments(*command, choice->model);
     command
         ->add_option(

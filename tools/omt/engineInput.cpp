@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 
 namespace
@@ -23,6 +24,25 @@ void refuseDevice(const std::string& name)
     const bool isDevice = fs::is_block_file(status) || fs::is_character_file(status);
     if (isDevice && name != "/dev/stdin")
         throw InputError(name + ": a device, which may have no end");
+}
+
+/// Looks for what names refer to once more, with the standard MIM at hand.
+void checkBesideMim(omt::Reading& reading)
+{
+    constexpr std::string_view theNames[] = {"unknown-datatype", "unknown-dimension",
+                                             "unknown-note",     "unknown-transportation",
+                                             "unknown-class",    "missing-dependency"};
+    omt::Findings& findings = reading.findings;
+    findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                  [&](const omt::Finding& finding)
+                                  {
+                                      return std::find(std::begin(theNames), std::end(theNames),
+                                                       finding.name) != std::end(theNames);
+                                  }),
+                   findings.end());
+    omt::Findings known;
+    const omt::Model whole = omt::merge({omt::readMim({reading.model}), reading.model}, known);
+    omt::checkReferences(whole, findings);
 }
 
 bool isAmong(const std::vector<omt::Module>& modules, const std::string& file)
@@ -63,16 +83,41 @@ void addEngineArguments(CLI::App& command, EngineChoice& choice)
         ->required();
 }
 
+namespace
+{
+
+constexpr std::size_t theMostOfARule = 1000;
+
+}  // namespace
+
+bool FindingLimit::takes(const omt::Finding& finding)
+{
+    return ++myCounts[finding.name] <= theMostOfARule;
+}
+
+std::vector<std::string> FindingLimit::rest() const
+{
+    std::vector<std::string> lines;
+    for (const auto& [name, count] : myCounts)
+        if (count > theMostOfARule)
+            lines.push_back("and " + std::to_string(count - theMostOfARule) + " more [" + name +
+                            ']');
+    return lines;
+}
+
 void writeFindings(const omt::Findings& findings)
 {
     const bool isQuiet = messageLevel() == MessageLevel::errors;
+    FindingLimit limit;
     for (const omt::Finding& finding : findings)
     {
-        if (isQuiet && finding.severity != omt::Severity::error) continue;
+        if ((isQuiet && finding.severity != omt::Severity::error) || !limit.takes(finding))
+            continue;
         std::ostringstream line;
         line << finding;
         writeLine(line.str());
     }
+    for (const std::string& line : limit.rest()) writeLine(line);
 }
 
 void checkStandardInput(const EngineChoice& choice, bool isTaken)
@@ -94,7 +139,8 @@ EngineInput readEngine(const EngineChoice& choice)
     checkStandardInput(choice);
     std::vector<std::string> files;
     for (const std::string& name : choice.files) files.push_back(placeOfModel(name));
-    const omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));
+    omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));
+    if (choice.isMimKnown && !choice.withMim) checkBesideMim(reading);
     writeFindings(reading.findings);
 
     EngineInput input;

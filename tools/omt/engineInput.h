@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct EngineChoice
 {
     std::vector<std::string> files;
     bool withMim = false;
+    /// Whether names of the standard MIM count as defined even without it.
+    bool isMimKnown = false;
     /// Whether an error among the findings is a failure even where every file could be read.
     bool isStrict = false;
 };
@@ -47,6 +50,18 @@ EngineInput readEngine(const EngineChoice& choice);
 /// Reads one file on its own, whatever it refers to; findings as above.
 EngineInput readModule(const std::string& name);
 
-/// Writes findings to standard error, a line each; with --quiet errors only.
+/// Lets the first thousand findings of each rule through: who reads them mends these first.
+class FindingLimit
+{
+public:
+    bool takes(const omt::Finding& finding);
+    /// "and 5 more [conflict]" for each rule of which there were more.
+    std::vector<std::string> rest() const;
+
+private:
+    std::map<std::string, std::size_t> myCounts;
+};
+
+/// Writes findings to standard error, a line each, a thousand of a rule; with --quiet errors only.
 void writeFindings(const omt::Findings& findings);
 bool hasError(const omt::Findings& findings);

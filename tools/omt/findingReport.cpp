@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "findingReport.h"
 
+#include "engineInput.h"
 #include "messages.h"
 #include "paint.h"
 #include "plainText.h"
@@ -121,9 +122,10 @@ std::size_t FindingReport::count(Severity severity) const
 void writeFindingLines(const FindingReport& report)
 {
     const bool isQuiet = messageLevel() == MessageLevel::errors;
+    FindingLimit limit;
     for (const Finding& finding : report.findings)
     {
-        if (isQuiet && finding.severity != Severity::error) continue;
+        if ((isQuiet && finding.severity != Severity::error) || !limit.takes(finding)) continue;
         std::ostringstream place;
         place << finding.place;
         const std::string line =
@@ -133,6 +135,7 @@ void writeFindingLines(const FindingReport& report)
             '\n';
         std::fwrite(line.data(), 1, line.size(), stderr);
     }
+    for (const std::string& line : limit.rest()) writeLine(line);
 }
 
 std::string summaryOf(const FindingReport& report)

@@ -48,15 +48,21 @@ std::string findingName(Use use)
     return use == Use::dif ? "dif-schema" : "omt-schema";
 }
 
-/// What libxml2 reports goes to its caller, and nothing to standard error or a network.
+/// What libxml2 reports goes to its caller, and nothing to standard error.
 void silence(void* /*context*/, const char* /*format*/, ...) {}
+
+/// A schema or document is one file: what it includes is neither fetched nor opened.
+xmlParserInput* loadNothing(const char* /*url*/, const char* /*id*/, xmlParserCtxt* /*context*/)
+{
+    return nullptr;
+}
 
 class QuietLibxml
 {
 public:
     QuietLibxml() : myLoader(xmlGetExternalEntityLoader())
     {
-        xmlSetExternalEntityLoader(xmlNoNetExternalEntityLoader);
+        xmlSetExternalEntityLoader(loadNothing);
         xmlSetGenericErrorFunc(nullptr, silence);
     }
     QuietLibxml(const QuietLibxml&) = delete;
@@ -196,7 +202,9 @@ struct Complaints
             for (std::size_t at = 0; (at = text.find(prefix, at)) != std::string::npos;)
                 text.erase(at, prefix.size());
         }
-        while (!text.empty() && (text.back() == '\n' || text.back() == '.')) text.pop_back();
+        // Values are quoted as they stand in the document, with its lines.
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
         const auto* const node = static_cast<xmlNode*>(error->node);
         const long line = node ? xmlGetLineNo(node) : error->line;
         list.emplace_back(static_cast<std::uint32_t>(std::max(line, 0L)), std::move(text));

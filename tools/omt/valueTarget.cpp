@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "valueTarget.h"
 
+#include "errors.h"
 #include "messages.h"
 
 #include <algorithm>
@@ -12,11 +13,45 @@ namespace
 
 constexpr const char* theMemberForm = "CLASS.NAME";
 
+/// A name alone is looked at when the model is there, which knows the classes.
 std::string whyNoMember(const std::string& name)
 {
     const std::size_t dot = name.rfind('.');
-    const bool isWhole = dot != std::string::npos && dot > 0 && dot + 1 < name.size();
-    return isWhole ? "" : '"' + name + "\" is not of the form CLASS.NAME";
+    const bool isWhole = dot == std::string::npos || (dot > 0 && dot + 1 < name.size());
+    return isWhole && !name.empty() ? "" : '"' + name + "\" is not of the form CLASS.NAME";
+}
+
+/// "CLASS.NAME" of all classes that have a member of a name of their own.
+std::vector<std::string> membersCalled(const omt::Model& model, const std::string& name,
+                                       bool mayBeAttribute, bool mayBeParameter)
+{
+    std::vector<std::string> found;
+    const auto look = [&](const auto& node, const auto& members)
+    {
+        for (const auto& member : members)
+            if (member.name == name) found.push_back(node.name.str() + '.' + name);
+    };
+    if (mayBeAttribute)
+        for (const omt::ObjectClass& node : model.objectClasses()) look(node, node.attributes);
+    if (mayBeParameter)
+        for (const omt::InteractionClass& node : model.interactionClasses())
+            look(node, node.parameters);
+    return found;
+}
+
+void requireClass(const omt::Model& model, const TargetChoice& choice)
+{
+    const std::string name = choice.member + choice.attribute + choice.parameter;
+    if (name.empty() || name.find('.') != std::string::npos) return;
+    const std::vector<std::string> found =
+        membersCalled(model, name, choice.parameter.empty(), choice.attribute.empty());
+    constexpr std::size_t theMost = 5;
+    std::string text = '"' + name + "\" is not of the form CLASS.NAME";
+    for (std::size_t i = 0; i < found.size() && i < theMost; ++i)
+        text += (i == 0 ? "; did you mean " : i + 1 == found.size() ? " or " : ", ") + found[i];
+    if (found.size() > theMost)
+        text += " or one of " + std::to_string(found.size() - theMost) + " more";
+    throw InputError(text + (found.empty() ? "" : "?"));
 }
 
 using Names = std::set<std::string_view>;
@@ -63,6 +98,7 @@ void writeFindingsAbout(const omt::Type& type, const omt::Findings& findings)
 
 ValueTarget lookUp(const omt::Codec& codec, const TargetChoice& choice)
 {
+    requireClass(codec.model(), choice);
     const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('.') + 1); };
     if (!choice.member.empty()) return {nameOf(choice.member), codec.member(choice.member)};
     if (!choice.attribute.empty())
