@@ -116,6 +116,7 @@ TEST_F(CheckTest, aFolderIsOrderedAndASetSaysWhatIsOff)
     EXPECT_EQ(outcome.err, myLines.substr(0, myLines.find('\n') + 1));
     EXPECT_EQ(run("check .").err, "./" + outcome.err);
     EXPECT_EQ(run("check").err, outcome.err);
+    EXPECT_EQ(run("diff . -- base.xml another.xml").status, 0);
     write("omt.json", R"({"modules": ["base.xml"], "off": [{"rule": "conflict"}]})");
     EXPECT_THAT(run("check omt.json").err, HasSubstr("needs a `rule` and a `reason`"));
 }

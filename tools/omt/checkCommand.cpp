@@ -202,7 +202,6 @@ Command addCheckCommand(CLI::App& app)
         "Examples:\n"
         "  omt check HarbourBase.xml HarbourTraffic.xml --mim\n"
         "  omt check HarbourBase.xml --mim --enable lint\n"
-        "  omt check check/omt.json --sarif\n"
-        "  omt check");
+        "  omt check check/omt.json --sarif");
     return {command, [choice] { return check(*choice); }};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "diffCommand.h"
 
+#include "checkSet.h"
 #include "diffReport.h"
 #include "engineInput.h"
 #include "errors.h"
@@ -10,6 +11,7 @@
 #include "paint.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string_view>
 
@@ -35,6 +37,26 @@ struct Side
     std::vector<std::string> files;
     std::string revision = {};
 };
+
+/// The files that arguments name, those of folders and sets in the order in which they are merged.
+std::vector<std::string> filesOf(const std::vector<std::string>& arguments, bool& withMim)
+{
+    std::vector<std::string> files;
+    for (const std::string& argument : arguments)
+    {
+        std::error_code ignored;
+        const std::filesystem::path path = argument;
+        if (path.extension() != ".json" && !std::filesystem::is_directory(path, ignored))
+        {
+            files.push_back(argument);
+            continue;
+        }
+        const CheckedSet set = readCheckedSet({argument});
+        withMim = withMim || set.withMim;
+        for (const CheckedFile& file : set.files) files.push_back(file.name);
+    }
+    return files;
+}
 
 /// What a file of a side holds; nothing where its revision does not have it.
 std::optional<std::string> readFile(const Side& side, const std::string& name)
@@ -78,11 +100,13 @@ omt::Model readSide(const Side& side, bool withMim)
 
 Result diff(const DiffChoice& choice)
 {
-    Side before{choice.words};
-    Side after{choice.wordsAfter.value_or(choice.words)};
+    bool withMim = choice.withMim;
+    Side before{filesOf(choice.words, withMim)};
+    Side after{filesOf(choice.wordsAfter.value_or(choice.words), withMim)};
     if (!choice.against.empty()) before.revision = choice.against.substr(theGit.size());
-    const omt::Differences differences =
-        omt::diff(readSide(before, choice.withMim), readSide(after, choice.withMim));
+    const omt::Model modelBefore = readSide(before, withMim);
+    const omt::Model modelAfter = readSide(after, withMim);
+    const omt::Differences differences = omt::diff(modelBefore, modelAfter);
     Result result;
     result.isPainted = !choice.asJson;
     result.text = choice.asJson ? diffJson(differences, choice.view)
@@ -119,8 +143,10 @@ void requireSense(const DiffChoice& choice)
 
 void addArguments(CLI::App& command, DiffChoice& choice)
 {
-    command.add_option("MODEL", choice.words,
-                       "Files of the model before, --, and files of the model after");
+    command.add_option(
+        "MODEL", choice.words,
+        "Files of the model before, --, and files of the model after; a folder, or a set "
+        "in JSON, stands for its files");
     command
         .add_option("--against", choice.against,
                     "Compare files with what they were in a revision of git")
