@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "codecLaws.h"
 
+#include "omt/columns/columns.h"
+
 #include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <sstream>
 
 namespace
 {
@@ -82,6 +85,74 @@ struct Events : omt::Visitor
     }
     std::string& all;
 };
+
+/// A schema or an array, which is released in the end.
+template <typename Struct>
+struct Held : Struct
+{
+    Held() : Struct{} {}
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    ~Held()
+    {
+        if (this->release) this->release(this);
+    }
+};
+
+/// Rows made of a value: whole, cut, with an octet more, and null. Some are equal, as those that
+/// are written together often are.
+struct Rows
+{
+    static constexpr std::int64_t theCount = 24;
+    explicit Rows(omt::Octets octets)
+    {
+        const auto size = static_cast<std::int64_t>(octets.size());
+        for (std::int64_t row = 0; row < theCount; ++row)
+        {
+            const std::int64_t part = row % 6 == 4 ? size * row / theCount : size;
+            data.insert(data.end(), octets.begin(), octets.begin() + part);
+            if (row % 6 == 5) data.push_back(0);
+            ends.push_back(static_cast<std::int32_t>(data.size()));
+        }
+        data.push_back(0);
+        schema.format = "z";
+        schema.release = [](ArrowSchema*) {};
+        array.length = theCount;
+        array.n_buffers = 3;
+        array.buffers = buffers;
+        array.release = [](ArrowArray*) {};
+        buffers[1] = ends.data();
+        buffers[2] = data.data();
+    }
+    Rows(const Rows&) = delete;
+    Rows& operator=(const Rows&) = delete;
+    bool isNull(std::size_t row) const { return (valid[row / 8] >> row % 8 & 1) == 0; }
+    omt::Octets operator[](std::size_t row) const
+    {
+        return {data.data() + ends[row], static_cast<std::size_t>(ends[row + 1] - ends[row])};
+    }
+
+    std::vector<std::uint8_t> data;
+    std::vector<std::int32_t> ends{0};
+    std::uint8_t valid[3] = {0xF7, 0xFF, 0xEF};
+    const void* buffers[3] = {valid, nullptr, nullptr};
+    ArrowSchema schema{};
+    ArrowArray array{};
+};
+
+bool isThere(const ArrowArray& array, std::size_t row)
+{
+    const auto* const valid = static_cast<const std::uint8_t*>(array.buffers[0]);
+    return !valid || (valid[row / 8] >> row % 8 & 1) != 0;
+}
+
+std::optional<std::string_view> textIn(const ArrowArray& array, std::size_t row)
+{
+    if (!isThere(array, row)) return std::nullopt;
+    const auto* const ends = static_cast<const std::int32_t*>(array.buffers[1]);
+    return std::string_view(static_cast<const char*>(array.buffers[2]) + ends[row],
+                            static_cast<std::size_t>(ends[row + 1] - ends[row]));
+}
 
 }  // namespace
 
@@ -345,6 +416,64 @@ std::string CodecLaws::checkCuts(const omt::Type& type, omt::Octets octets, bool
         if (!myBroken.empty()) return myBroken + ", cut at " + std::to_string(size);
     }
     return "";
+}
+
+std::string CodecLaws::checkColumns(const omt::Type& type, omt::Octets octets)
+{
+    if (myJson.size() > theLongestJson) return "";
+    myBroken.clear();
+    const Rows rows(octets);
+    omt::ColumnOptions options;
+    options.labels = static_cast<omt::Labels>(octets.size() % 3);
+    options.widensUnsigned = octets.size() % 2 != 0;
+    const omt::Columns columns(type, options);
+    Held<ArrowSchema> schema;
+    columns.writeSchema(schema);
+    Held<ArrowArray> batch;
+    std::size_t first = 0;
+    require(!columns.decode(rows.schema, rows.array, first, batch), "columns are decoded");
+    require(first == Rows::theCount, "few rows stand in one batch");
+    if (!myBroken.empty()) return myBroken;
+    Held<ArrowArray> again;
+    first = 0;
+    require(!columns.encode(*schema.children[0], *batch.children[0], first, again),
+            "columns are encoded");
+    require(first == Rows::theCount, "few values stand in one batch");
+    for (std::size_t row = 0; row < std::size_t{Rows::theCount} && myBroken.empty(); ++row)
+        if (rows.isNull(row))
+            require(!isThere(*batch.children[0], row) && !isThere(*batch.children[1], row),
+                    "what is null is null");
+        else
+            compareRow(type, rows[row], isThere(*batch.children[0], row),
+                       textIn(*batch.children[1], row), textIn(*again.children[0], row));
+    return myBroken;
+}
+
+// Half of a surrogate pair has no place in UTF-8, the second number of a name no label, and what
+// follows a zero no text.
+void CodecLaws::compareRow(const omt::Type& type, omt::Octets octets, bool isThere,
+                           std::optional<std::string_view> fault,
+                           std::optional<std::string_view> encoded)
+{
+    type.decodeInPlace(octets, myValue);
+    std::ostringstream text;
+    if (myValue.fault())
+        text << *myValue.fault();
+    else if (myValue.left() > 0)
+        text << myValue.left() << " octets are left over";
+    require(isThere == !myValue.fault(), "a column has the rows that are values");
+    require(fault.value_or("") == text.str(), "a column has the faults of values");
+    if (!isThere) return;
+    const std::string json = myValue.json();
+    const auto has = [&json](const char* part) { return json.find(part) != std::string::npos; };
+    if (has("\\ud") || has("{\"name\":") || has("\"rest\":")) return;
+    myOctets.clear();
+    const bool isEncoded = !type.encode(json, myOctets);
+    require(isEncoded == encoded.has_value(), "a column encodes where its values do");
+    if (!isEncoded || !encoded) return;
+    const omt::Octets again(*encoded);
+    require(std::equal(again.begin(), again.end(), myOctets.begin(), myOctets.end()),
+            "a column encodes to what its values encode to");
 }
 
 std::string CodecLaws::checkText(const omt::Type& type, std::string_view json)

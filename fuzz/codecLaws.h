@@ -5,6 +5,7 @@
 #include "omt/codec/overlay.h"
 #include "omt/codec/value.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,9 @@ public:
     /// stands where decoding stopped. `isStrict`: it needs more than is left, as those of a value
     /// that was whole do.
     std::string checkCuts(const omt::Type& type, omt::Octets octets, bool isStrict);
+    /// After check(): columns of the octets, of some of them, of more and of null rows say what
+    /// single values say, and encode to what these encode to.
+    std::string checkColumns(const omt::Type& type, omt::Octets octets);
     /// JSON that is read gives octets of which JSON is made again that gives the same octets.
     std::string checkText(const omt::Type& type, std::string_view json);
 
@@ -39,6 +43,8 @@ private:
     void leaf(const omt::Item& item, const std::string& path);
     void roundTrip(const omt::Type& type, omt::Octets octets);
     void setBack(const std::string& path, const omt::Item& item);
+    void compareRow(const omt::Type& type, omt::Octets octets, bool isThere,
+                    std::optional<std::string_view> fault, std::optional<std::string_view> encoded);
     void require(bool holds, const char* law);
     bool takes(std::string_view text);
     void expect(std::string_view text);

@@ -70,6 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::optional<omt::Type> type = codec.findType(name);
         if (!type) continue;
         require(laws.check(*type, octets), name);
+        require(laws.checkColumns(*type, octets), name);
         require(laws.checkCuts(*type, octets, false), name);
         require(laws.checkText(*type, rest), name);
     }

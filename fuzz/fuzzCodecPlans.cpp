@@ -173,6 +173,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::vector<std::uint8_t> octets(at, data + size);
     CodecLaws laws;
     std::string broken = laws.check(type, octets);
+    if (broken.empty()) broken = laws.checkColumns(type, octets);
     if (broken.empty()) broken = laws.checkCuts(type, octets, false);
     if (broken.empty()) return 0;
     std::fprintf(stderr, "broken: %s\n", broken.c_str());
