@@ -49,8 +49,10 @@ install(FILES README.md DESTINATION "${theDocuments}/libomtreader-dev"
   COMPONENT development EXCLUDE_FROM_ALL)
 if(TARGET omt)
   omtreader_package(tool omt utils
-    "show, convert, decode and encode HLA object models and their values"
-    "${about}\n.\nThis package has the command line tool omt."
+    "show, check, compare, convert HLA object models, decode and encode values"
+    "omt reads HLA object models of IEEE 1516-2025, 1516-2010 and 1516-2000 and of
+HLA 1.3. It checks, compares, converts and formats them, and turns octets that
+came off a network, single ones or whole recordings, into values and back."
     library engine)
 endif()
 
