@@ -393,6 +393,8 @@ void BatchWriter::list(std::uint32_t at, const Piece* pieces, std::size_t count,
 void BatchWriter::elements(std::uint32_t at, const Piece& piece, const Run& run, std::size_t row,
                            Pieces& children, std::size_t& filled)
 {
+    // An array of fixed size, which has no entry, may be one of no elements of any size.
+    if (run.count == 0) return;
     const Column& column = myColumns.columns[at];
     const Node& node = myPlan.nodes[column.node];
     const bool isFixed = myPlan.nodes[node.element].isFixed;
