@@ -64,13 +64,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const omt::Codec codec(model, options);
     // A copy of just this size lets a sanitizer see the end.
     const std::vector<std::uint8_t> octets(rest.begin(), rest.end());
+    // Arrow has names of C, which end at a zero octet.
+    const bool hasColumns = document.find('\0') == std::string_view::npos;
     CodecLaws laws;
     for (const std::string& name : namesOf(model))
     {
         const std::optional<omt::Type> type = codec.findType(name);
         if (!type) continue;
         require(laws.check(*type, octets), name);
-        require(laws.checkColumns(*type, octets), name);
+        if (hasColumns) require(laws.checkColumns(*type, octets), name);
         require(laws.checkCuts(*type, octets, false), name);
         require(laws.checkText(*type, rest), name);
     }
