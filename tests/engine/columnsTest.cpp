@@ -369,6 +369,7 @@ TEST(ColumnsTest, RefusesWrongBuffers)
         {"a negative length",    [](Given& one) { one.array.length = -1; }         },
         {"an offset that falls", [](Given& one) { one.offsets[15] = 0xFF; }        },
         {"a negative offset",    [](Given& one) { one.offsets[11] = 0xFF; }        },
+        {"the least offset",     [](Given& one) { one.offsets[11] = 0x80; }        },
     };
     for (const Case& one : cases)
     {

@@ -89,7 +89,8 @@ std::size_t OctetCells::readBetween(std::size_t first, std::size_t count, std::s
         Offset start, end;
         std::memcpy(&start, offsets + i * sizeof start, sizeof start);
         std::memcpy(&end, offsets + (i + 1) * sizeof end, sizeof end);
-        auto size = static_cast<std::size_t>(end - start);
+        // Of any two offsets, which are looked at below.
+        auto size = static_cast<std::size_t>(end) - static_cast<std::size_t>(start);
         if (valid && !isBitSet(valid, myFirst + first + i))
         {
             start = 0;
