@@ -43,6 +43,7 @@ struct Line
     std::size_t start = 0;  ///< in the whole text
     std::string_view offset = {};
     bool hasColon = false;
+    bool isOfDebugger = false;
     std::size_t gap = 0;  ///< blanks after the offset
     std::vector<Word> words = {};
     std::string_view rest = {};  ///< from the first word on
@@ -71,6 +72,24 @@ std::vector<Word> wordsOf(std::string_view line)
     return words;
 }
 
+/// A debugger prints an address, perhaps a symbol such as <buffer+8>, a colon, and 0x01 after tabs.
+void readDebugger(Line& line)
+{
+    std::vector<Word>& words = line.words;
+    const std::string_view symbol = words.size() > 1 ? words[1].text : std::string_view();
+    const bool hasSymbol =
+        symbol.size() > 3 && symbol.front() == '<' && symbol.substr(symbol.size() - 2) == ">:";
+    if (hasSymbol) words.erase(words.begin() + 1);
+    line.hasColon = hasSymbol || words[0].text.back() == ':';
+    for (std::size_t i = 1; line.hasColon && i < words.size(); ++i)
+    {
+        if (words[i].text.size() != 4 || words[i].text.substr(0, 2) != "0x") return;
+        words[i].text.remove_prefix(2);
+        words[i].gap = 1;
+        line.isOfDebugger = true;
+    }
+}
+
 // Blanks before the line are passed over.
 std::optional<Line> splitLine(std::string_view text, std::size_t at)
 {
@@ -79,9 +98,9 @@ std::optional<Line> splitLine(std::string_view text, std::size_t at)
     line.rest = text;
     line.words = wordsOf(text.substr(0, theLongestLine));
     if (line.words.empty() || text.size() > theLongestLine) return std::nullopt;
+    readDebugger(line);
     std::string_view offset = line.words[0].text;
-    line.hasColon = offset.back() == ':';
-    if (line.hasColon) offset.remove_suffix(1);
+    if (offset.back() == ':') offset.remove_suffix(1);
     if (line.hasColon && offset.substr(0, 2) == "0x") offset.remove_prefix(2);
     const std::size_t least = line.hasColon ? 2 : 4;
     const std::size_t most = line.hasColon ? 16 : 8;
@@ -296,7 +315,7 @@ bool isPlain(const std::vector<Line>& lines)
 void refuseAmbiguous(const std::vector<Line>& lines)
 {
     const Line& line = lines[0];
-    if (lines.size() > 1 || line.hasColumn) return;
+    if (lines.size() > 1 || line.hasColumn || line.isOfDebugger) return;
     const bool isUsual = isZero(line.offset) && line.offset.size() > 2 &&
                          (isSurely(line) || (line.gap > 1 && widthOf(lines) == 2));
     if (!isUsual)

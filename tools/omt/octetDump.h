@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// readDump() reads octets out of lines that begin with offsets, as xxd, hexdump -C, od, tcpdump and
-// Wireshark print them.
+// readDump() reads octets out of lines that begin with offsets, as xxd, hexdump -C, od, tcpdump,
+// gdb and Wireshark print them.
 #pragma once
 
 #include <cstddef>

@@ -6,6 +6,7 @@
 #include "plainText.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace
 {
@@ -33,7 +34,9 @@ public:
     void refuseWhatIsNoText();
     Octets plain();
     Octets escaped();
+    Octets literal();
     Octets listed();
+    Octets decimals();
 
 private:
     bool isAtEnd() const { return myAt >= myText.size(); }
@@ -54,6 +57,7 @@ private:
     void cutList();
     void readNumber();
     void readDigits();
+    int readDecimal();
 
     std::string_view myText;
     std::size_t myAt = 0;
@@ -143,9 +147,8 @@ Octets OctetText::escaped()
 {
     while (!isAtEnd())
     {
-        const bool isPrefix = here() == 'b' && isAmong(next(), "'\"");
         const bool isLineEnd = here() == '\\' && isAmong(next(), "\r\n");
-        if (isPrefix || isLineEnd || isBlank(here()) || isAmong(here(), "'\","))
+        if (isLineEnd || isBlank(here()) || isAmong(here(), "'\","))
             ++myAt;
         else if (begins("\\x"))
         {
@@ -156,6 +159,37 @@ Octets OctetText::escaped()
         else
             refuseHere("stands among octets such as \\x01; write it like them");
     }
+    return std::move(myOctets);
+}
+
+/// b'A\x01' of Python, where letters are octets too; readForm() has seen how it begins.
+Octets OctetText::literal()
+{
+    constexpr std::string_view theLetters = "nrt\\'\"";
+    constexpr std::string_view theirOctets = "\n\r\t\\'\"";
+    myAt = myText.find_first_of("'\"");
+    const char quote = here();
+    for (++myAt; !isAtEnd() && here() != quote;)
+        if (begins("\\x"))
+        {
+            myAt += 2;
+            if (isAtEnd()) refuse("the digits are missing");
+            readOctet();
+        }
+        else
+        {
+            const std::size_t letter =
+                here() == '\\' ? theLetters.find(next()) : std::string_view::npos;
+            if (here() == '\\' && letter == std::string_view::npos)
+                refuse("no escape that Python prints");
+            const char octet = here() == '\\' ? theirOctets[letter] : here();
+            myAt += here() == '\\' ? 2 : 1;
+            myOctets.push_back(static_cast<std::uint8_t>(octet));
+        }
+    if (isAtEnd()) refuse("the quote does not end");
+    ++myAt;
+    const std::string_view after = trimmed(myText.substr(myAt));
+    if (!after.empty() && after != ")") refuse("the quote has ended before this");
     return std::move(myOctets);
 }
 
@@ -218,9 +252,59 @@ void OctetText::readNumber()
     refuseHere("begins a number without 0x, which may be decimal");
 }
 
+// 1 -2 --------------------------------------------------------------------------------------------
+
+int OctetText::readDecimal()
+{
+    const std::size_t begin = myAt;
+    const bool isNegative = here() == '-';
+    if (isNegative) ++myAt;
+    int number = 0;
+    const std::size_t first = myAt;
+    for (; !isAtEnd() && here() >= '0' && here() <= '9'; ++myAt)
+        number = std::min(10 * number + (here() - '0'), 1000);
+    if (!isAtEnd() && !isBlank(here()) && here() != ',') refuseHere("is no decimal digit");
+    const bool isPadded = myAt > first + 1 && myText[first] == '0';
+    const bool isOctet = myAt > first && !isPadded && number <= (isNegative ? 128 : 255);
+    const std::string_view shown = myText.substr(begin, myAt - begin);
+    if (!isOctet) myAt = begin;
+    if (!isOctet) refuse('"' + visible(shown) + "\" is no octet as decimal lists have them");
+    return isNegative ? -number : number;
+}
+
+/// What Java and Python print of octets. A number with a sign, or of three digits, says that all of
+/// them are decimal.
+Octets OctetText::decimals()
+{
+    const std::size_t begin = myAt;
+    int least = 0;
+    int greatest = 0;
+    while (!isAtEnd())
+        if (isBlank(here()) || here() == ',')
+            ++myAt;
+        else
+        {
+            const int number = readDecimal();
+            least = std::min(least, number);
+            greatest = std::max(greatest, number);
+            myOctets.push_back(static_cast<std::uint8_t>(number));
+        }
+    myAt = begin;
+    if (least < 0 && greatest > 127)
+        refuse("octets are numbers from -128 to 127 or from 0 to 255, and here is " +
+               std::to_string(least) + " as well as " + std::to_string(greatest));
+    if (least == 0 && greatest > 9 && greatest < 100)
+        refuse("these numbers may be decimal or hexadecimal; write hexadecimal ones with 0x");
+    return std::move(myOctets);
+}
+
 Octets OctetText::listed()
 {
     cutList();
+    const std::string_view list = myText.substr(myAt);
+    const bool isDecimal =
+        myIsInList && list.find_first_not_of(" \t\r\n,-0123456789") == std::string_view::npos;
+    if (isDecimal) return decimals();
     while (!isAtEnd())
         if (isBlank(here()) || isAmong(here(), ",{}"))
             ++myAt;
@@ -233,11 +317,28 @@ Octets OctetText::listed()
     return std::move(myOctets);
 }
 
+/// Whether a text that is no hexadecimal may be octets in base64.
+bool isBase64(std::string_view text)
+{
+    const std::string_view all = trimmed(text);
+    std::size_t count = 0;
+    for (const char c : all)
+        if (std::isalnum(static_cast<unsigned char>(c)) != 0 || isAmong(c, "+/="))
+            ++count;
+        else if (!isAmong(c, "\r\n"))
+            return false;
+    const std::size_t end = all.find_last_not_of('=') + 1;
+    return count >= 4 && count % 4 == 0 && all.find('=') >= end && all.size() - end < 3;
+}
+
 Octets readForm(std::string_view text)
 {
     if (std::optional<Octets> octets = readDump(text)) return std::move(*octets);
     OctetText form(text);
     form.refuseWhatIsNoText();
+    const std::string_view start = trimmed(text).substr(0, 12);
+    for (const std::string_view prefix : {"b'", "b\"", "bytearray(b'", "bytearray(b\""})
+        if (start.substr(0, prefix.size()) == prefix) return form.literal();
     if (text.find("\\x") != std::string_view::npos) return form.escaped();
     const bool isList = text.find_first_of("{[") != std::string_view::npos ||
                         text.find("0x") != std::string_view::npos ||
@@ -259,9 +360,12 @@ std::vector<std::uint8_t> readOctets(std::string_view text)
         const auto lines = std::count(before.begin(), before.end(), '\n');
         const std::size_t column = refusal.at - (before.rfind('\n') + 1);
         const bool isOneLine = trimmed(text).find('\n') == std::string_view::npos;
+        const bool isBase =
+            refusal.why.find("is no hexadecimal digit") != std::string::npos && isBase64(text);
         throw InputError(
             "octets: " + (isOneLine ? "" : "line " + std::to_string(lines + 1) + ", ") +
-            "character " + std::to_string(column + 1) + ": " + refusal.why);
+            "character " + std::to_string(column + 1) + ": " + refusal.why +
+            (isBase ? "; if this is base64, `base64 -d` and --file - take it" : ""));
     }
 }
 
