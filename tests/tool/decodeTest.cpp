@@ -198,10 +198,11 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
     }, 1);
     expectMessage("encode", {
         {"--bogus --type Metres 1", "no option"}, {"--type Metres 1 2", "\"2\" is too much: "},
-        {"--type Metres --set X=1", "--set requires --from"}, {"--type Metres --text=1 1", "\"1\" is too"},
+        {"--type Metres --set X=1 --file a", "--file excludes --set"}, {"--type Metres --text=1 1", "\"1\" is too"},
         {"--type Metres --from 00 --set 1", "--set: \"1\" is not of the form PATH=VALUE"},
     }, 2);
-    expectMessage("layout", {{"SignalKind --type SignalKind", "exactly one of TYPE, --type, "}, {"", "exactly one of"}}, 2);
+    expectMessage("layout", {{"SignalKind --type SignalKind", "exactly one of TYPE, --type, "}, {"", "exactly one of"},
+                             {"-q Vessel.Cargo", "\"Vessel.Cargo\" is taken for a file; "}}, 2);
     EXPECT_THAT(run("decode Harbour --type A 00").err, HasSubstr("is written ./NAME"));
     const Outcome odd = run("decode odd.xml --type Set 0a fF");
     EXPECT_EQ(odd.status, 0);
@@ -224,6 +225,7 @@ TEST_F(ValueTest, EncodesWhatJsonSaysAndChangesWhatIsNamed)
         {"--type CargoVariant", "00 00\n", "{\"Kind\":\"None\"}"},
         {"--parameter PortCall.DeclaredCargo --from 0000 --set Kind=Containers --set ContainerLoad.FortyFoot=1",
          "00 01 00 00 00 00 00 00 00 00 00 01 00 00 00 00\n"},
+        {"--member Vessel.Cargo --set Kind=LiquidBulk --set LiquidLoad=3000", "00 02 00 00 45 3B 80 00\n"},
         {"old.omd --type Place '{\"X\":1,\"Y\":-2}'", "3F F0 00 00 00 00 00 00 C0 00 00 00 00 00 00 00\n"},
     });
 }

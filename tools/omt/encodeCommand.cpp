@@ -27,6 +27,9 @@ struct EncodeChoice
     CLI::Option* textOption = nullptr;
     CLI::Option* fileOption = nullptr;
     CLI::Option* fromOption = nullptr;
+
+    /// Whether parts are set in octets that are there, or in zeros.
+    bool isChange() const { return *fromOption || !changes.empty(); }
 };
 
 bool isNumber(const std::string& word)
@@ -53,7 +56,7 @@ void prepare(EncodeChoice& choice)
 {
     SplitWords words = splitWords(choice.target.words, isJson);
     choice.target.model.files = std::move(words.files);
-    const bool isGiven = *choice.textOption || *choice.fileOption || *choice.fromOption;
+    const bool isGiven = *choice.textOption || *choice.fileOption || choice.isChange();
     if (words.others.size() > (isGiven ? 0 : 1))
         throw UsageError('"' + words.others.back() +
                          "\" is too much: the value is given once, in one argument");
@@ -83,12 +86,19 @@ Octets written(const EncodeChoice& choice, const omt::Type& type)
     throw InputError(message.str());
 }
 
-/// The octets that were given with some parts changed.
+/// The octets that were given, or zeros for as many as there are at least, with some parts changed.
 Octets changed(const EncodeChoice& choice, const ValueTarget& target)
 {
-    omt::Value value = target.type.decode(readOctets(choice.from));
+    constexpr std::size_t theMostZeros = std::size_t{1} << 24;
+    const std::size_t least = target.type.leastSize();
+    if (!*choice.fromOption && least > theMostZeros)
+        throw InputError("--set begins with zeros, and these are too many: --from is needed");
+    const Octets start = *choice.fromOption ? readOctets(choice.from) : Octets(least);
+    omt::Value value = target.type.decode(start);
     const std::string complaint = complaintOf(target, value);
-    if (!complaint.empty()) throw InputError("--from: " + complaint);
+    if (!complaint.empty())
+        throw InputError((*choice.fromOption ? "--from: " : "--set begins with zeros: ") +
+                         complaint);
     for (const std::string& change : choice.changes)
     {
         const std::size_t end = change.find('=');
@@ -107,7 +117,7 @@ Result encode(EncodeChoice& choice)
     const std::optional<ValueTarget> target = findTarget(choice.target);
     if (!target) return theFailure;
     const Octets octets =
-        *choice.fromOption ? changed(choice, *target) : written(choice, target->type);
+        choice.isChange() ? changed(choice, *target) : written(choice, target->type);
     return {hexadecimalText(octets.data(), octets.size()) + '\n'};
 }
 
@@ -130,10 +140,11 @@ void addEncodeArguments(CLI::App& command, EncodeChoice& choice)
     command
         .add_option("--set", choice.changes,
                     "Change the part of a path, such as Position.X, and nothing else; several "
-                    "times for several parts")
+                    "times for several parts. Without --from, all others are zeros")
         ->type_name("PATH=VALUE")
         ->allow_extra_args(false)
-        ->needs(choice.fromOption);
+        ->excludes(choice.textOption)
+        ->excludes(choice.fileOption);
 }
 
 }  // namespace
@@ -151,14 +162,16 @@ Command addEncodeCommand(CLI::App& app)
         "dot\n"
         "or a slash, or -, is a file of the model, unless it is a number or begins with a brace, "
         "a\n"
-        "bracket or a quote. Without JSON, --file and --from it comes from standard input. What\n"
-        "does not fit the datatype is reported with exit status 1.\n"
+        "bracket or a quote. Without JSON, --file, --from and --set it comes from standard input.\n"
+        "What does not fit the datatype is reported with exit status 1.\n"
         "\n"
         "Examples:\n"
         "  omt encode HarbourBase.xml --mim --type SignalKind GaleWarning\n"
         "  omt encode HarbourBase.xml --mim --member Berth.Identifier "
         "'{\"Pier\": 66, \"Number\": 7}'\n"
         "  omt encode HarbourBase.xml --mim --member Berth.Identifier \\\n"
-        "      --from '42 00 00 07' --set Number=8");
+        "      --from '42 00 00 07' --set Number=8\n"
+        "  omt encode HarbourBase.xml HarbourTraffic.xml --mim --member Vessel.Cargo \\\n"
+        "      --set Kind=Containers --set ContainerLoad.FortyFoot=608");
     return {command, [choice] { return encode(*choice); }};
 }

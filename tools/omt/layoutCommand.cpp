@@ -9,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <memory>
 
 namespace
@@ -17,7 +18,8 @@ namespace
 using Json = nlohmann::ordered_json;
 using LayoutRows = std::vector<omt::LayoutRow>;
 
-constexpr std::size_t theMostRows = 100'000;  // after which libomt ends a layout
+constexpr std::size_t theNarrowestRemark = 40;  // what most of them need, on a wider page
+constexpr std::size_t theMostRows = 100'000;    // after which libomt ends a layout
 
 struct LayoutChoice
 {
@@ -30,6 +32,14 @@ bool isNone(const std::string&)
     return false;
 }
 
+/// Whether the last word is no file, and may have been meant as CLASS.NAME.
+bool mayBeMember(const std::vector<std::string>& files)
+{
+    std::error_code ignored;
+    return files.size() > 1 && files.back().find('/') == std::string::npos &&
+           !std::filesystem::exists(placeOfModel(files.back()), ignored);
+}
+
 void prepare(LayoutChoice& choice)
 {
     TargetChoice& target = choice.target;
@@ -37,6 +47,10 @@ void prepare(LayoutChoice& choice)
     target.model.files = std::move(words.files);
     const bool isNamed =
         !(target.member + target.attribute + target.parameter + target.datatype).empty();
+    if (words.others.empty() && !isNamed && mayBeMember(target.model.files))
+        throw UsageError(
+            '"' + target.model.files.back() +
+            "\" is taken for a file; an attribute or parameter is given with --member");
     if (words.others.size() + (isNamed ? 1 : 0) != 1)
         throw UsageError(
             "exactly one of TYPE, --type, --member, --attribute and --parameter is needed");
@@ -59,8 +73,15 @@ std::string sizeOf(const omt::LayoutRow& row)
 
 std::string table(const LayoutRows& rows, const std::string& name)
 {
-    TextTable table({whole("Offset"), whole("Octets"), whole("Boundary"), whole("Padding"),
-                     exact("Name"), whole("Datatype"), wrap("Remark")});
+    TextTable table({
+        whole("Offset"),
+        whole("Octets"),
+        whole("Boundary"),
+        whole("Padding"),
+        exact("Name"),
+        whole("Datatype"),
+        {"Remark", Fit::wrap, false, theNarrowestRemark}
+    });
     for (const omt::LayoutRow& row : rows)
         table.add({numberOf(row.offset), sizeOf(row), std::to_string(row.boundary),
                    numberOf(row.padding),

@@ -12,7 +12,6 @@ namespace
 constexpr std::size_t thePageWidth = 100;
 constexpr std::size_t theGap = 2;
 constexpr std::size_t theWidestWhole = 44;  // one long name must not push all others aside
-constexpr std::size_t theNarrowestText = 16;
 
 }  // namespace
 
@@ -69,14 +68,15 @@ std::vector<TextTable::Place> TextTable::places() const
 
 /// Shares what the names leave free among the texts: what a short one does not need goes to the
 /// longer ones.
-void TextTable::shareRoom(std::vector<Place*>& texts, std::size_t room)
+void TextTable::shareRoom(std::vector<Place*>& texts, std::size_t room) const
 {
     std::stable_sort(texts.begin(), texts.end(),
                      [](const Place* a, const Place* b) { return a->width < b->width; });
     std::size_t left = texts.size();
     for (Place* text : texts)
     {
-        text->width = std::min(text->width, std::max(room / left--, theNarrowestText));
+        text->width =
+            std::min(text->width, std::max(room / left--, myColumns[text->column].narrowest));
         room -= std::min(room, text->width);
     }
 }

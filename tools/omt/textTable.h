@@ -22,6 +22,8 @@ struct Column
     Fit fit;
     /// Whether blanks stay as they are.
     bool isExact = false;
+    /// How wide it is at least where its texts wrap or are cut off.
+    std::size_t narrowest = 16;
 };
 
 inline Column whole(const char* heading)
@@ -64,7 +66,7 @@ private:
 
     std::size_t naturalWidth(std::size_t column) const;
     std::vector<Place> places() const;
-    static void shareRoom(std::vector<Place*>& texts, std::size_t room);
+    void shareRoom(std::vector<Place*>& texts, std::size_t room) const;
     std::vector<std::string> cellLines(const std::string& cell, const Place& place) const;
     std::string rowText(const Row& row, const std::vector<Place>& places) const;
 
