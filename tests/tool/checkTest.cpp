@@ -99,6 +99,12 @@ TEST_F(CheckTest, aBaselineHidesWhatItListsWhereverItMoves)
     EXPECT_EQ(known.out,
               "0 errors, 0 warnings and 0 notes in 2 files; 2 known ones are not shown\n");
     EXPECT_EQ(run(command + "--baseline known.json --all").status, 1);
+    // What is known already stays so, and what names several files is known in every folder.
+    EXPECT_EQ(run(command + "--baseline known.json --write-baseline known.json").status, 0);
+    EXPECT_EQ(run(command + "--baseline known.json").out, known.out);
+    write("new.xml", "<objectModel xmlns=\"http://standards.ieee.org/IEEE1516-2025\"/>");
+    EXPECT_EQ(run("check new.xml base.xml --write-baseline known.json").status, 0);
+    EXPECT_EQ(run("check ./new.xml ./base.xml --baseline known.json").err, "");
     write("known.json", "[]");
     EXPECT_THAT(run(command + "--baseline known.json").err,
                 HasSubstr("known.json: is no baseline"));
@@ -117,6 +123,7 @@ TEST_F(CheckTest, aFolderIsOrderedAndASetSaysWhatIsOff)
     EXPECT_EQ(run("check .").err, "./" + outcome.err);
     EXPECT_EQ(run("check").err, outcome.err);
     EXPECT_EQ(run("diff . -- base.xml another.xml").status, 0);
+    EXPECT_EQ(run("show . --json").out, run("show ./base.xml ./another.xml --mim --json").out);
     write("omt.json", R"({"modules": ["base.xml"], "off": [{"rule": "conflict"}]})");
     EXPECT_THAT(run("check omt.json").err, HasSubstr("needs a `rule` and a `reason`"));
 }

@@ -128,6 +128,8 @@ TEST_F(DiffTest, filesAreComparedWithARevision)
     EXPECT_EQ(outcome.status, 1) << outcome.err;
     EXPECT_THAT(outcome.err, HasSubstr("more.xml is not in HEAD"));
     EXPECT_THAT(outcome.out, HasSubstr("enumerator `A`: value `257`, was `1`"));
+    write("omt.json", R"({"modules": ["old.xml"]})");
+    EXPECT_EQ(run("diff --against git:HEAD").status, 1);
     EXPECT_EQ(run("diff --against git:HEAD old.xml", "git checkout -q old.xml &&").status, 0);
     EXPECT_THAT(run("diff --against git:gone old.xml").err, HasSubstr("revision \"gone\""));
 }

@@ -106,7 +106,7 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
         const char* message;
     } cases[] = {
         {"missing", "none.xml", "", "none.xml: error: cannot be opened: No such file or directory ["},
-        {"directory", ".", "", ".: error: cannot be read: Is a directory ["},
+        {"folder without models", "/proc/self/task", "", "holds no files .xml, .omd or .omt"},
         {"device", "/dev/zero", "", "omt: /dev/zero: a device"},
         {"odd octets in a name", "$(printf 'a\\033[31m\\377')", "", "a\\x1b[31m\\xff: error: "},
         {"empty", "bad.xml", "", "bad.xml: error: is empty ["},

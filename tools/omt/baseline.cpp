@@ -40,6 +40,18 @@ std::string withoutLines(std::string_view text)
     return rest;
 }
 
+/// A text that names files, without their folders.
+std::string withoutFolders(std::string_view text)
+{
+    std::string rest;
+    for (const char c : text)
+        if (c != '/')
+            rest += c;
+        else
+            rest.erase(rest.find_last_of(" (`") + 1);
+    return rest;
+}
+
 /// What a finding is known by: file, rule, text.
 using Known = std::tuple<std::string, std::string, std::string>;
 
@@ -49,6 +61,7 @@ Known knownBy(const omt::Finding& finding)
     if (finding.other)
         if (const std::size_t at = text.find(finding.other->file); at != std::string::npos)
             text.replace(at, finding.other->file.size(), plainFile(finding.other->file));
+    if (finding.place.file.empty()) text = withoutFolders(text);
     return {plainFile(finding.place.file), finding.name, withoutLines(text)};
 }
 

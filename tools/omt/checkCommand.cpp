@@ -96,7 +96,9 @@ Result check(const CheckChoice& choice)
     {
         report.known = removeShipped(set, report.findings);
         const std::string& baseline = choice.baseline.empty() ? set.baseline : choice.baseline;
-        if (!baseline.empty()) report.known += removeListed(baseline, report.findings);
+        // A new baseline takes over what the old one lists and is still there.
+        if (!baseline.empty() && choice.newBaseline.empty())
+            report.known += removeListed(baseline, report.findings);
     }
     if (!choice.newBaseline.empty())
     {
@@ -136,7 +138,8 @@ void requireSense(CheckChoice& choice)
     }
     catch (const std::invalid_argument& error)
     {
-        throw CLI::ValidationError("rules", error.what());
+        throw CLI::ValidationError("--enable, --disable",
+                                   error.what() + std::string(" (--rules lists all)"));
     }
 }
 

@@ -92,20 +92,28 @@ public:
                      "`, which is none of modules, mim, baseline, enable and off");
     }
 
-    void read(CheckedSet& set)
+    /// The files in their order; `withMim` becomes true for the standard MIM.
+    std::vector<std::string> files(bool& withMim) const
     {
+        std::vector<std::string> files;
         if (const json* const mim = find("mim"))
         {
             if (!mim->is_boolean() && !mim->is_string())
                 fail("`mim` is neither true, false nor a file");
             if (mim->is_string())
-                addFile(set, beside(mim->get<std::string>()), true);
+                files.push_back(beside(mim->get<std::string>()));
             else
-                set.withMim = mim->get<bool>();
+                withMim = withMim || mim->get<bool>();
         }
         const std::vector<std::string> modules = texts("modules");
         if (modules.empty()) fail("names no modules");
-        for (const std::string& module : modules) addFile(set, beside(module), true);
+        for (const std::string& module : modules) files.push_back(beside(module));
+        return files;
+    }
+
+    void read(CheckedSet& set) const
+    {
+        for (const std::string& file : files(set.withMim)) addFile(set, file, true);
         if (const json* const baseline = find("baseline"))
         {
             if (!baseline->is_string()) fail("`baseline` is no name of a file");
@@ -183,6 +191,15 @@ private:
     json myJson;
 };
 
+/// The file of JSON that an argument names as a set, itself or as its folder; else nothing.
+std::string setFileOf(const std::string& argument)
+{
+    const fs::path path = argument;
+    std::error_code ignored;
+    if (path.extension() == ".json") return argument;
+    return fs::is_regular_file(path / theSetName, ignored) ? (path / theSetName).string() : "";
+}
+
 }  // namespace
 
 CheckedSet readCheckedSet(const std::vector<std::string>& arguments)
@@ -190,19 +207,34 @@ CheckedSet readCheckedSet(const std::vector<std::string>& arguments)
     CheckedSet set;
     for (const std::string& argument : arguments)
     {
-        const fs::path path = argument;
         std::error_code ignored;
-        if (fs::is_directory(path, ignored))
-        {
-            if (fs::is_regular_file(path / theSetName, ignored))
-                SetFile((path / theSetName).string()).read(set);
-            else
-                addFolder(set, argument);
-        }
-        else if (path.extension() == ".json")
-            SetFile(argument).read(set);
+        if (const std::string name = setFileOf(argument); !name.empty())
+            SetFile(name).read(set);
+        else if (fs::is_directory(argument, ignored))
+            addFolder(set, argument);
         else
             addFile(set, placeOfModel(argument), true);
     }
     return set;
+}
+
+std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim)
+{
+    std::vector<std::string> files;
+    for (const std::string& argument : arguments)
+    {
+        std::error_code ignored;
+        std::vector<std::string> some = {argument};
+        if (const std::string name = setFileOf(argument); !name.empty())
+            some = SetFile(name).files(withMim);
+        else if (fs::is_directory(argument, ignored))
+        {
+            CheckedSet folder;
+            addFolder(folder, argument);
+            some.clear();
+            for (const CheckedFile& file : folder.files) some.push_back(file.name);
+        }
+        files.insert(files.end(), some.begin(), some.end());
+    }
+    return files;
 }

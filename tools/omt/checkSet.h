@@ -39,3 +39,7 @@ struct CheckedSet
 /// A file that cannot be read is an error among the findings. Throws InputError where a folder
 /// holds no model, and where the JSON is none or names something that there is not.
 CheckedSet readCheckedSet(const std::vector<std::string>& arguments);
+
+/// The files that such arguments name, in the order in which they are merged. `withMim` becomes
+/// true where a set asks for the standard MIM. Throws as above.
+std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "convertCommand.h"
 
+#include "checkSet.h"
 #include "engineInput.h"
 #include "errors.h"
 #include "omt/model/write.h"
@@ -56,12 +57,13 @@ Result convertEach(const ConvertChoice& choice)
     if (!fs::is_directory(choice.output)) throw InputError(choice.output + ": no folder");
     std::set<fs::path> taken;
     std::vector<std::string> places;
-    for (const std::string& file : choice.model.files)
-        places.push_back(placeIn(choice.output, file, taken));
+    bool withMim = false;  // which is no module of the folder
+    const std::vector<std::string> files = filesOfSets(choice.model.files, withMim);
+    for (const std::string& file : files) places.push_back(placeIn(choice.output, file, taken));
     Result result;
     for (std::size_t i = 0; i < places.size(); ++i)
     {
-        const EngineInput input = readModule(choice.model.files[i]);
+        const EngineInput input = readModule(files[i]);
         result.isFailure = result.isFailure || input.isFailure;
         if (input.isWhole) writeOutputFile(places[i], converted(choice, input.model));
     }

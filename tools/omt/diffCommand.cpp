@@ -38,26 +38,6 @@ struct Side
     std::string revision = {};
 };
 
-/// The files that arguments name, those of folders and sets in the order in which they are merged.
-std::vector<std::string> filesOf(const std::vector<std::string>& arguments, bool& withMim)
-{
-    std::vector<std::string> files;
-    for (const std::string& argument : arguments)
-    {
-        std::error_code ignored;
-        const std::filesystem::path path = argument;
-        if (path.extension() != ".json" && !std::filesystem::is_directory(path, ignored))
-        {
-            files.push_back(argument);
-            continue;
-        }
-        const CheckedSet set = readCheckedSet({argument});
-        withMim = withMim || set.withMim;
-        for (const CheckedFile& file : set.files) files.push_back(file.name);
-    }
-    return files;
-}
-
 /// What a file of a side holds; nothing where its revision does not have it.
 std::optional<std::string> readFile(const Side& side, const std::string& name)
 {
@@ -101,8 +81,8 @@ omt::Model readSide(const Side& side, bool withMim)
 Result diff(const DiffChoice& choice)
 {
     bool withMim = choice.withMim;
-    Side before{filesOf(choice.words, withMim)};
-    Side after{filesOf(choice.wordsAfter.value_or(choice.words), withMim)};
+    Side before{filesOfSets(choice.words, withMim)};
+    Side after{filesOfSets(choice.wordsAfter.value_or(choice.words), withMim)};
     if (!choice.against.empty()) before.revision = choice.against.substr(theGit.size());
     const omt::Model modelBefore = readSide(before, withMim);
     const omt::Model modelAfter = readSide(after, withMim);
@@ -120,8 +100,12 @@ Result diff(const DiffChoice& choice)
 }
 
 /// Two models are needed, or one and a revision.
-void requireSense(const DiffChoice& choice)
+void requireSense(DiffChoice& choice)
 {
+    std::error_code ignored;
+    if (!choice.against.empty() && choice.words.empty() &&
+        std::filesystem::is_regular_file("omt.json", ignored))
+        choice.words = {"omt.json"};
     if (choice.against.empty())
     {
         if (!choice.wordsAfter || choice.wordsAfter->empty() || choice.words.empty())
@@ -130,7 +114,8 @@ void requireSense(const DiffChoice& choice)
     }
     else if (choice.against.compare(0, theGit.size(), theGit) != 0 ||
              choice.against.size() == theGit.size())
-        throw CLI::ValidationError("--against", "is git:REVISION");
+        throw CLI::ValidationError("--against",
+                                   '"' + choice.against + "\" is not of the form git:REVISION");
     else if (choice.wordsAfter || choice.words.empty())
         throw CLI::ValidationError("--against", "takes the files of one model, without --");
     std::ptrdiff_t streams = std::count(choice.words.begin(), choice.words.end(), "-");
@@ -148,8 +133,10 @@ void addArguments(CLI::App& command, DiffChoice& choice)
         "Files of the model before, --, and files of the model after; a folder, or a set "
         "in JSON, stands for its files");
     command
-        .add_option("--against", choice.against,
-                    "Compare files with what they were in a revision of git")
+        .add_option(
+            "--against", choice.against,
+            "Compare files with what they were in a revision of git; without files, the set of "
+            "omt.json in this folder")
         ->type_name("git:REVISION");
     command.add_flag("--mim", choice.withMim,
                      "Load the standard MIM of the newest edition on each side before the files");

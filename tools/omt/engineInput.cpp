@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engineInput.h"
 
+#include "checkSet.h"
 #include "errors.h"
 #include "inputFile.h"
 #include "messages.h"
@@ -79,7 +80,8 @@ void addEngineArguments(CLI::App& command, EngineChoice& choice)
         "Exit status 1 where a definition contradicts another or a finding is an error");
     command
         .add_option("MODEL", choice.files,
-                    "Files of the model, - for standard input; modules are merged in order")
+                    "Files of the model, a folder of them, a set in JSON, or - for standard input; "
+                    "modules are merged in order")
         ->required();
 }
 
@@ -137,10 +139,11 @@ bool hasError(const omt::Findings& findings)
 EngineInput readEngine(const EngineChoice& choice)
 {
     checkStandardInput(choice);
-    std::vector<std::string> files;
-    for (const std::string& name : choice.files) files.push_back(placeOfModel(name));
-    omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(choice.withMim));
-    if (choice.isMimKnown && !choice.withMim) checkBesideMim(reading);
+    bool withMim = choice.withMim;
+    std::vector<std::string> files = filesOfSets(choice.files, withMim);
+    for (std::string& name : files) name = placeOfModel(name);
+    omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(withMim));
+    if (choice.isMimKnown && !withMim) checkBesideMim(reading);
     writeFindings(reading.findings);
 
     EngineInput input;

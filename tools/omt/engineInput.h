@@ -43,8 +43,9 @@ struct EngineInput
     bool isFailure = false;
 };
 
-/// Reads and merges the files in this order, standard input for "-"; a file that is not there is
-/// looked for in the folder that RTI_CONFIG names. Findings go to standard error, a line each.
+/// Reads and merges the files in this order, those of folders and sets as filesOfSets() gives them,
+/// standard input for "-"; a file that is not there is looked for in the folder that RTI_CONFIG
+/// names. Findings go to standard error, a line each.
 EngineInput readEngine(const EngineChoice& choice);
 
 /// Reads one file on its own, whatever it refers to; findings as above.
