@@ -352,6 +352,36 @@ TEST(ColumnsTest, TextsAreThoseOfValues)
     }
 }
 
+// Engines hand over columns in which all rows are null without buffers.
+TEST(ColumnsTest, ColumnsOfNothingAreNull)
+{
+    const omt::Columns columns(smallCodec().type("Three"));
+    Given nothing("z", std::vector<Cell>(300));
+    nothing.schema.format = "n";
+    nothing.array.n_buffers = 0;
+    nothing.array.buffers = nullptr;
+    Held<ArrowArray> decoded, encoded, encodedPart;
+    std::size_t first = 0, again = 0, part = 0;
+    ASSERT_EQ(columns.decode(nothing.schema, nothing.array, first, decoded), std::nullopt);
+    ASSERT_EQ(columns.encode(nothing.schema, nothing.array, again, encoded), std::nullopt);
+    for (const ArrowArray* const batch : {&decoded, &encoded})
+        EXPECT_TRUE(batch->length == 300 && batch->children[0]->null_count == 300 &&
+                    batch->children[1]->null_count == 300);
+    // Where the datatype needs a field, the fault of the row says so.
+    Held<ArrowSchema> schema;
+    columns.writeSchema(schema);
+    Given whole("z", {
+                         Bytes{1, 0, 2, 0}
+    });
+    first = 0;
+    decoded.clear();
+    ASSERT_EQ(columns.decode(whole.schema, whole.array, first, decoded), std::nullopt);
+    ArrowSchema* const value = schema.children[0];
+    value->children[1]->format = "n";
+    ASSERT_EQ(columns.encode(*value, *decoded.children[0], part, encodedPart), std::nullopt);
+    EXPECT_THAT(cellOf(*encodedPart.children[1], 0), testing::Optional(testing::HasSubstr("B")));
+}
+
 TEST(ColumnsTest, RefusesWrongBuffers)
 {
     const omt::Columns columns(smallCodec().type("Two"));

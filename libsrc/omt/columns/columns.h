@@ -51,12 +51,12 @@ public:
     /// The type of decoded batches: a struct of "value" and "fault", a text. The caller releases
     /// it.
     void writeSchema(ArrowSchema& schema) const;
-    /// Decodes a column of octets (binary with offsets of 32 or 64 bits, binary views, or binary of
-    /// a fixed size) from row `first` on. The batch becomes the caller's, to release; it has one
-    /// row for each row of the column, up to the end, or to where the batch would be too large, and
-    /// `first` becomes the row after it. Where octets are no value, "value" is null and "fault"
-    /// says why; where octets are left over, "value" is there and "fault" says how many. A row that
-    /// is null is null in both.
+    /// Decodes a column of octets (binary with offsets of 32 or 64 bits, binary views, binary of a
+    /// fixed size, or the type null, where all rows are null) from row `first` on. The batch
+    /// becomes the caller's, to release; it has one row for each row of the column, up to the end,
+    /// or to where the batch would be too large, and `first` becomes the row after it. Where octets
+    /// are no value, "value" is null and "fault" says why; where octets are left over, "value" is
+    /// there and "fault" says how many. A row that is null is null in both.
     ///
     /// Returns why the column is none of octets, or what is wrong with its buffers; then nothing is
     /// made. Allocates by columns and by the logarithm of rows, except for faults.

@@ -37,12 +37,16 @@ std::optional<std::string> OctetCells::open(const ArrowSchema& schema, const Arr
              std::from_chars(format.data() + 2, format.data() + format.size(), myWidth).ptr ==
                  format.data() + format.size())
         myForm = Form::fixed;
+    else if (format == "n")
+        myForm = Form::nothing;
     else
         return "a column of octets is expected, and its format is \"" + std::string(format) + '"';
     if (schema.dictionary) return "a column of octets is expected, not one of a dictionary";
-    if (std::optional<std::string> fault = findArrayFault(array, isFixed ? 2 : 3)) return fault;
+    const std::int64_t buffers = myForm == Form::nothing ? 0 : isFixed ? 2 : 3;
+    if (std::optional<std::string> fault = findArrayFault(array, buffers)) return fault;
     myRows = static_cast<std::size_t>(array.length);
     myFirst = static_cast<std::size_t>(array.offset);
+    if (myForm == Form::nothing) return std::nullopt;
     myValid = static_cast<const std::uint8_t*>(array.buffers[0]);
     myPlaces = static_cast<const std::uint8_t*>(array.buffers[1]);
     myData = static_cast<const std::uint8_t*>(array.buffers[isFixed ? 1 : 2]);

@@ -46,7 +46,9 @@ private:
         offsets32,
         offsets64,
         views,
-        fixed
+        fixed,
+        /// All rows are null, and there are no buffers.
+        nothing
     };
     template <typename Offset>
     std::optional<Octets> between(std::size_t row) const;
@@ -80,7 +82,7 @@ inline bool isBitSet(const std::uint8_t* bits, std::size_t at)
 
 inline bool OctetCells::isNull(std::size_t row) const
 {
-    return myValid && !isBitSet(myValid, myFirst + row);
+    return myForm == Form::nothing || (myValid && !isBitSet(myValid, myFirst + row));
 }
 
 template <typename Offset>
@@ -105,6 +107,7 @@ inline std::optional<Octets> OctetCells::operator[](std::size_t row) const
         case Form::views:
             return view(row);
         case Form::fixed:
+        case Form::nothing:
             break;
     }
     return wide(row);
