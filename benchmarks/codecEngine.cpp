@@ -3,6 +3,7 @@
 // decoding, one field, encoding, and JSON both ways take; compiling; growth; allocations.
 #include "handWritten.h"
 #include "modelFiles.h"
+#include "omt/columns/columns.h"
 #include "omt/omt.h"
 #include "randomValues.h"
 #include "ratio.h"
@@ -308,11 +309,12 @@ double compile()
     return secondsOf([] { const omt::Codec compiled(rpr()); });
 }
 
-/// An array of records to a value and JSON, over and over until a million records were read.
+constexpr std::size_t theRecords = 1000000;
+
+/// An array of so many records.
 template <std::size_t size>
-double array()
+const Buffer& arrayOf()
 {
-    constexpr std::size_t theRecords = 1000000;
     static const Buffer theOctets = []
     {
         const Values<byHand::Parameters>& all = valuesOf<byHand::Parameters>();
@@ -322,18 +324,65 @@ double array()
                           all.octets[i % all.theCount].end());
         return octets;
     }();
-    static omt::Value theValue;
-    static std::string theText;
+    return theOctets;
+}
+
+/// Arrays with a million records in all, each to a value of its own or from this to a text of its
+/// own: few touch as much memory as many.
+template <std::size_t size, bool isToJson>
+double arrays()
+{
+    constexpr std::size_t theArrays = theRecords / size;
+    const Buffer& octets = arrayOf<size>();
     const omt::Type& type = valuesOf<byHand::Parameters>().type;
+    static std::vector<omt::Value> theValues(theArrays, type.decode(octets));
+    static std::vector<std::string> theTexts(isToJson ? theArrays : 0, theValues[0].json());
     return secondsOf(
         [&]
         {
-            for (std::size_t done = 0; done < theRecords; done += size)
+            for (std::size_t i = 0; i < theArrays; ++i)
             {
-                type.decode(theOctets, theValue);
-                theText.clear();
-                theValue.appendJson(theText);
+                if (!isToJson)
+                    type.decode(octets, theValues[i]);
+                else
+                {
+                    theTexts[i].clear();
+                    theValues[i].appendJson(theTexts[i]);
+                }
             }
+        });
+}
+
+/// A column of arrays with a million records in all.
+template <std::size_t size>
+double arrayColumn()
+{
+    constexpr std::size_t theRows = theRecords / size;
+    static const omt::Columns theColumns(valuesOf<byHand::Parameters>().type);
+    std::vector<std::int32_t> offsets{0};
+    Buffer octets;
+    for (std::size_t row = 0; row < theRows; ++row)
+    {
+        octets.insert(octets.end(), arrayOf<size>().begin(), arrayOf<size>().end());
+        offsets.push_back(static_cast<std::int32_t>(octets.size()));
+    }
+    const void* buffers[] = {nullptr, offsets.data(), octets.data()};
+    ArrowSchema schema{};
+    schema.format = "z";
+    schema.release = [](ArrowSchema*) {};
+    ArrowArray array{};
+    array.length = static_cast<std::int64_t>(theRows);
+    array.n_buffers = 3;
+    array.buffers = buffers;
+    array.release = [](ArrowArray*) {};
+    return secondsOf(
+        [&]
+        {
+            ArrowArray batch{};
+            std::size_t first = 0;
+            const auto fault = theColumns.decode(schema, array, first, batch);
+            if (fault || first != theRows) std::abort();
+            batch.release(&batch);
         });
 }
 
@@ -381,7 +430,13 @@ std::vector<ratios::Ratio> ratios::codecEngineRatios()
         {"codec_compile", readModel, compile, theRPR}
     };
     for (const std::vector<Ratio>& some : rows) all.insert(all.end(), some.begin(), some.end());
-    all.push_back({"codec_growth", array<1000>, array<1000000>, theRPR});
+    constexpr const char* theGrowth = "codec_growth";
+    all.push_back(
+        {"codec_growth_value", arrays<1000, false>, arrays<theRecords, false>, theRPR, theGrowth});
+    all.push_back(
+        {"codec_growth_json", arrays<1000, true>, arrays<theRecords, true>, theRPR, theGrowth});
+    all.push_back(
+        {"codec_growth_columns", arrayColumn<1000>, arrayColumn<theRecords>, theRPR, theGrowth});
     all.push_back({"codec_allocations", one, requests, theRPR});
     return all;
 }

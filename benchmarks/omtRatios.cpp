@@ -61,7 +61,7 @@ std::vector<Ratio> registerRatios()
     for (const auto& list :
          {ratios::oldAndNewRatios(), ratios::convertValuesRatios(), ratios::entityTypesRatios(),
           ratios::modelEngineRatios(), ratios::codecEngineRatios(), ratios::batchDecodeRatios(),
-          ratios::columnsRatios()})
+          ratios::coldStartRatios(), ratios::columnsRatios()})
         all.insert(all.end(), list.begin(), list.end());
     std::vector<Ratio> registered;
     for (const Ratio& ratio : all)

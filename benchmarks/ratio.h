@@ -43,6 +43,7 @@ std::vector<Ratio> entityTypesRatios();
 std::vector<Ratio> modelEngineRatios();
 std::vector<Ratio> codecEngineRatios();
 std::vector<Ratio> batchDecodeRatios();
+std::vector<Ratio> coldStartRatios();
 std::vector<Ratio> columnsRatios();
 
 /// The same for omt_growth, in growth.cpp.
