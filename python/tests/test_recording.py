@@ -6,6 +6,7 @@ import os
 import random
 import subprocess
 import sys
+import time
 import xml.etree.ElementTree as ElementTree
 from collections.abc import Iterator
 from pathlib import Path
@@ -48,9 +49,9 @@ def test_lines(form: str, tmp_path: Path) -> None:
     rows = recording.read(tmp_path / "lines").read_all()
     rows.validate(full=True)
     assert rows.num_rows == len(ROWS[form])
-    for row, (time, octets, note, problem) in zip(rows.to_pylist(), ROWS[form]):
+    for row, (seconds, octets, note, problem) in zip(rows.to_pylist(), ROWS[form]):
         assert (row["time"], row["octets"], row["note"]) == \
-            (time, None if octets is None else bytes.fromhex(octets), note), row
+            (seconds, None if octets is None else bytes.fromhex(octets), note), row
         assert (row["problem"] or "").startswith(problem or "") and bool(row["problem"]) == bool(problem)
         assert row["problem"] is None or form == "csv" or row["class"] in ("Ship", None)
 
@@ -101,6 +102,19 @@ def test_a_folder_decodes_with_nothing_but_itself(tmp_path: Path) -> None:
     for arguments, error, match in wrong:
         with pytest.raises(error, match=match):
             recording.decode(tmp_path / "kept", **{"member": "PortEntity.Name", **arguments})
+
+
+def test_reading_waits_for_who_takes_the_rows(tmp_path: Path, ships: omt.Model) -> None:
+    rows = [{"class": "Ship", "member": "State", "octets": STATE, "tag": at.to_bytes(1000, "big")} for at in range(20_000)]
+    recording.write(rows, tmp_path / "kept", ships)
+    file, = (tmp_path / "kept").rglob("*.parquet")
+    pq.write_table(pq.ParquetFile(file).read(), file, row_group_size=500)
+    before = pa.total_allocated_bytes()
+    batches = recording.batches(file, "Ship.State")
+    assert len(batches.read_next_batch()) == 500
+    time.sleep(0.5)
+    assert pa.total_allocated_bytes() - before < 4_000_000, "20 MB are in the file"
+    assert sum(len(batch) for batch in batches) == 19_500
 
 
 def test_names_of_classes_stay_in_the_folder(tmp_path: Path, ships: omt.Model) -> None:

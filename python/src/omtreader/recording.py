@@ -452,16 +452,18 @@ class _Decoder:
         filter = pc.field("member") == self.member.name.rpartition(".")[2]
         if where is not None:
             filter = filter & where
-        # Buffering ahead keeps what was read until the end of the file, and reading ahead a million
-        # rows at a time. A batch has few octets, whatever a row has.
+        # Buffering ahead keeps what was read until the end of the file. Row groups are scanned one by
+        # one, as a scanner of several reads on and on while whoever takes the batches is busy.
         options = ds.ParquetFragmentScanOptions(pre_buffer=False)
         form = ds.ParquetFileFormat(default_fragment_scan_options=options)
         data = ds.dataset(self.file.path, format=form, partitioning=None)
+        most = min(MOST_ROWS, self.file.rows_in(MOST_OCTETS))
         try:
-            for rows in data.to_batches(columns=read, filter=filter, batch_readahead=1,
-                                        fragment_readahead=1, batch_size=min(
-                                            MOST_ROWS, self.file.rows_in(MOST_OCTETS))):
-                yield from self.decoded(rows, schema)
+            for fragment in data.get_fragments():
+                for group in fragment.split_by_row_group(filter, schema=data.schema):
+                    for rows in group.to_batches(schema=data.schema, columns=read, filter=filter,
+                                                 batch_size=most, batch_readahead=1):
+                        yield from self.decoded(rows, schema)
         except (pa.ArrowInvalid, OSError) as error:
             raise RecordingError(f"{self.file.path}: {error}") from None
 
