@@ -500,9 +500,18 @@ NB_MODULE(_core, module)
         .def("__len__", &Table::rows)
         .def("__arrow_c_schema__", &Table::schemaCapsule)
         .def(
-            "__arrow_c_array__",
-            [](const Table& table, nb::handle) { return table.arrayCapsules(); },
+            "_array", [](const Table& table, nb::handle) { return table.arrayCapsules(); },
             nb::arg("requested_schema") = nb::none())
+        // Some take the array wherever there is one, and never ask for the stream.
+        .def_prop_ro(
+            "__arrow_c_array__",
+            [](nb::handle table) -> nb::object
+            {
+                if (!nb::cast<const Table&>(table).isOneBatch())
+                    throw nb::attribute_error("there are several batches: take the stream");
+                return table.attr("_array");
+            },
+            "Of a table of one batch; others do not have it.")
         .def(
             "__arrow_c_stream__",
             [](const Table& table, nb::handle) { return table.streamCapsule(); },

@@ -283,8 +283,7 @@ nb::object Table::schemaCapsule() const
 
 nb::tuple Table::arrayCapsules() const
 {
-    if (myBatches.size() != 1)
-        throw nb::value_error("there are several batches: take them as a stream");
+    if (!isOneBatch()) throw nb::value_error("there are several batches: take the stream");
     auto array = std::make_unique<ArrowArray>();
     share(myBatches[0], myBatches[0]->it, *array);
     return nb::make_tuple(schemaCapsule(), capsule(std::move(array), "arrow_array"));

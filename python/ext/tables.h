@@ -50,7 +50,9 @@ public:
 
     std::size_t rows() const;
     nanobind::object schemaCapsule() const;
+    /// Of a table of one batch; else of its stream alone.
     nanobind::tuple arrayCapsules() const;
+    bool isOneBatch() const { return myBatches.size() == 1; }
     nanobind::object streamCapsule() const;
 
     void writeSchema(ArrowSchema& schema) const;

@@ -103,8 +103,8 @@ def test_columns(codec: omt.Codec) -> None:
     for given in (column.cast(pa.binary_view()), (row for row in rows)):
         assert pa.table(codec.decode_column("Ship.State", given)).to_pylist() == expected
     chunked = codec.decode_column("Ship.State", pa.chunked_array([column[:1], column[1:]]))
-    with pytest.raises(ValueError, match="stream"):
-        chunked.__arrow_c_array__()
+    assert not hasattr(chunked, "__arrow_c_array__")  # some would take it and no stream
+    assert pa.table(chunked).to_pylist() == expected
     number = codec.decode_column("State", rows, labels="number", widen_unsigned=True)
     value = pa.record_batch(number)["value"].field("Flag")
     del number, chunked

@@ -4,6 +4,7 @@
 import importlib.util
 from pathlib import Path
 
+import pyarrow as pa
 import pytest
 
 pytest.importorskip("matplotlib")
@@ -15,6 +16,9 @@ def test_tracks(tmp_path: Path) -> None:
     assert spec and spec.loader
     tracks = importlib.util.module_from_spec(spec)
     spec.loader.exec_module(tracks)
+    place = {"X": 1.0, "Y": 2.0, "Z": 3.0}
+    variants = [{"One": {"At": place}, "Two": None}, {"One": None, "Two": {"Is": True, "At": place}}]
+    assert tracks.positions(pa.array(variants)).to_pylist() == [place, place]
     tracks.main(["--make", str(tmp_path / "hour")])
     found = tracks.tracks_of(tmp_path / "hour", "PortEntity.Position")
     assert set(found) == set(tracks.PLANS) and all(len(times) == 361 for times, _ in found.values())

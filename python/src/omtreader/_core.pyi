@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-from collections.abc import Iterable, Sequence
+from collections.abc import Callable, Iterable, Sequence
 from typing import Any, Literal, Protocol
 
 from typing_extensions import Buffer
@@ -43,7 +43,9 @@ class Table:
 
     def __len__(self) -> int: ...
     def __arrow_c_schema__(self) -> object: ...
-    def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]: ...
+    @property
+    def __arrow_c_array__(self) -> Callable[..., tuple[object, object]]:
+        """Of a table of one batch; others do not have it."""
     def __arrow_c_stream__(self, requested_schema: object = None) -> object: ...
 
 class Codec:
