@@ -5,7 +5,8 @@
     tracks.py FOLDER PICTURE [MEMBER]   a recording as omtreader.recording keeps it
     tracks.py --make FOLDER             first makes one: an hour in the harbour of the sample models
 
-MEMBER is a geocentric position, X, Y and Z in metres; "PortEntity.Position" where it is not given.
+MEMBER is a geocentric position, X, Y and Z in metres, or holds one as the Spatial of the RPR FOM does:
+"BaseEntity.Spatial". Without it, "PortEntity.Position".
 """
 import sys
 from pathlib import Path
@@ -17,12 +18,18 @@ matplotlib.use("Agg")
 import matplotlib.pyplot as plt
 import numpy as np
 import omtreader as omt
-from matplotlib.ticker import FuncFormatter, MultipleLocator
+import pyarrow as pa
+import pyarrow.compute as pc
+from matplotlib.ticker import FuncFormatter, MaxNLocator, MultipleLocator
 from omtreader import recording
 
 COLOURS = ["#0b6e99", "#d1495b", "#edae49", "#3c896d", "#7a5195", "#8d6a4f"]
 INK, FAINT, SEA = "#22313f", "#b9c6d0", "#f2f7fa"
 KNOT = 1852 / 3600
+MOST_NAMED, MOST_SPEEDS = 12, 8
+LENGTHS = [digit * 10 ** power for power in range(5) for digit in (1, 2, 5)]
+STEPS = [one / 3600 for one in (0.1, 0.3, 0.6, 1.2, 3, 6, 15, 30, 60, 120, 300, 600, 1800)]
+STEPS += [1, 2, 5, 10, 30]
 
 # Reading ---------------------------------------------------------------------------------------
 
@@ -30,10 +37,27 @@ KNOT = 1852 / 3600
 def tracks_of(folder, member):
     """For each object its times in seconds and an array of geocentric positions in metres."""
     rows = recording.decode(folder, member, columns=["time", "object"])
-    rows = rows.filter(rows["value"].is_valid()).sort_by("time").flatten()
-    place = np.column_stack([rows[f"value.{axis}"].to_numpy() for axis in "XYZ"])
+    rows = rows.filter(rows["value"].is_valid()).sort_by("time")
+    places = positions(rows["value"].combine_chunks())
+    if places is None:
+        raise ValueError(f"{member} holds no X, Y and Z")
+    rows = rows.append_column("place", places)
+    rows = rows.filter(rows["place"].is_valid())
+    place = np.column_stack([pc.struct_field(rows["place"], axis).to_numpy() for axis in "XYZ"])
     times, names = rows["time"].to_numpy(), np.array(rows["object"].to_pylist())
     return {name: (times[names == name], place[names == name]) for name in dict.fromkeys(names)}
+
+
+def positions(values):
+    """The position that each value is, or that the first of its parts to have one has: in a variant
+    record all alternatives but one are null. Null where there is none."""
+    if not pa.types.is_struct(values.type):
+        return None
+    names = [field.name for field in values.type]
+    if {"X", "Y", "Z"} <= set(names):
+        return values
+    found = [one for name in names if (one := positions(pc.struct_field(values, name))) is not None]
+    return pc.coalesce(*found) if found else None
 
 
 def geodetic(place):
@@ -56,21 +80,30 @@ def speeds(times, place):
 # Drawing ---------------------------------------------------------------------------------------
 
 
-def degrees(letters):
+def degrees(axis, low, high, letters):
+    """Marks an axis in degrees and minutes, at a handful of round places."""
+    step = next((one for one in STEPS if (high - low) / one < 8), STEPS[-1])
+    digits = 1 if step * 60 >= 0.5 else 3
+
     def text(value, _):
-        whole, minutes = divmod(round(abs(value) * 60, 2), 60)
-        return f"{whole:.0f}°{minutes:04.1f}′{letters[int(value < 0)]}"
-    return FuncFormatter(text)
+        whole, minutes = divmod(round(abs(value) * 60, digits), 60)
+        return f"{whole:.0f}°{minutes:0{digits + 3}.{digits}f}′{letters[int(value < 0)]}"
+    axis.set_major_locator(MultipleLocator(step))
+    axis.set_major_formatter(FuncFormatter(text))
 
 
-def scale_bar(axes, latitude, metres=1852):
-    """One nautical mile, in the lower left corner."""
-    length = metres / (111320 * np.cos(np.radians(latitude)))
+def scale_bar(axes, latitude):
+    """A round length in the lower left corner."""
     left, right = axes.get_xlim()
     bottom, top = axes.get_ylim()
+    degree = 111320 * np.cos(np.radians(latitude))
+    room = (right - left) * degree / 3
+    unit, name = (1852, "nautical mile") if room > 1852 else (1, "metre")
+    count = max(one for one in LENGTHS if one * unit <= max(room, 1))
+    length = count * unit / degree
     x, y = left + 0.04 * (right - left), bottom + 0.05 * (top - bottom)
     axes.plot([x, x + length], [y, y], color=INK, lw=3, solid_capstyle="butt", zorder=5)
-    axes.annotate("1 nautical mile", (x + length / 2, y), (0, 5), textcoords="offset points",
+    axes.annotate(f"{count} {name}{'s' if count > 1 else ''}", (x + length / 2, y), (0, 5), textcoords="offset points",
                   ha="center", color=INK, fontsize=9)
 
 
@@ -87,8 +120,8 @@ def loneliest(tracks, name, points=40):
 
 def draw_map(axes, tracks, colours):
     everywhere = np.concatenate([geodetic(place)[0] for _, place in tracks.values()])
-    axes.set_aspect(1 / np.cos(np.radians(everywhere.mean())))
-    for name, (times, place) in tracks.items():
+    axes.set_aspect(1 / np.cos(np.radians(everywhere.mean())), adjustable="datalim")
+    for count, (name, (times, place)) in enumerate(tracks.items()):
         latitude, longitude = geodetic(place)
         axes.plot(longitude, latitude, color=colours[name], lw=2, alpha=0.9, zorder=3)
         # A point every ten minutes tells direction and haste; a ring is where it began.
@@ -96,6 +129,8 @@ def draw_map(axes, tracks, colours):
         axes.scatter(longitude[ten], latitude[ten], s=14, color=colours[name], zorder=4)
         axes.scatter(longitude[0], latitude[0], s=46, facecolor="white", edgecolor=colours[name], lw=2, zorder=4)
         axes.scatter(longitude[-1], latitude[-1], s=60, color=colours[name], marker="s", zorder=4)
+        if count >= MOST_NAMED:
+            continue
         place, side = loneliest(tracks, name)
         axes.annotate(name, place, (0, 10 * side), textcoords="offset points", ha="center",
                       va="bottom" if side > 0 else "top", color=colours[name], fontsize=10.5,
@@ -103,17 +138,18 @@ def draw_map(axes, tracks, colours):
                       path_effects=[matplotlib.patheffects.withStroke(linewidth=3, foreground=SEA)])
     axes.margins(0.06, 0.12)
     axes.set_facecolor(SEA)
-    for axis, letters in ((axes.xaxis, "EW"), (axes.yaxis, "NS")):
-        axis.set_major_locator(MultipleLocator(1 / 30 if axis is axes.xaxis else 1 / 60))
-        axis.set_major_formatter(degrees(letters))
+    axes.apply_aspect()
+    degrees(axes.xaxis, *axes.get_xlim(), "EW")
+    degrees(axes.yaxis, *axes.get_ylim(), "NS")
     scale_bar(axes, everywhere.mean())
-    axes.set_title("Tracks", loc="left", color=INK, fontsize=12)
+    named = f" ({MOST_NAMED} of {len(tracks)} named)" if len(tracks) > MOST_NAMED else ""
+    axes.set_title("Tracks" + named, loc="left", color=INK, fontsize=12)
     axes.text(1, 1.02, "ring: start    point: ten minutes    square: end", transform=axes.transAxes,
               ha="right", color=INK, fontsize=9)
 
 
 def draw_speeds(all_axes, tracks, colours):
-    fastest = max(speeds(*track)[1].max() for track in tracks.values())
+    fastest = max(max(speeds(*track)[1], default=0) for track in tracks.values()) or 1
     for axes, (name, track) in zip(all_axes, tracks.items()):
         times, way = speeds(*track)
         axes.fill_between(times / 60, way, color=colours[name], alpha=0.22, lw=0)
@@ -122,7 +158,7 @@ def draw_speeds(all_axes, tracks, colours):
         axes.text(0.01, 0.86, name, transform=axes.transAxes, color=colours[name], fontsize=10,
                   fontweight="bold", va="top",
                   path_effects=[matplotlib.patheffects.withStroke(linewidth=3, foreground="white")])
-        axes.yaxis.set_major_locator(MultipleLocator(10))
+        axes.yaxis.set_major_locator(MaxNLocator(3))
         axes.yaxis.tick_right()
         axes.margins(x=0)
     all_axes[0].set_title("Speed in knots", loc="left", color=INK, fontsize=12)
@@ -135,11 +171,12 @@ def draw(tracks, picture):
                          "axes.axisbelow": True, "font.size": 9})
     colours = {name: COLOURS[place % len(COLOURS)] for place, name in enumerate(tracks)}
     figure = plt.figure(figsize=(13, 6.2), layout="constrained")
-    grid = figure.add_gridspec(len(tracks), 2, width_ratios=[2.05, 1])
+    shown = dict(list(tracks.items())[:MOST_SPEEDS])
+    grid = figure.add_gridspec(len(shown), 2, width_ratios=[2.05, 1])
     draw_map(figure.add_subplot(grid[:, 0]), tracks, colours)
     rows = [figure.add_subplot(grid[0, 1])]
-    rows += [figure.add_subplot(grid[row, 1], sharex=rows[0]) for row in range(1, len(tracks))]
-    draw_speeds(rows, tracks, colours)
+    rows += [figure.add_subplot(grid[row, 1], sharex=rows[0]) for row in range(1, len(shown))]
+    draw_speeds(rows, shown, colours)
     for axes in rows[:-1]:
         axes.tick_params(labelbottom=False)
     for axes in figure.axes:
@@ -219,7 +256,13 @@ def main(words):
         return make(words[1])
     if len(words) not in (2, 3):
         sys.exit(__doc__)
-    draw(tracks_of(words[0], *words[2:] or ["PortEntity.Position"]), words[1])
+    try:
+        tracks = tracks_of(words[0], *words[2:] or ["PortEntity.Position"])
+    except (OSError, ValueError) as error:
+        sys.exit(f"tracks.py: {error}")
+    if not tracks:
+        sys.exit("tracks.py: no position is recorded")
+    draw(tracks, words[1])
 
 
 if __name__ == "__main__":
