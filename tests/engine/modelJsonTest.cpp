@@ -73,14 +73,15 @@ TEST(JsonWriter, NestsOnOneLineAndIndented)
     EXPECT_THAT(page, HasSubstr("\n  []\n ],\n \"b\": true\n}"));
 }
 
-TEST(NearestNames, TheNearestAlwaysOthersWhereTheyAreNear)
+TEST(NearestNames, TheNearestAndOthersWhereTheyAreNear)
 {
     EXPECT_THAT(omt::nearestNames("cra", {"Van", "Car", "Crane", "Car"}),
                 ElementsAre("Car", "Crane"));
     EXPECT_THAT(omt::nearestNames("Location", {"Octet", "WorldLocationStruct"}),
                 ElementsAre("WorldLocationStruct"));
     EXPECT_THAT(omt::nearestNames("Car", {"Car", "Cart"}), ElementsAre("Cart"));
-    EXPECT_THAT(omt::nearestNames("x", {"LongName"}), ElementsAre("LongName"));
+    EXPECT_THAT(omt::nearestNames("Nope", {"Nice"}), ElementsAre("Nice"));
+    EXPECT_THAT(omt::nearestNames("Nope", {"Octet", "IFF"}), testing::IsEmpty());
     EXPECT_EQ(omt::unknownName("class", "x", std::vector<std::string>()), "no class \"x\"");
     EXPECT_LT(
         omt::unknownName("class", "x", std::vector<std::string>{std::string(1000, 'y')}).size(),

@@ -175,7 +175,7 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--member Vesel.Name 00", "\"Vesel.Name\": no class \"Vesel\"; did you mean Vessel"},
         {"--member Name 00", "\"Name\" is not of the form CLASS.NAME; did you mean "},
         {"--attribute Vessel.Nane 00", "\"Vessel.Nane\": no attribute \"Nane\"; did you mean Name"},
-        {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"; "},
+        {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"\n"},
     }, 1);
     EXPECT_THAT(run("decode old.omd ./input --type octet").err, HasSubstr("omt: octets in a file are named with"));
     expectMessage("decode", {

@@ -96,9 +96,12 @@ std::vector<std::string_view> nearestNames(std::string_view sought,
     std::vector<std::string_view> nearest;
     for (const Rank& one : ranked)
     {
-        const bool isNear = one.changes * 2 <= std::max(sought.size(), one.name.size());
+        const std::size_t letters = std::max(sought.size(), one.name.size());
         if (nearest.size() == most) break;
-        if (nearest.empty() || (isNear && nearest.back() != one.name)) nearest.push_back(one.name);
+        // The first may be a guess, but not a longer one with next to nothing of what was sought.
+        if (nearest.empty() ? letters <= 2 || one.changes * 3 <= letters * 2
+                            : one.changes * 2 <= letters && nearest.back() != one.name)
+            nearest.push_back(one.name);
     }
     return nearest;
 }

@@ -13,10 +13,10 @@ namespace omt
 {
 
 /// Up to `most` of the names, each once: those first that take the fewest changes of a letter to
-/// become the name that was sought, upper and lower case counting as the same and a
-/// part of a name as near. The nearest is always among them, others only where half of their
-/// letters may stay. Names are compared by their first 200 octets, so that time grows with the
-/// number of names only.
+/// become the name that was sought, upper and lower case counting as the same and a part of a name
+/// as near. Half of the letters of each may stay, of the nearest a third unless it is of two
+/// letters; where none is that near there are none. Names are compared by their first 200 octets,
+/// so that time grows with the number of names only.
 OMT_EXPORT std::vector<std::string_view> nearestNames(std::string_view sought,
                                                       const std::vector<std::string_view>& names,
                                                       std::size_t most = 3);
