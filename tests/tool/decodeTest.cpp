@@ -233,14 +233,15 @@ TEST_F(ValueTest, EncodesWhatJsonSaysAndChangesWhatIsNamed)
 TEST_F(ValueTest, ShowsLayouts)
 {
     expectOutput("layout", {
+        {"-q BerthNumber", "  Offset  Octets  Boundary  Padding  Name         Datatype     Remark\n"
+                           "  0       2       2         0        BerthNumber  BerthNumber  unsigned, 16 bits, big-endian\n"},
         {"odd.xml -q Row",
          "  Offset  Octets   Boundary  Padding  Name    Datatype      Remark\n"
          "  0       9 to 13  4         0        Row     Row\n"
          "  0       1        1         0          Kind  E             unsigned, 8 bits\n"
          "  4       5 to 9   4         3          More  V             the length of the alternative at 1\n"
          "  0       1        1         0            D   E             discriminant; unsigned, 8 bits\n"
-         "  5       4        4         0            F   HLAfloat32BE  alternative of One, One; floating point,\n"
-         "                                                            32 bits\n"},
+         "  5       4        4         0            F   HLAfloat32BE  alternative of One, One; floating point, 32 bits\n"},
     });
     json shown = json::parse(runCase("layout", {"--member PortCall.DeclaredCargo --json", ""}).out);
     EXPECT_EQ(shown["parts"][1]["name"], "ContainerLoad");

@@ -39,18 +39,6 @@ std::string detailOf(const omt::Datatype& datatype)
     return "";
 }
 
-/// The representation that a leaf comes down to; empty for what is no leaf.
-std::string representationOf(const omt::Datatype& datatype)
-{
-    if (const auto* const simple = datatype.as<omt::SimpleData>())
-        return simple->representation.str();
-    if (const auto* const reference = datatype.as<omt::ReferenceData>())
-        return reference->representation.str();
-    if (const auto* const enumerated = datatype.as<omt::EnumeratedData>())
-        return enumerated->representation.str();
-    return "";
-}
-
 class Tree
 {
 public:
@@ -114,6 +102,17 @@ private:
 };
 
 }  // namespace
+
+std::string representationOf(const omt::Datatype& datatype)
+{
+    if (const auto* const simple = datatype.as<omt::SimpleData>())
+        return simple->representation.str();
+    if (const auto* const reference = datatype.as<omt::ReferenceData>())
+        return reference->representation.str();
+    if (const auto* const enumerated = datatype.as<omt::EnumeratedData>())
+        return enumerated->representation.str();
+    return "";
+}
 
 std::string datatypeTree(const omt::Model& model, const omt::Datatype& datatype)
 {

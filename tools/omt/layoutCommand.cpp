@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "layoutCommand.h"
 
+#include "datatypeTree.h"
 #include "errors.h"
 #include "messages.h"
 #include "omt/codec/layout.h"
@@ -18,7 +19,7 @@ namespace
 using Json = nlohmann::ordered_json;
 using LayoutRows = std::vector<omt::LayoutRow>;
 
-constexpr std::size_t theNarrowestRemark = 40;  // what most of them need, on a wider page
+constexpr std::size_t theNarrowestRemark = 52;  // what most of them need, on a wider page
 constexpr std::size_t theMostRows = 100'000;    // after which libomt ends a layout
 
 struct LayoutChoice
@@ -71,6 +72,34 @@ std::string sizeOf(const omt::LayoutRow& row)
     return *row.greatestSize == row.leastSize ? least : least + " to " + numberOf(row.greatestSize);
 }
 
+/// "big-endian" for a number of several octets whose representation says so; else empty.
+std::string byteOrder(const omt::LayoutRow& row, const omt::Model& model)
+{
+    const bool isNumber = row.kind == "number" || row.kind == "enumerated";
+    if (!isNumber || row.leastSize < 2) return "";
+    constexpr int theMostSteps = 8;  // of representations that are datatypes themselves
+    std::string name = row.type;
+    for (int step = 0; step < theMostSteps && !name.empty(); ++step)
+    {
+        const omt::Datatype datatype = model.findDatatype(name);
+        if (const auto* const basic = datatype.as<omt::BasicData>())
+            return basic->endian == "Big"      ? "big-endian"
+                   : basic->endian == "Little" ? "little-endian"
+                                               : "";
+        name = representationOf(datatype);
+    }
+    return "";
+}
+
+LayoutRows rowsOf(const ValueTarget& target)
+{
+    LayoutRows rows = omt::layout(target.type);
+    for (omt::LayoutRow& row : rows)
+        if (const std::string order = byteOrder(row, target.model); !order.empty())
+            row.remark += (row.remark.empty() ? "" : ", ") + order;
+    return rows;
+}
+
 std::string table(const LayoutRows& rows, const std::string& name)
 {
     TextTable table({
@@ -117,7 +146,7 @@ Result show(LayoutChoice& choice)
     prepare(choice);
     const std::optional<ValueTarget> target = findTarget(choice.target);
     if (!target) return theFailure;
-    const LayoutRows rows = omt::layout(target->type);
+    const LayoutRows rows = rowsOf(*target);
     if (rows.size() > theMostRows) writeWarning("the layout is longer, and was cut off");
     if (!choice.asJson) return {table(rows, target->name)};
     std::size_t at = 0;

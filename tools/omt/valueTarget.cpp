@@ -160,6 +160,7 @@ std::optional<ValueTarget> findTarget(const TargetChoice& choice)
     const std::optional<omt::Codec> codec = readCodec(choice);
     if (!codec) return std::nullopt;
     ValueTarget target = lookUp(*codec, choice);
+    target.model = codec->model();
     writeFindingsAbout(target.type, codec->findings());
     return target;
 }

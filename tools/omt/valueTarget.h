@@ -34,6 +34,7 @@ struct ValueTarget
     /// What messages and tables call the value.
     std::string name;
     omt::Type type;
+    omt::Model model = {};
 };
 
 /// Adds the words, --mim, what names the value, and what a codec needs to know besides the model,
