@@ -196,6 +196,7 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--type BerthIdentifier --from 42000007 --set Nmber=8", "--set Nmber: no field \"Nmber\"; did you mean Number"},
         {"--type BerthIdentifier --from 4200 --set Number=8", "--from: BerthIdentifier.Number: octet 2: "},
     }, 1);
+    EXPECT_THAT(run("encode odd.xml value.json --type Row").err, HasSubstr("; a value in a file is named with --file"));
     expectMessage("encode", {
         {"--bogus --type Metres 1", "no option"}, {"--type Metres 1 2", "\"2\" is too much: "},
         {"--type Metres --set X=1 --file a", "--file excludes --set"}, {"--type Metres --text=1 1", "\"1\" is too"},

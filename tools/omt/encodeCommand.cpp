@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cctype>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 
@@ -111,10 +112,27 @@ Octets changed(const EncodeChoice& choice, const ValueTarget& target)
     return {value.octets().begin(), value.octets().end()};
 }
 
+/// As findTarget(); a value in a file of JSON may have been taken for a set of models.
+std::optional<ValueTarget> findTargetOf(const EncodeChoice& choice)
+{
+    const std::vector<std::string>& files = choice.target.model.files;
+    const bool mayBeValue = choice.file == "-" && files.size() > 1 &&
+                            std::filesystem::path(files.back()).extension() == ".json";
+    try
+    {
+        return findTarget(choice.target);
+    }
+    catch (const InputError& error)
+    {
+        if (!mayBeValue) throw;
+        throw InputError(error.what() + std::string("; a value in a file is named with --file"));
+    }
+}
+
 Result encode(EncodeChoice& choice)
 {
     prepare(choice);
-    const std::optional<ValueTarget> target = findTarget(choice.target);
+    const std::optional<ValueTarget> target = findTargetOf(choice);
     if (!target) return theFailure;
     const Octets octets =
         choice.isChange() ? changed(choice, *target) : written(choice, target->type);
