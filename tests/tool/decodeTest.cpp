@@ -135,6 +135,9 @@ TEST_F(ValueTest, ShowsWhatAValueSays)
          "      12      Y    double     NaN (7F F0 00 00 00 00 00 01)\n"},
         {"old.omd --attribute Car.Speed --line 40000000 3DCCCCCD", "[2,0.1]\n"},
         {"--type Metres --line 7f f0 00 00 00 00 00 00", "\"Infinity\"\n"},
+        {"--class Vessel 00 00 00 01 | head -n 3", "  Member   Datatype     Value\n"
+                                                "  State    VesselState  \"AtAnchor\"\n"
+                                                "  Heading  Degrees      1e-45\n"},
         {"--type SignalKind --lines --line", "\"GaleWarning\"\n7\n", "10\r\n\n07\n"},
         {"--type HLAASCIIstring --file raw.bin --json",
          "{\"value\":\"\\\"ÿ\",\"octets\":6,\"left\":0,\"faults\":[],\"notes\":[]}\n"},
@@ -175,11 +178,13 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
         {"--member Vesel.Name 00", "\"Vesel.Name\": no class \"Vesel\"; did you mean Vessel"},
         {"--member Name 00", "\"Name\" is not of the form CLASS.NAME; did you mean "},
         {"--attribute Vessel.Nane 00", "\"Vessel.Nane\": no attribute \"Nane\"; did you mean Name"},
+        {"--class Vesel 00", "no class \"Vesel\"; did you mean Vessel"},
+        {"--class Vessel 00", "the octets are no whole value of any member of Vessel; "},
         {"--parameter Vessel.Name 00", "\"Vessel.Name\": no interaction class \"Vessel\"\n"},
     }, 1);
     EXPECT_THAT(run("decode old.omd ./input --type octet").err, HasSubstr("omt: octets in a file are named with"));
     expectMessage("decode", {
-        {"00", "one of --member, --attribute, --parameter, --type or --updates"}, {"--attribute .Name 00", "--attribute: \".Name\" is not of the form "},
+        {"00", "one of --member, --attribute, --parameter, --type, --class or"}, {"--attribute .Name 00", "--attribute: \".Name\" is not of the form "},
         {"--type SignalKind --line --json 00", "--line excludes --json; see omt decode --help\n"},
         {"--type SignalKind --file ''", "--file: the name of a file is empty"},
         {"--type SignalKind --lines 00", "--lines reads from a file"},

@@ -3,6 +3,7 @@
 
 #include "decodeUpdates.h"
 #include "errors.h"
+#include "fittingMembers.h"
 #include "messages.h"
 #include "octetInput.h"
 #include "plainText.h"
@@ -23,6 +24,7 @@ struct DecodeChoice
     OctetChoice octets;
     TableChoice table;
     UpdatesChoice updates;
+    std::string className;
     std::string entityTypes;
     bool isGeodetic = false;
     bool asLine = false;
@@ -42,17 +44,21 @@ void prepare(DecodeChoice& choice)
     {
         if (!choice.octets.words.empty())
             throw UsageError("octets stand in the arguments and in a recording");
-        if (!choice.target.datatype.empty() || !choice.target.attribute.empty() ||
-            !choice.target.parameter.empty())
+        if (!choice.className.empty() || !choice.target.datatype.empty() ||
+            !choice.target.attribute.empty() || !choice.target.parameter.empty())
             throw UsageError("--updates takes --member, or nothing for all members");
         if (choice.updates.asCsv && choice.target.member.empty())
             throw UsageError("--csv takes --member, whose columns it has");
         checkStandardInput(choice.target.model, choice.updates.file == "-");
         return;
     }
-    if (!choice.target.isNamed())
+    if (!choice.className.empty() && choice.target.isNamed())
+        throw UsageError("--class looks at all members; name one of them, or the class");
+    if (!choice.className.empty() && (choice.asLine || choice.asJson || choice.table.hasOctets))
+        throw UsageError("--class gives a table of members; name one of them for another form");
+    if (!choice.target.isNamed() && choice.className.empty())
         throw UsageError(
-            "one of --member, --attribute, --parameter, --type or --updates is needed");
+            "one of --member, --attribute, --parameter, --type, --class or --updates is needed");
     if (!choice.octets.words.empty() && !choice.octets.file.empty())
         throw UsageError("octets stand in the arguments and in a file");
     if (!choice.octets.words.empty() && choice.octets.isByLine)
@@ -168,6 +174,28 @@ void Decoding::reportNotes()
     }
 }
 
+/// The members of a class that the octets may be.
+Result decodeByClass(const DecodeChoice& choice)
+{
+    const std::optional<omt::Codec> codec = readCodec(choice.target);
+    if (!codec) return theFailure;
+    const ClassRef node = findClass(codec->model(), choice.className);
+    Result result;
+    const auto look = [&](const GivenValue& given)
+    {
+        const std::string table =
+            given.complaint.empty() ? fittingMembers(*codec, node, given.octets) : "";
+        result.text += (result.text.empty() || table.empty() ? "" : "\n") + table;
+        const std::string why = given.complaint.empty()
+                                    ? "the octets are no whole value of any member of " +
+                                          choice.className + "; name one to see how far they go"
+                                    : given.complaint;
+        if (table.empty()) result.complaints.push_back(given.place + why);
+    };
+    readValues(choice.octets, look);
+    return result;
+}
+
 Result decode(DecodeChoice& choice)
 {
     prepare(choice);
@@ -179,6 +207,7 @@ Result decode(DecodeChoice& choice)
         return decodeUpdates(choice.updates, choice.target,
                              choice.entityTypes.empty() ? std::nullopt : std::optional(table.table),
                              choice.isGeodetic);
+    if (!choice.className.empty()) return decodeByClass(choice);
     const std::optional<ValueTarget> target = findTarget(choice.target);
     if (!target)
     {
@@ -197,6 +226,10 @@ void addDecodeArguments(CLI::App& command, DecodeChoice& choice)
                        "Files of the model, and after them HEX, the octets in one argument or in "
                        "several",
                        true);
+    command
+        .add_option("--class", choice.className,
+                    "Of any member of a class: list those of which the octets are a whole value")
+        ->type_name("CLASS");
     addUpdatesArguments(command, choice.updates);
     command
         .add_option("--file", choice.octets.file,
@@ -253,6 +286,7 @@ Command addDecodeCommand(CLI::App& app)
         "Examples:\n"
         "  omt decode HarbourBase.xml --mim --member Berth.Identifier 42 00 00 07\n"
         "  omt decode HarbourBase.xml --mim --type SignalKind 0x10 --json\n"
+        "  omt decode HarbourBase.xml HarbourTraffic.xml --mim --class Vessel 00 00 00 01\n"
         "  omt encode HarbourBase.xml --mim --type GeocentricPosition \\\n"
         "          '{\"X\": 3675000, \"Y\": 446000, \"Z\": 5177000}' |\n"
         "      omt decode HarbourBase.xml --mim --member PortEntity.Position --hex\n"
