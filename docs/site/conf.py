@@ -28,6 +28,7 @@ CONTENTS = """
 :hidden:
 :caption: Use
 
+docs/traces
 docs/cookbook
 python/README
 docs/recordings
