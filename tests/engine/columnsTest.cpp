@@ -320,21 +320,24 @@ TEST(ColumnsTest, FormsAndBatches)
     EXPECT_TRUE(rows[2].isThere);
 }
 
-// What takes one, two or more octets in UTF-8, at each place of texts that are written in parts.
+// What takes one, two or more octets in UTF-8, or is escaped in JSON, at each place of texts that
+// are written in parts.
 TEST(ColumnsTest, TextsAreThoseOfValues)
 {
-    const std::u16string specials[] = {u"a", u"\u00E9", u"\u07FF", u"\u20AC", u"\U0001F6A2", u""};
+    const std::u16string specials[] = {u"a",          u"\u00E9", u"\u07FF", u"\u20AC",
+                                       u"\U0001F6A2", u"\"\n",   u""};
     for (const char* const name : {"HLAunicodeString", "HLAASCIIstring"})
     {
         const omt::Type type = smallCodec().type(name);
         const bool isWide = name[3] == 'u';
         std::vector<Cell> cells;
         for (const std::u16string& special : specials)
-            for (std::size_t i = 0; i < 150; ++i)
+            for (std::size_t i = 0; i < 300; ++i)
             {
                 std::u16string text(i * 7 % 73, u'b');
                 text.append(special).append(std::u16string(i, u'c'));
-                Bytes octets = {0, 0, 0, static_cast<std::uint8_t>(text.size())};
+                Bytes octets = {0, 0, static_cast<std::uint8_t>(text.size() >> 8),
+                                static_cast<std::uint8_t>(text.size())};
                 for (const char16_t unit : text)
                 {
                     if (isWide) octets.push_back(static_cast<std::uint8_t>(unit >> 8));
@@ -347,8 +350,13 @@ TEST(ColumnsTest, TextsAreThoseOfValues)
         std::size_t first = 0;
         ASSERT_EQ(omt::Columns(type).decode(given.schema, given.array, first, batch), std::nullopt);
         for (std::size_t i = 0; i < cells.size(); ++i)
-            ASSERT_EQ(cellOf(*batch.children[0], std::int64_t(i)),
-                      type.decode(*cells[i]).root().text());
+        {
+            const omt::Value value = type.decode(*cells[i]);
+            ASSERT_EQ(cellOf(*batch.children[0], std::int64_t(i)), value.root().text());
+            Bytes again;
+            ASSERT_FALSE(type.encode(value.json(), again));
+            ASSERT_EQ(again, *cells[i]);
+        }
     }
 }
 

@@ -12,7 +12,7 @@ namespace omt
 namespace
 {
 
-constexpr std::size_t theMostLeaves = 64;
+constexpr std::size_t theLongestScript = 96;
 constexpr std::size_t theLongestText = 1024;
 
 Leaf leafOf(const Node& number)
@@ -28,7 +28,17 @@ Leaf leafOf(const Node& number)
                                                             : Leaf::label;
     if (!isUnsigned) return Leaf::number;
     if (number.size == 1) return Leaf::octet;
-    return number.size == 2 && !number.isLittleEndian ? Leaf::pair : Leaf::number;
+    if (number.isLittleEndian) return Leaf::number;
+    return number.size == 2 ? Leaf::pair : number.size == 4 ? Leaf::four : Leaf::number;
+}
+
+/// The most octets of a number in JSON: its digits, or its name.
+std::uint64_t longestOf(const Node& number)
+{
+    if (number.table != theNone) return JsonLeaves::theLongestLabel + number.longestLabel;
+    const bool isShort = number.scalar == Scalar::unsignedInteger && number.size <= 4;
+    constexpr std::uint64_t theLongestShort = 10;
+    return isShort ? theLongestShort : JsonLeaves::theLongestNumber;
 }
 
 }  // namespace
@@ -82,14 +92,9 @@ void ScriptCompiler::write(Node& node)
     mySteps.clear();
     myBefore.clear();
     myRoom = 0;
-    const std::size_t pool = myPlan.pool.size();
     const bool isWritten = node.height <= theDeepest &&
                            (node.form == Form::variant ? addVariant(node, 0) : addFields(node));
-    if (!isWritten)
-    {
-        myPlan.pool.resize(pool);
-        return;
-    }
+    if (!isWritten) return;
     node.script = static_cast<std::uint32_t>(myPlan.script.size());
     node.scriptCount = static_cast<std::uint32_t>(mySteps.size());
     node.scriptRoom = static_cast<std::uint32_t>(myRoom);
@@ -138,10 +143,7 @@ bool ScriptCompiler::addNode(std::uint32_t id, std::uint32_t offset)
     switch (node.form)
     {
         case Form::number:
-            return addLeaf(id, offset, leafOf(node),
-                           node.table == theNone
-                               ? JsonLeaves::theLongestNumber
-                               : JsonLeaves::theLongestLabel + std::uint64_t{node.longestLabel});
+            return addLeaf(id, offset, leafOf(node), longestOf(node));
         case Form::record:
             return addRecord(node, offset);
         case Form::array:
@@ -154,14 +156,28 @@ bool ScriptCompiler::addNode(std::uint32_t id, std::uint32_t offset)
 bool ScriptCompiler::addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf,
                              std::uint64_t longest)
 {
-    if (leaf != Leaf::end && (mySteps.size() >= theMostLeaves || myBefore.size() > theLongestText))
+    if (leaf != Leaf::end &&
+        (mySteps.size() >= theLongestScript || myBefore.size() > theLongestText))
         return false;
     myRoom += myBefore.size() + longest;
-    const bool isLabel = leaf == Leaf::label8 || leaf == Leaf::label32;
-    mySteps.push_back({myPlan.add(myBefore), id, offset, leaf,
-                       isLabel ? labelsOf(myPlan.nodes[id]) : LabelPlaces()});
+    std::string_view before = myBefore;
+    for (; before.size() > ScriptStep::theLongest; before.remove_prefix(ScriptStep::theLongest))
+        addStep(before.substr(0, ScriptStep::theLongest), id, offset, Leaf::none);
+    addStep(before, id, offset, leaf);
     myBefore.clear();
     return myRoom <= JsonRoom::theMost;
+}
+
+void ScriptCompiler::addStep(std::string_view before, std::uint32_t id, std::uint32_t offset,
+                             Leaf leaf)
+{
+    ScriptStep& step = mySteps.emplace_back();
+    before.copy(step.text, before.size());
+    step.size = static_cast<std::uint8_t>(before.size());
+    step.leaf = leaf;
+    step.node = id;
+    step.offset = offset;
+    if (leaf == Leaf::label8 || leaf == Leaf::label32) step.labels = labelsOf(myPlan.nodes[id]);
 }
 
 bool ScriptCompiler::addRecord(const Node& record, std::uint32_t offset)
@@ -181,9 +197,7 @@ bool ScriptCompiler::addArray(std::uint32_t id, std::uint32_t offset)
 {
     const Node& array = myPlan.nodes[id];
     if (array.look != Look::elements)
-        return addLeaf(
-            id, offset, Leaf::text,
-            JsonLeaves::theLongestFrame + std::uint64_t{array.count} * JsonLeaves::theLongestUnit);
+        return addLeaf(id, offset, Leaf::text, JsonLeaves::longestText(array.count));
     if (array.count == 0) myBefore += '[';
     for (std::uint32_t i = 0; i < array.count; ++i)
     {

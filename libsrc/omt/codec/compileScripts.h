@@ -25,6 +25,7 @@ private:
     bool addFields(Node& record);
     bool addNode(std::uint32_t id, std::uint32_t offset);
     bool addLeaf(std::uint32_t id, std::uint32_t offset, Leaf leaf, std::uint64_t longest);
+    void addStep(std::string_view before, std::uint32_t id, std::uint32_t offset, Leaf leaf);
     bool addRecord(const Node& record, std::uint32_t offset);
     bool addArray(std::uint32_t id, std::uint32_t offset);
     void addKey(const Part& part, std::uint32_t i);

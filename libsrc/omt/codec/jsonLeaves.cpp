@@ -31,9 +31,9 @@ char* small(char* at, std::uint32_t number)
 {
     if (number >= theSmallNumbers.size() / 4)
         return std::to_chars(at, at + JsonLeaves::theLongestNumber, number).ptr;
-    const char* const digits = theSmallNumbers.data() + 4 * number;
-    std::memcpy(at, digits, 4);
-    return at + digits[3];
+    const auto digits = loadWord<std::uint32_t>(theSmallNumbers.data() + 4 * number);
+    std::memcpy(at, &digits, 4);
+    return at + (digits >> 24);
 }
 
 char* escaped(char* at, std::uint32_t code)
@@ -71,14 +71,28 @@ char* unit(char* at, std::uint32_t code)
     return at;
 }
 
-/// Whether all octets stand for themselves in JSON and none is zero; false for few.
-bool isPlain(const std::uint8_t* octets, std::size_t count)
+/// Copies octets, eight at a time; whether all stand for themselves in JSON and none is zero. False
+/// for few.
+bool copyPlain(char* at, const std::uint8_t* octets, std::size_t count)
 {
     if (count < 8) return false;
-    std::uint64_t special = specialOctets(loadWord<std::uint64_t>(octets + count - 8));
-    for (std::size_t i = 0; i + 8 < count; i += 8)
-        special |= specialOctets(loadWord<std::uint64_t>(octets + i));
+    std::uint64_t special = 0;
+    const auto eight = [&](std::size_t i)
+    {
+        const auto some = loadWord<std::uint64_t>(octets + i);
+        std::memcpy(at + i, &some, sizeof some);
+        special |= specialOctets(some);
+    };
+    for (std::size_t i = 0; i + 8 < count; i += 8) eight(i);
+    eight(count - 8);
     return special == 0;
+}
+
+template <bool isLittleEndian>
+std::uint32_t loadUnit(const std::uint8_t* octets)
+{
+    const auto bits = loadWord<std::uint16_t>(octets);
+    return isLittleEndian ? bits : __builtin_bswap16(bits);
 }
 
 char* special(char* at, const Node& node, const std::uint8_t* octets, double number)
@@ -168,20 +182,29 @@ char* JsonLeaves::number(char* at, const Node& node, const std::uint8_t* octets)
 
 char* JsonLeaves::script(char* at, const Node& record, const std::uint8_t* octets) const
 {
-    const char* const pool = myPlan.pool.data();
     for (const ScriptStep* step = myPlan.script.data() + record.script;; ++step)
     {
-        at = JsonRoom::copy(at, pool + step->before.at, step->before.size);
+        std::memcpy(at, step->text, ScriptStep::theLongest);
+        at += step->size;
         const std::uint8_t* const place = octets + step->offset;
+        // Records often have several of them, one after the other.
+        if (step->leaf == Leaf::octet)
+        {
+            at = small(at, *place);
+            continue;
+        }
         switch (step->leaf)
         {
             case Leaf::end:
                 return at;
+            case Leaf::none:
             case Leaf::octet:
-                at = small(at, *place);
                 break;
             case Leaf::pair:
-                at = small(at, __builtin_bswap16(loadWord<std::uint16_t>(place)));
+                at = small(at, loadBig16(place));
+                break;
+            case Leaf::four:
+                at = small(at, loadBig32(place));
                 break;
             case Leaf::label8:
                 at = label(at, *step, *place, place);
@@ -227,10 +250,9 @@ char* JsonLeaves::text(char* at, const Node& array, const std::uint8_t* octets,
         return at + 1;
     }
     const bool isLetters = array.look != Look::hexadecimal;
-    if (isLetters && isPlain(octets, count))
+    if (isLetters && copyPlain(at + 1, octets, count))
     {
         *at = '"';
-        std::memcpy(at + 1, octets, count);
         at[count + 1] = '"';
         return at + count + 2;
     }
@@ -275,36 +297,28 @@ char* JsonLeaves::utf16(char* at, const Node& element, const std::uint8_t* octet
 template <bool isLittleEndian>
 char* JsonLeaves::utf16(char* at, const std::uint8_t* octets, std::size_t count)
 {
+    constexpr std::size_t theBlock = 8;
     const std::uint8_t* const end = octets + 2 * count;
-    const auto load = [](const std::uint8_t* place)
-    {
-        const auto bits = loadWord<std::uint16_t>(place);
-        return static_cast<std::uint32_t>(isLittleEndian ? bits : __builtin_bswap16(bits));
-    };
+    const bool hasBlock = count >= theBlock;
     while (octets != end)
     {
-        if (end - octets >= 8)
+        // The last block begins with units that were written already.
+        const auto left = static_cast<std::size_t>(end - octets) / 2;
+        const std::size_t done = theBlock - std::min(left, theBlock);
+        if (hasBlock)
         {
-            auto four = loadWord<std::uint64_t>(octets);
-            if (!isLittleEndian) four = swappedUnits(four);
-            const std::uint64_t special = specialUnits(four);
-            const std::uint32_t letters = lowOctets(four);
-            std::memcpy(at, &letters, 4);
-            const int plain = std::countr_zero(special) / 16;
-            at += plain;
-            octets += 2 * plain;
-            if (special == 0) continue;
+            auto units = loadWord<Units>(octets - 2 * done);
+            if (!isLittleEndian) units = units << 8 | units >> 8;
+            if (!hasOdd(units))
+            {
+                at = isAscii(units) ? putAscii(at, units, done) : putUnits(at, units, done);
+                octets += 2 * (theBlock - done);
+                continue;
+            }
         }
-        const std::uint32_t first = load(octets);
+        const std::uint32_t first = loadUnit<isLittleEndian>(octets);
         octets += 2;
-        if (first - 0x80 < 0x780)
-        {
-            // Most letters that are no ASCII.
-            *at++ = static_cast<char>(0xC0 | first >> 6);
-            *at++ = static_cast<char>(0x80 | (first & 0x3F));
-            continue;
-        }
-        const std::uint32_t second = octets != end ? load(octets) : 0;
+        const std::uint32_t second = octets != end ? loadUnit<isLittleEndian>(octets) : 0;
         const bool isPair = (first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00;
         if (isPair) octets += 2;
         at = unit(at, isPair ? 0x10000 + ((first & 0x3FF) << 10) + (second & 0x3FF) : first);

@@ -23,6 +23,12 @@ public:
     static constexpr std::size_t theLongestLabel = 64;
     static constexpr std::size_t theLongestFrame = 32;
 
+    /// The most octets of an array that is shown as a text.
+    static constexpr std::size_t longestText(std::size_t count)
+    {
+        return count * theLongestUnit + theLongestFrame;
+    }
+
     JsonLeaves(const Plan& plan, const JsonOptions& options) : myPlan(plan), myOptions(options) {}
 
     /// Of a node of the form number.

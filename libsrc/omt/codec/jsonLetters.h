@@ -33,17 +33,59 @@ inline std::uint64_t specialOctets(std::uint64_t octets)
     return (octets | ~(printing & noQuote & noBackslash)) & theHighest;
 }
 
-/// The same for four units of 16 bits.
-inline std::uint64_t specialUnits(std::uint64_t units)
+/// Eight units of 16 bits.
+using Units [[gnu::vector_size(16)]] = std::uint16_t;
+
+inline bool isAscii(Units units)
 {
-    constexpr std::uint64_t theOnes = 0x0001000100010001;
-    constexpr std::uint64_t theHighest = 0x8000 * theOnes;
-    const std::uint64_t low = units & 0x7F * theOnes;
-    const std::uint64_t noAscii = (units & 0x7F80 * theOnes) + 0x7FFF * theOnes;
-    const std::uint64_t printing = low + 0x7FE0 * theOnes;
-    const std::uint64_t noQuote = (low ^ 0x22 * theOnes) + 0x7FFF * theOnes;
-    const std::uint64_t noBackslash = (low ^ 0x5C * theOnes) + 0x7FFF * theOnes;
-    return (units | noAscii | ~(printing & noQuote & noBackslash)) & theHighest;
+    std::uint64_t halves[2];
+    std::memcpy(halves, &units, sizeof halves);
+    return ((halves[0] | halves[1]) & 0xFF80FF80FF80FF80) == 0;
+}
+
+/// Writes units of ASCII, but for the first `done`, with octets too many at the end, which it
+/// gives.
+inline char* putAscii(char* at, Units units, std::size_t done)
+{
+    using Eight [[gnu::vector_size(8)]] = std::uint8_t;
+    const auto octets = __builtin_convertvector(units, Eight);
+    std::uint64_t word;
+    std::memcpy(&word, &octets, sizeof word);
+    word >>= 8 * done;
+    std::memcpy(at, &word, sizeof word);
+    return at + (8 - done);
+}
+
+/// Whether one of them does not stand for itself in JSON, or takes more than two octets in UTF-8.
+inline bool hasOdd(Units units)
+{
+    const auto odd = (units - 0x20 >= 0x7E0) | (units == '"') | (units == '\\');
+    std::uint64_t halves[2];
+    std::memcpy(halves, &odd, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
+/// Writes units of which none is odd as UTF-8, but for the first `done`, with one octet too many at
+/// the end, which it gives. Both forms of each unit are made, as a branch would often be foretold
+/// wrongly.
+inline char* putUnits(char* at, Units units, std::size_t done)
+{
+    constexpr Units thePlaces = {0, 1, 2, 3, 4, 5, 6, 7};
+    const Units isLong = reinterpret_cast<Units>(units >= 0x80);
+    const Units both = 0x80C0 | units >> 6 | (units & 0x3F) << 8;
+    const Units octets = (units & ~isLong) | (both & isLong);
+    const Units isNew = reinterpret_cast<Units>(thePlaces >= static_cast<std::uint16_t>(done));
+    const Units sizes = (1 - isLong) & isNew;
+    std::uint64_t words[2], counts[2];
+    std::memcpy(words, &octets, sizeof words);
+    std::memcpy(counts, &sizes, sizeof counts);
+    for (std::size_t i = 0; i < 8; ++i)
+    {
+        const auto two = static_cast<std::uint16_t>(words[i / 4] >> 16 * (i % 4));
+        std::memcpy(at, &two, sizeof two);
+        at += counts[i / 4] >> 16 * (i % 4) & 3;
+    }
+    return at;
 }
 
 /// Exchanges the octets of each of four units.
@@ -53,14 +95,7 @@ inline std::uint64_t swappedUnits(std::uint64_t units)
     return (units & theLow) << 8 | (units >> 8 & theLow);
 }
 
-/// The low octets of four units, one after the other.
-inline std::uint32_t lowOctets(std::uint64_t units)
-{
-    units = (units | units >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(units | units >> 16);
-}
-
-/// The other way.
+/// Four octets as units.
 inline std::uint64_t unitsOf(std::uint32_t octets)
 {
     std::uint64_t units = octets;

@@ -94,9 +94,9 @@ bool JsonReader::script(const Node& record, std::uint32_t depth)
     const char* at = myText.place();
     for (;; ++step)
     {
-        const std::string_view before = myPlan.text(step->before);
-        if (!JsonScanner::isText(at, end, before)) break;
-        at += before.size();
+        if (!JsonScanner::isText(at, end, step->before())) break;
+        at += step->size;
+        if (step->leaf == Leaf::none) continue;
         if (step->leaf == Leaf::end)
         {
             myText.goTo(at);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// JsonRoom is room before the end of a text of JSON, written through a pointer.
+// JsonRoom is room at the end of a text of JSON, written through a pointer.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -10,24 +11,31 @@
 namespace omt
 {
 
-/// Appends to a text that the caller owns, in large pieces: what is written stands in a buffer that
-/// is never set to zero, and is added to the text when this is full.
+/// Appends to a text that the caller owns. The text is made longer first, by what is asked for or
+/// by as much as was written so far, and cut to what was written by finish(). Nothing is copied a
+/// second time: reading at once what was just written in other pieces would take longer than the
+/// zeros that the text gets first.
 class JsonRoom
 {
 public:
     /// The most octets that can be asked for at once.
     static constexpr std::size_t theMost = 8192;
     /// How many octets copy() reads and writes past the end.
-    static constexpr std::size_t theSlack = 16;
+    static constexpr std::size_t theSlack = 32;
 
-    explicit JsonRoom(std::string& text) : myText(text) {}
+    /// With room for this many octets.
+    JsonRoom(std::string& text, std::size_t size) : myText(text), myStart(text.size())
+    {
+        myAt = enlarge(myText, size);
+        myEnd = myAt + size;
+    }
     JsonRoom(const JsonRoom&) = delete;
     JsonRoom& operator=(const JsonRoom&) = delete;
 
     /// Where this many octets may be written, and theSlack more; tell the end by moveTo().
     char* at(std::size_t size)
     {
-        if (static_cast<std::size_t>(myRoom + theMost - myAt) < size) flush();
+        if (static_cast<std::size_t>(myEnd - myAt) < size) grow(size);
         return myAt;
     }
     void moveTo(char* at) { myAt = at; }
@@ -51,26 +59,46 @@ public:
             moveTo(copy(at(theMost), text.data(), theMost));
         moveTo(copy(at(text.size()), text.data(), text.size()));
     }
-    /// Adds what was written to the text.
-    void flush()
+    /// Drops what was not written.
+    void finish() { myText.erase(static_cast<std::size_t>(myAt - myText.data())); }
+
+    /// Appends what `write(at)` writes to where there is room for so many octets; it gives the end.
+    template <typename Write>
+    static void append(std::string& text, std::size_t size, const Write& write)
     {
-        myText.append(myRoom, static_cast<std::size_t>(myAt - myRoom));
-        myAt = myRoom;
+        const char* const end = write(enlarge(text, size));
+        text.erase(static_cast<std::size_t>(end - text.data()));
     }
 
-    /// In blocks of 16 that may pass the end; gives the end. Most texts are one or two of them.
+    /// In blocks of 32 that may pass the end; gives the end. Most texts are one of them.
     static char* copy(char* to, const char* from, std::size_t size)
     {
-        std::memcpy(to, from, 16);
-        if (size > 16) std::memcpy(to + 16, from + 16, 16);
-        for (std::size_t i = 32; i < size; i += 16) std::memcpy(to + i, from + i, 16);
+        std::memcpy(to, from, 32);
+        for (std::size_t i = 32; i < size; i += 32) std::memcpy(to + i, from + i, 32);
         return to + size;
     }
 
 private:
+    /// Not inlined, as compilers that know how few zeros there are write them by a slow loop.
+    [[gnu::noinline]] static char* enlarge(std::string& text, std::size_t size)
+    {
+        const std::size_t start = text.size();
+        text.append(size + theSlack, '\0');
+        return text.data() + start;
+    }
+    void grow(std::size_t size)
+    {
+        const auto used = static_cast<std::size_t>(myAt - myText.data());
+        const std::size_t more = std::max(size, std::min(used - myStart, theMost));
+        myText.resize(used + more + theSlack);
+        myAt = myText.data() + used;
+        myEnd = myAt + more;
+    }
+
     std::string& myText;
-    char* myAt = myRoom;
-    char myRoom[theMost + theSlack];
+    std::size_t myStart;
+    char* myAt;
+    char* myEnd;
 };
 
 }  // namespace omt

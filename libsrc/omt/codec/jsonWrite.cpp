@@ -11,6 +11,9 @@ namespace omt
 namespace
 {
 
+/// Characters or octets for which there is room at once.
+constexpr std::size_t theChunk = 256;
+
 class JsonWalk
 {
 public:
@@ -44,9 +47,6 @@ public:
     }
 
 private:
-    /// Characters or octets for which there is room at once.
-    static constexpr std::size_t theChunk = 1024;
-
     void number(const Node& node, const std::uint8_t* octets)
     {
         const std::size_t longest = JsonLeaves::theLongestLabel + node.longestLabel;
@@ -127,8 +127,7 @@ private:
     {
         if (count <= theChunk)
         {
-            constexpr std::size_t theUnit = JsonLeaves::theLongestUnit;
-            char* const at = myRoom.at(count * theUnit + JsonLeaves::theLongestFrame);
+            char* const at = myRoom.at(JsonLeaves::longestText(count));
             return myRoom.moveTo(myLeaves.text(at, array, octets, count));
         }
         const std::size_t shown = array.look == Look::text ? textSize(octets, count) : count;
@@ -193,7 +192,11 @@ private:
         if (spot.isThere())
         {
             key(',', *part);
-            piece(spot);
+            const Node& node = myPlan.nodes[spot.node];
+            if (node.isFixed && hasScript(node))
+                script(node, myOctets + spot.offset);
+            else
+                piece(spot);
         }
         const Entry& entry = mySteps.index.entries[variant.entry];
         if (entry.count != theUnknown) return;
@@ -209,21 +212,40 @@ private:
     JsonRoom& myRoom;
 };
 
+/// How many octets of JSON a piece of open size comes to, more or less.
+std::size_t usualSize(const Index& index, const Spot& spot)
+{
+    constexpr std::size_t theLeast = 256;
+    constexpr std::size_t theFactor = 8;
+    if (spot.entry == theNone || index.fault) return theLeast;
+    const std::size_t octets = index.entries[spot.entry].end - spot.offset;
+    return std::min(theLeast + theFactor * octets, JsonRoom::theMost);
+}
+
 }  // namespace
 
 void appendJsonOf(const Plan& plan, const std::uint8_t* octets, const Index& index,
                   const Spot& spot, std::string& text, const JsonOptions& options)
 {
     if (!spot.isThere()) return;
-    JsonRoom room(text);
     const Node& node = plan.nodes[spot.node];
-    const bool isScript = node.isFixed && node.scriptCount != 0 && !index.fault;
-    if (isScript)
-        room.moveTo(
-            JsonLeaves(plan, options).script(room.at(node.scriptRoom), node, octets + spot.offset));
-    else
-        JsonWalk(plan, octets, index, options, room).piece(spot);
-    room.flush();
+    const JsonLeaves leaves(plan, options);
+    if (node.isFixed && node.scriptCount != 0 && !index.fault)
+        return JsonRoom::append(text, node.scriptRoom,
+                                [&](char* at)
+                                { return leaves.script(at, node, octets + spot.offset); });
+    if (node.form == Form::array && node.look != Look::elements)
+    {
+        const Steps steps(plan, index);
+        const std::uint32_t count = steps.count(spot);
+        const std::uint8_t* const first = octets + steps.firstElement(spot);
+        if (count <= theChunk)
+            return JsonRoom::append(text, JsonLeaves::longestText(count),
+                                    [&](char* at) { return leaves.text(at, node, first, count); });
+    }
+    JsonRoom room(text, usualSize(index, spot));
+    JsonWalk(plan, octets, index, options, room).piece(spot);
+    room.finish();
 }
 
 }  // namespace omt

@@ -71,9 +71,12 @@ enum class Leaf : std::uint8_t
 {
     /// Nothing: it ends here.
     end,
-    /// Unsigned integers of one octet and, big-endian, of two.
+    /// Nothing: the text goes on in the next step.
+    none,
+    /// Unsigned integers of one octet and, big-endian, of two and of four.
     octet,
     pair,
+    four,
     /// An integer that may have a name; those of one octet and, big-endian, of four.
     label,
     label8,
@@ -261,16 +264,21 @@ struct LabelPlaces
     std::size_t of(std::uint32_t number) const { return first + (number * factor >> 32 & mask); }
 };
 
-/// A text of JSON, and the number or text of a value after it.
-struct ScriptStep
+/// A short text of JSON, and the number or text of a value after it. It stands in one cache line.
+struct alignas(64) ScriptStep
 {
-    Name before;
+    static constexpr std::size_t theLongest = 32;
+    /// Always copied as a whole.
+    char text[theLongest] = {};
+    std::uint8_t size = 0;
+    Leaf leaf = Leaf::end;
     std::uint32_t node = 0;
     /// From the start of the record; in the last step where the octets of the script end.
     std::uint32_t offset = 0;
-    Leaf leaf = Leaf::end;
     /// Of label8 and label32.
     LabelPlaces labels;
+
+    std::string_view before() const { return {text, size}; }
 };
 
 /// Octets of padding: those under a mask, as memory has them, of eight octets at an offset from the
@@ -448,7 +456,7 @@ struct Plan
     std::vector<Target> targets;
     std::vector<Slot> slots;
     std::vector<Fork> forks;
-    /// Texts, and octets after them so that any text may be copied in blocks of 16.
+    /// Texts, and octets after them so that any text may be copied in blocks of 32.
     std::string pool;
     /// Nodes by the names of datatypes.
     std::unordered_map<std::string, std::uint32_t> names;
