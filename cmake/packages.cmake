@@ -53,7 +53,7 @@ if(TARGET omt)
     "omt reads HLA object models of IEEE 1516-2025, 1516-2010 and 1516-2000 and of
 HLA 1.3. It checks, compares, converts and formats them, and turns octets that
 came off a network, single ones or whole recordings, into values and back."
-    library engine)
+    engine)
 endif()
 
 set(CPACK_GENERATOR DEB)

@@ -11,9 +11,11 @@ import re
 import sys
 
 # A folder and the folders that it may include besides itself. A folder without a row belongs to
-# the nearest one above that has one. "public" stands for the public headers, wherever they lie.
+# the nearest one above that has one. "public" stands for the public headers, wherever they lie,
+# "public:FOLDER" for those below a folder.
 ROWS = {
-    "libsrc/util": "",
+    "libsrc/files": "",
+    "libsrc/util": "libsrc/files",
     "libsrc/sexp": "libsrc/util",
     "libsrc/geometry": "libsrc/util",
     "libsrc/omtReader": "libsrc/omtReader/formats libsrc/omtReader/values libsrc/geometry "
@@ -28,7 +30,7 @@ ROWS = {
     "libsrc/omt/check": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
     "libsrc/omt/recording": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
     "libsrc/omt/columns": "libsrc/omt/codec libsrc/omt/model libsrc/omt/base",
-    "tools": "public",
+    "tools": "public:libsrc/omt libsrc/files",
     "examples": "public",
     "benchmarks": "public",
     "fuzz": "public tests",
@@ -57,7 +59,8 @@ def is_allowed(row, path, public):
     """Whether a file of a row may include the file of ours at a path."""
     owner = row_of(path)
     for allowed in [row, *ROWS[row].split()]:
-        if allowed == "public" and path in public:
+        name, _, folder = allowed.partition(":")
+        if name == "public" and path in public and is_below(path, folder or "libsrc"):
             return True
         # "libsrc" is no row: it stands for all that lies below it.
         if owner == allowed or (allowed == "libsrc" and is_below(path, allowed)):

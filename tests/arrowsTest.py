@@ -24,8 +24,10 @@ CASES = [
     ("libsrc/omt/check/a.cpp", '#include "omt/columns/columns.h"', True),
     ("libsrc/omt/codec/a.cpp", '#include "dtString.h"', True),
     ("libsrc/omt/codec/a.cpp", "class DtValue;", True),
-    ("tools/omt/a.cpp", '#include "omtReader/shown.h"', False),
-    ("tools/omt/a.cpp", '#include "omtReader/hidden.h"', True),
+    ("tools/omt/a.cpp", '#include "files/there.h"', False),
+    ("tools/omt/a.cpp", '#include "omtReader/shown.h"', True),
+    ("examples/a.cpp", '#include "omtReader/shown.h"', False),
+    ("examples/a.cpp", '#include "omtReader/hidden.h"', True),
     ("tests/a.cpp", '#include "omtReader/hidden.h"', False),
     ("tests/consumer/a.cpp", '#include "omtReader/hidden.h"', True),
 ]
