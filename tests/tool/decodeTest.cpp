@@ -214,6 +214,9 @@ TEST_F(ValueTest, BadInputGetsOneMessage)
     EXPECT_EQ(odd.status, 0);
     EXPECT_THAT(odd.err, HasSubstr("the array \"Set\" cannot be decoded: its encoding is unknown"));
     EXPECT_THAT(run("decode odd.xml --type Rows 00000000").err, testing::Not(HasSubstr("Set")));
+    write("new.xml", "<objectModel xmlns=\"http://standards.ieee.org/IEEE1516-2025\"/>");
+    EXPECT_THAT(run("decode odd.xml new.xml -v --type E 01").err, HasSubstr("[mixed-editions]"));
+    EXPECT_THAT(run("decode odd.xml new.xml --type E 01").err, testing::Not(HasSubstr("[mixed-editions]")));
     EXPECT_THAT(run("decode far.xml --member HLAobjectRoot.Far 00").err, HasSubstr("unknown datatype \"Else\""));
 }
 

@@ -144,7 +144,13 @@ EngineInput readEngine(const EngineChoice& choice)
     for (std::string& name : files) name = placeOfModel(name);
     omt::Reading reading = omt::read(files, omt::ReadOptions().withMim(withMim));
     if (choice.isMimKnown && !withMim) checkBesideMim(reading);
-    writeFindings(reading.findings);
+    omt::Findings shown = reading.findings;
+    if (choice.hidesNotes && messageLevel() != MessageLevel::all)
+        shown.erase(std::remove_if(shown.begin(), shown.end(),
+                                   [](const omt::Finding& finding)
+                                   { return finding.severity == omt::Severity::note; }),
+                    shown.end());
+    writeFindings(shown);
 
     EngineInput input;
     input.model = reading.model;

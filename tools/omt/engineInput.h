@@ -17,6 +17,8 @@ struct EngineChoice
     bool withMim = false;
     /// Whether names of the standard MIM count as defined even without it.
     bool isMimKnown = false;
+    /// Whether notes on the model are written with --verbose only, as its values are of interest.
+    bool hidesNotes = false;
     /// Whether an error among the findings is a failure even where every file could be read.
     bool isStrict = false;
 };

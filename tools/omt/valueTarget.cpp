@@ -141,7 +141,9 @@ void addTargetArguments(CLI::App& command, TargetChoice& choice, const std::stri
 
 std::optional<omt::Codec> readCodec(const TargetChoice& choice)
 {
-    const EngineInput input = readEngine(choice.model);
+    EngineChoice model = choice.model;
+    model.hidesNotes = true;
+    const EngineInput input = readEngine(model);
     if (!input.isWhole) return std::nullopt;
     omt::CodecOptions options;
     options.isPaddedFromStart = choice.isPaddedFromStart;
