@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <sstream>
+#include <utility>
 
 namespace omt
 {
@@ -77,6 +78,11 @@ BatchWriter::BatchWriter(const ColumnPlan& columns, std::size_t expectedRows)
     const Node& root = myPlan.nodes[myRoot];
     const bool isPlain = root.isFixed && root.size > 0 && root.empties == 0;
     if (isPlain && root.height < theDeepest) myFixedSize = root.size;
+    std::size_t most = 0;
+    for (const Column& column : columns.columns)
+        if (column.shape == Shape::variant)
+            most = std::max<std::size_t>(most, myPlan.nodes[column.node].parts);
+    myChosen.resize(most + 2);
 }
 
 void BatchWriter::clear()
@@ -328,33 +334,50 @@ void BatchWriter::openFields(const Column& column, std::uint32_t i, std::uint32_
 }
 
 // The rows of each alternative together. Which one a row has cannot be guessed, so that rows are
-// picked without a branch.
+// counted and put in their places without a branch.
 void BatchWriter::variant(const Column& column, const Piece* pieces, std::size_t count,
                           std::size_t offset)
 {
-    constexpr std::uint32_t theDone = theNone;
     const Node& node = myPlan.nodes[column.node];
     run(column.first, pieces, count, offset);
-    std::array<std::uint32_t, theBlock> choices;
-    Pieces children;
-    for (std::size_t i = 0; i < count; ++i) choices[i] = myIndex.entries[pieces[i].entry].count;
-    for (std::size_t start = 0; start < count; ++start)
+    // The last places are those of octets that are kept, and of nothing.
+    const std::uint32_t keptPlace = node.parts;
+    std::array<std::uint32_t, theBlock> choices, kinds;
+    std::array<std::size_t, theBlock> ends;
+    std::size_t kindCount = 0;
+    for (std::size_t i = 0; i < count; ++i)
     {
-        const std::uint32_t choice = choices[start];
-        if (choice == theDone || choice == theNothing) continue;
-        const bool isKept = choice == theUnknown;
-        const std::size_t body = offset + (isKept ? 0 : node.body);
-        const std::uint32_t inner = isKept ? 0 : 1;
-        std::size_t filled = 0;
-        for (std::size_t i = start; i < count; ++i)
-        {
-            const std::uint32_t isChosen = choices[i] == choice ? 1 : 0;
-            children[filled] = {pieces[i].place + body, pieces[i].row, pieces[i].entry + inner};
-            choices[i] |= theDone * isChosen;
-            filled += isChosen;
-        }
-        run(column.first + (isKept ? column.count - 1 : choice), children.data(), filled, 0);
+        const std::uint32_t choice = myIndex.entries[pieces[i].entry].count;
+        choices[i] = choice < theUnknown ? choice : keptPlace + (choice - theUnknown);
+        if (myChosen[choices[i]]++ == 0) kinds[kindCount++] = choices[i];
     }
+    std::uint32_t at = 0;
+    for (std::size_t k = 0; k < kindCount; ++k) at += std::exchange(myChosen[kinds[k]], at);
+    Pieces children;
+    for (std::size_t i = 0; i < count; ++i)
+        children[myChosen[choices[i]]++] = {pieces[i].place + offset + node.body, pieces[i].row,
+                                            pieces[i].entry + 1};
+    // Alternatives may have variant records in them, which count anew.
+    for (std::size_t k = 0; k < kindCount; ++k) ends[k] = std::exchange(myChosen[kinds[k]], 0);
+    for (std::size_t k = 0, first = 0; k < kindCount; first = ends[k++])
+    {
+        Piece* const some = children.data() + first;
+        if (kinds[k] < keptPlace)
+            run(column.first + kinds[k], some, ends[k] - first, 0);
+        else if (kinds[k] == keptPlace)
+            kept(column, some, ends[k] - first, node.body);
+    }
+}
+
+// Octets of unknown alternatives, which are found from the start of their variant record.
+void BatchWriter::kept(const Column& column, Piece* pieces, std::size_t count, std::size_t body)
+{
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        pieces[i].place -= body;
+        --pieces[i].entry;
+    }
+    run(column.first + column.count - 1, pieces, count, 0);
 }
 
 BatchWriter::Run BatchWriter::runOf(const Node& node, const Piece& piece, std::size_t offset) const
@@ -372,20 +395,24 @@ void BatchWriter::list(std::uint32_t at, const Piece* pieces, std::size_t count,
     const Column& column = myColumns.columns[at];
     const Node& node = myPlan.nodes[column.node];
     Ends& ends = myCells[at].ends;
+    const std::size_t last = pieces[count - 1].row + std::size_t{1};
+    std::uint32_t* const to = ends.room(last, expected(column, last));
     Pieces children;
     std::size_t filled = 0;
     for (std::size_t i = 0; i < count; ++i)
     {
         const Run run = runOf(node, pieces[i], offset);
         const std::size_t size = ends.size;
-        const std::size_t rows = pieces[i].row + std::size_t{1};
         if (run.count > myColumns.options.mostInBatch - size)
         {
             myIsFull = true;
             break;
         }
         elements(at, pieces[i], run, size, children, filled);
-        ends.end(pieces[i].row, size + run.count, expected(column, rows));
+        for (; ends.rows < pieces[i].row; ++ends.rows)
+            to[ends.rows + 1] = static_cast<std::uint32_t>(size);
+        ends.size = size + run.count;
+        to[++ends.rows] = static_cast<std::uint32_t>(ends.size);
     }
     if (filled > 0) this->run(column.first, children.data(), filled, 0);
 }
@@ -434,12 +461,16 @@ void BatchWriter::labels(const Column& column, Cells& cells, const Piece* pieces
     const Node& node = myPlan.nodes[column.node];
     const LabelTable& table = myColumns.tables[column.labels];
     auto* const to = reinterpret_cast<std::int32_t*>(room(column, cells, pieces, count));
+    const std::int32_t* const dense = table.dense.data();
+    const std::size_t denseCount = table.dense.size();
     const auto write = [&](const auto& load)
     {
         for (std::size_t i = 0; i < count; ++i)
         {
             const auto number = static_cast<std::int64_t>(load(pieces[i].place + offset));
-            const std::int32_t label = table.find(number);
+            const std::int32_t label = static_cast<std::uint64_t>(number) < denseCount
+                                           ? dense[static_cast<std::size_t>(number)]
+                                           : table.find(number);
             to[pieces[i].row] = label >= 0 ? label : labelOf(column, cells, number);
         }
     };

@@ -82,6 +82,7 @@ private:
     void openFields(const Column& column, std::uint32_t i, std::uint32_t end, const Piece* pieces,
                     std::size_t count);
     void variant(const Column& column, const Piece* pieces, std::size_t count, std::size_t offset);
+    void kept(const Column& column, Piece* pieces, std::size_t count, std::size_t body);
     void list(std::uint32_t at, const Piece* pieces, std::size_t count, std::size_t offset);
     void elements(std::uint32_t at, const Piece& piece, const Run& run, std::size_t row,
                   Pieces& children, std::size_t& filled);
@@ -123,6 +124,8 @@ private:
     Index mySlowIndex;
     Pieces myPieces;
     std::size_t myPieceCount = 0;
+    /// For variant(): how many rows have each alternative. Zero outside of it.
+    std::vector<std::uint32_t> myChosen;
     std::size_t myRow = 0;
     /// How many times as many rows there will be as there are.
     std::size_t myShare = 1;
