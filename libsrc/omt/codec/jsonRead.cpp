@@ -3,6 +3,7 @@
 #include "omt/base/nearestNames.h"
 #include "omt/codec/jsonReader.h"
 #include "omt/codec/valueParts.h"
+#include "omt/codec/writingRules.h"
 
 #include <algorithm>
 
@@ -232,9 +233,7 @@ bool JsonReader::keepForLater(Fields& fields, std::uint32_t i, std::uint32_t dep
 
 bool JsonReader::isAbsent(const Fields& fields, const Part& part) const
 {
-    if (part.decider == theNone) return false;
-    const Looked& decider = myLooked[fields.looked + part.decider];
-    return !decider.isThere || decider.number != part.decidingNumber;
+    return omt::isAbsent(part, myLooked.data() + fields.looked);
 }
 
 // Goes past fields that other ones say are not there.
@@ -276,12 +275,9 @@ bool JsonReader::field(Fields& fields, std::uint32_t depth)
 
 bool JsonReader::checkStated(const Fields& fields, const Part& part, std::uint32_t depth)
 {
-    const std::optional<std::int64_t> count =
-        evaluate(myPlan, part, myLooked.data() + fields.looked);
-    if (count && static_cast<std::uint64_t>(*count) == myCount) return true;
-    return fail(std::to_string(myCount) + " elements, and other fields state " +
-                    (count ? std::to_string(*count) : std::string("too many")),
-                depth + 1);
+    const std::string complaint =
+        statedComplaint(myPlan, part, myLooked.data() + fields.looked, myCount);
+    return complaint.empty() || fail(complaint, depth + 1);
 }
 
 // Reads the fields that stood out of order.
@@ -417,11 +413,8 @@ bool JsonReader::body(const Choice& choice, std::uint32_t depth)
     const std::int64_t number = loadInteger(discriminant, myOctets.data() + start);
     const std::uint32_t wanted = myPlan.findAlternative(node, number);
     const bool isMeasured = node.length != Length::none;
-    const bool isKept = choice.given == theUnknown && isMeasured && wanted >= theUnknown;
-    const bool isLeftOut =
-        choice.given == theNothing && (wanted >= theUnknown || node.length == Length::extendable);
-    if ((wanted == theUnknown && !isMeasured) || (choice.given != wanted && !isKept && !isLeftOut))
-        return refuseBody(choice, number, wanted, depth);
+    if (!isAlternative(node, wanted, choice.given))
+        return fail(alternativeComplaint(myPlan, node, number, wanted, choice.given), depth);
     if (isMeasured) myOctets.growTo(start + node.lengthOffset + 4);
     if (choice.given == theNothing) return true;
     myOctets.growTo(start + node.body);
@@ -433,25 +426,10 @@ bool JsonReader::body(const Choice& choice, std::uint32_t depth)
     else if (std::size_t count = 0; !hexadecimal(count, depth))
         return false;
     if (!isMeasured) return true;
-    const std::size_t size = myOctets.size() - start - node.body;
-    const std::uint32_t length = __builtin_bswap32(static_cast<std::uint32_t>(size));
-    std::memcpy(myOctets.data() + start + node.lengthOffset, &length, 4);
-    if (node.length == Length::extendable && size == 0)
-        myOctets.dropTo(start + node.lengthOffset + 4);
+    const std::size_t end = myOctets.size() - start;
+    const std::size_t kept = closeMeasured(node, myOctets.data() + start, end);
+    if (kept < end) myOctets.dropTo(start + kept);
     return true;
-}
-
-bool JsonReader::refuseBody(const Choice& choice, std::int64_t number, std::uint32_t wanted,
-                            std::uint32_t depth)
-{
-    if (wanted == theUnknown && choice.node.length == Length::none)
-        return fail("no alternative for the number " + std::to_string(number), depth);
-    const std::string name =
-        wanted < theUnknown ? quoted(myPlan.parts[choice.node.first + wanted].name) : "";
-    if (choice.given == theNothing) return fail(name + " is missing", depth);
-    return fail(
-        "another alternative goes with the discriminant" + (name.empty() ? name : ": " + name),
-        depth);
 }
 
 // Arrays -----------------------------------------------------------------------------------------
@@ -472,7 +450,8 @@ bool JsonReader::array(std::uint32_t id, std::uint32_t depth)
     if (node.look != Look::elements && node.extent == Extent::terminated)
         for (std::size_t i = 0; i < count; ++i)
             if (isZero(start + i * size, size)) return fail("a zero ends the array", depth);
-    if (!checkCount(node, start, count, depth)) return false;
+    if (!isCount(node, count, start - myBase))
+        return fail(countComplaint(node, count, start - myBase), depth);
     if (node.extent == Extent::counted)
     {
         const std::uint32_t stored = __builtin_bswap32(static_cast<std::uint32_t>(count));
@@ -508,22 +487,6 @@ bool JsonReader::elements(const Node& node, std::size_t start, std::size_t& coun
         if (!isMore && !myText.takes(']')) return failHere("a \",\" or \"]\" is missing", depth);
     }
     return true;
-}
-
-bool JsonReader::checkCount(const Node& node, std::size_t start, std::size_t count,
-                            std::uint32_t depth)
-{
-    const auto refuse = [&](const std::string& why)
-    { return fail(std::to_string(count) + " elements, " + why, depth); };
-    if (node.extent == Extent::padding)
-    {
-        const std::size_t needed = aligned(start - myBase, node.count) - (start - myBase);
-        return count == needed || refuse(std::to_string(needed) + " octets of padding are needed");
-    }
-    if (node.extent == Extent::fixed)
-        return count == node.count || refuse(std::to_string(node.count) + " are needed");
-    return (count >= node.least && count <= node.most) ||
-           refuse("which is outside the cardinality");
 }
 
 }  // namespace omt

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // JsonReader: numbers and texts. The usual ones quickly; the others, and what is wrong, by a way
 // that can say why.
-#include "omt/base/nearestNames.h"
 #include "omt/codec/jsonNumbers.h"
 #include "omt/codec/jsonReader.h"
 #include "omt/codec/jsonTexts.h"
 #include "omt/codec/typeText.h"
 #include "omt/codec/valueParts.h"
+#include "omt/codec/writingRules.h"
 
 #include <charconv>
 
@@ -67,18 +67,8 @@ bool JsonReader::label(const Node& node, std::uint32_t depth)
     if (node.table == theNone) return integer(node, plain, depth);
     const Enumeration& table = myPlan.enumerations[node.table];
     const std::uint32_t entry = myPlan.findEntry(table, plain);
-    if (entry == theNone) return refuseName(node, plain, depth);
+    if (entry == theNone) return fail(nameComplaint(myPlan, node, plain), depth);
     return ranged(node, table.entries[entry].number, depth);
-}
-
-bool JsonReader::refuseName(const Node& node, std::string_view name, std::uint32_t depth)
-{
-    std::vector<std::string_view> names;
-    for (const Enumeration::Entry& entry : myPlan.enumerations[node.table].entries)
-        names.push_back(myPlan.text(entry.name));
-    return fail("\"" + std::string(name) + "\" is no enumerator of " +
-                    std::string(myPlan.text(node.name)) + didYouMean(name, names),
-                depth);
 }
 
 // Of a name that has several numbers.
@@ -134,12 +124,7 @@ bool JsonReader::outside(const Node& node, std::string_view text, std::uint32_t 
 
 bool JsonReader::ranged(const Node& node, std::int64_t number, std::uint32_t depth)
 {
-    if (!isInRange(node, number))
-        return outside(node,
-                       node.scalar == Scalar::unsignedInteger
-                           ? std::to_string(static_cast<std::uint64_t>(number))
-                           : std::to_string(number),
-                       depth);
+    if (!isInRange(node, number)) return fail(rangeComplaint(myPlan, node, number), depth);
     store(node, static_cast<std::uint64_t>(number));
     return true;
 }

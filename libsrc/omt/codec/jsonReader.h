@@ -81,11 +81,8 @@ private:
     bool part(Choice& choice, std::uint32_t i, std::uint32_t depth);
     bool finish(Choice& choice, std::uint32_t depth);
     bool body(const Choice& choice, std::uint32_t depth);
-    bool refuseBody(const Choice& choice, std::int64_t number, std::uint32_t wanted,
-                    std::uint32_t depth);
     bool array(std::uint32_t id, std::uint32_t depth);
     bool elements(const Node& node, std::size_t start, std::size_t& count, std::uint32_t depth);
-    bool checkCount(const Node& node, std::size_t start, std::size_t count, std::uint32_t depth);
     bool isZero(std::size_t start, std::size_t size);
     void pad(std::size_t start, std::uint32_t boundary)
     {
@@ -98,7 +95,6 @@ private:
     const char* quickText(const Node& array, const char* at, std::uint8_t* octets) const;
     bool number(const Node& node, std::uint32_t depth);
     bool label(const Node& node, std::uint32_t depth);
-    bool refuseName(const Node& node, std::string_view name, std::uint32_t depth);
     bool namedNumber(const Node& node, std::uint32_t depth);
     bool integer(const Node& node, std::string_view text, std::uint32_t depth);
     bool ranged(const Node& node, std::int64_t number, std::uint32_t depth);

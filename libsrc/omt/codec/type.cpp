@@ -2,6 +2,7 @@
 #include "omt/codec/type.h"
 
 #include "omt/codec/valueParts.h"
+#include "omt/codec/writingRules.h"
 
 #include <algorithm>
 #include <cstring>
@@ -174,28 +175,13 @@ bool Type::decodeInPlace(Octets octets, Value& value) const
     return value.parts().take(myPlan, myNode, octets);
 }
 
-namespace
-{
-
-// What was written has to be read the same way; where elements end with the value it may not be.
-std::optional<ValueError> refusal(const Index& index, std::size_t size)
-{
-    if (!index.fault && index.octets == size) return std::nullopt;
-    return ValueError{"the octets could not be read again" +
-                          (index.fault ? ": " + index.fault->what : std::string()),
-                      index.fault ? index.fault->path : std::string()};
-}
-
-}  // namespace
-
 std::optional<ValueError> Type::encode(std::string_view json,
                                        std::vector<std::uint8_t>& octets) const
 {
     const std::size_t start = octets.size();
     std::optional<ValueError> error = readJson(*myPlan, myNode, json, octets);
     const Octets written(octets.data() + start, octets.size() - start);
-    const bool isSure = myPlan->nodes[myNode].ending != Ending::unsure;
-    if (error || (isSure && written.size() <= theLargestSize)) return error;
+    if (error || isSure(myPlan->nodes[myNode], written.size())) return error;
     // Kept for its memory, unless that is much.
     thread_local Index index;
     constexpr std::size_t theMostKept = 65536;
