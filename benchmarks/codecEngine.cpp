@@ -28,6 +28,92 @@ using Buffer = std::vector<std::uint8_t>;
 // One thread measures; nothing is added by two at a time.
 std::atomic<std::size_t> theRequests = 0;
 
+// Calls ------------------------------------------------------------------------------------------
+
+void tell(omt::ValueWriter& writer, const byHand::Position& value)
+{
+    writer.number(value.x);
+    writer.number(value.y);
+    writer.number(value.z);
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Vector& value)
+{
+    writer.number(value.x);
+    writer.number(value.y);
+    writer.number(value.z);
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Spatial& value)
+{
+    writer.integer(value.algorithm);
+    tell(writer, value.location);
+    writer.integer(value.isFrozen);
+    tell(writer, value.orientation);
+    tell(writer, value.velocity);
+    tell(writer, value.acceleration);
+    tell(writer, value.angularVelocity);
+}
+
+void tell(omt::ValueWriter& writer, const byHand::EntityType& value)
+{
+    writer.integer(value.kind);
+    writer.integer(value.domain);
+    writer.integer(value.country);
+    writer.integer(value.category);
+    writer.integer(value.subcategory);
+    writer.integer(value.specific);
+    writer.integer(value.extra);
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Marking& value)
+{
+    writer.integer(value.encoding);
+    writer.octets({value.data, sizeof value.data});
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Parameters& value)
+{
+    writer.beginArray(value.count);
+    for (std::size_t i = 0; i < value.count; ++i)
+    {
+        const byHand::Parameter& one = value.all[i];
+        writer.integer(one.change);
+        writer.integer(one.attachedTo);
+        writer.integer(one.type);
+        if (one.type == byHand::theArticulatedPart)
+        {
+            writer.integer(one.part);
+            writer.integer(one.metric);
+            writer.number(one.value);
+            continue;
+        }
+        writer.integer(one.station);
+        tell(writer, one.store);
+    }
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Environment& value)
+{
+    writer.beginArray(value.count);
+    for (std::size_t i = 0; i < value.count; ++i)
+    {
+        const byHand::Environment::Record& one = value.all[i];
+        writer.integer(one.index);
+        writer.integer(one.type);
+        tell(writer, one.first);
+        if (one.type == byHand::theLine) tell(writer, one.second);
+        if (one.type != byHand::theSphere) continue;
+        writer.number(one.radius);
+        writer.octets({one.padding, sizeof one.padding});
+    }
+}
+
+void tell(omt::ValueWriter& writer, const byHand::Text& value)
+{
+    writer.text({value.units, value.count});
+}
+
 // Values -----------------------------------------------------------------------------------------
 
 constexpr std::size_t theRoom = 8192;
@@ -49,7 +135,6 @@ struct Values
             octets[i].assign(room.data(), structs[i].encode(room.data()));
             json[i].assign(text.data(), structs[i].writeJson(text.data()));
             type.decode(octets[i], values[i]);
-            addCalls(values[i].root(), "", i);
             check(i);
         }
     }
@@ -67,55 +152,18 @@ struct Values
             read.readJson(json[i]) && Layout::number(octets[i].data(), octets[i].size(), number) &&
             field.number(octets[i]) == number;
         byHand.resize(static_cast<std::size_t>(read.encode(byHand.data()) - byHand.data()));
-        if (isRight && byHand == octets[i]) return;
+        Buffer byCalls;
+        omt::ValueWriter writer(type);
+        tell(writer, read);
+        if (isRight && byHand == octets[i] && !writer.finish(byCalls) && byCalls == octets[i])
+            return;
         std::fprintf(stderr, "%s: the codec and the code by hand differ:\n%s\n%s\n",
                      Layout::theType, values[i].json().c_str(), json[i].c_str());
         std::exit(1);
     }
 
-    const omt::Field& fieldAt(const std::string& path)
-    {
-        for (const auto& [name, one] : fields)
-            if (name == path) return one;
-        return fields.emplace_back(path, type.field(path)).second;
-    }
-
-    /// The numbers of a value, each with the field that it is.
-    void addCalls(const omt::Item& item, const std::string& path, std::size_t i)
-    {
-        if (item.number())
-        {
-            const omt::Field& leaf = fieldAt(path);
-            Buffer room = octets[i];
-            // Not the discriminants, which the shape of the value has.
-            if (leaf.write(room.data(), room.size(), 0))
-                calls[i].push_back({&leaf, *item.number()});
-            return;
-        }
-        if (item.kind() == omt::ValueKind::text || item.kind() == omt::ValueKind::octets)
-            for (std::size_t k = 0; type.findField(path + '[' + std::to_string(k) + ']'); ++k)
-            {
-                const std::string step = path + '[' + std::to_string(k) + ']';
-                const omt::Field& leaf = fieldAt(step);
-                const std::optional<double> number = leaf.number(octets[i]);
-                if (!number) return;
-                calls[i].push_back({&leaf, *number});
-            }
-        for (std::size_t k = 0; k < item.size(); ++k)
-        {
-            const std::string name(item.name(k));
-            addCalls(item[k],
-                     path + (name.empty()   ? '[' + std::to_string(k) + ']'
-                             : path.empty() ? name
-                                            : '.' + name),
-                     i);
-        }
-    }
-
     omt::Type type;
     omt::Field field;
-    std::deque<std::pair<std::string, omt::Field>> fields;
-    std::vector<std::pair<const omt::Field*, double>> calls[theCount];
     Layout structs[theCount];
     Buffer octets[theCount];
     std::string json[theCount];
@@ -211,20 +259,17 @@ struct Pieces
                               });
     }
 
-    /// Every number by a call, into the octets of a value of the same shape.
+    /// Every piece by a call.
     static double encodeByCalls()
     {
-        static Buffer theOctets(theRoom);
+        static omt::ValueWriter theWriter(valuesOf<Layout>().type);
         return rounds<Layout>(theQuick,
                               [](All& all, std::size_t i)
                               {
-                                  const std::size_t size = all.octets[i].size();
-                                  std::copy(all.octets[i].begin(), all.octets[i].end(),
-                                            theOctets.begin());
-                                  bool isWritten = true;
-                                  for (const auto& [leaf, number] : all.calls[i])
-                                      isWritten &= leaf->write(theOctets.data(), size, number);
-                                  return isWritten ? static_cast<double>(theOctets[size - 1]) : 0;
+                                  omt::Octets octets;
+                                  tell(theWriter, all.structs[i]);
+                                  if (theWriter.finish(octets)) return 0.0;
+                                  return static_cast<double>(octets[octets.size() - 1]);
                               });
     }
 
@@ -279,6 +324,7 @@ struct Pieces
             decode();
             field();
             encode();
+            encodeByCalls();
             json();
             fromJson();
         };

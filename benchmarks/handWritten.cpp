@@ -494,7 +494,6 @@ bool Marking::readJson(std::string_view text)
 namespace
 {
 
-constexpr std::uint32_t theArticulatedPart = 0;
 constexpr std::uint32_t theAttachedPart = 1;
 constexpr std::size_t theParameterSize = 20;
 
@@ -627,10 +626,6 @@ bool Parameters::readJson(std::string_view text)
 
 namespace
 {
-
-constexpr std::uint32_t thePoint = 655360;
-constexpr std::uint32_t theLine = 786432;
-constexpr std::uint32_t theSphere = 65536;
 
 /// The octets of an alternative, or 0.
 std::size_t sizeOf(std::uint32_t type)

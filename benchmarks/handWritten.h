@@ -95,6 +95,12 @@ struct Marking
     bool readJson(std::string_view text);
 };
 
+/// Discriminants.
+constexpr std::uint32_t theArticulatedPart = 0;
+constexpr std::uint32_t thePoint = 655360;
+constexpr std::uint32_t theLine = 786432;
+constexpr std::uint32_t theSphere = 65536;
+
 struct Parameter
 {
     std::uint8_t change;

@@ -2,6 +2,7 @@
 #include "codecLaws.h"
 
 #include "omt/columns/columns.h"
+#include "writerLaws.h"
 
 #include <algorithm>
 #include <charconv>
@@ -373,6 +374,8 @@ void CodecLaws::roundTrip(const omt::Type& type, omt::Octets octets)
     require(!error, "JSON of a value is a value");
     require(isSame({myOctets.data() + 3, myOctets.size() - 3}), "JSON encodes to the same octets");
     require(!type.read(myJson, myOther) && isSame(myOther.octets()), "JSON is read as the octets");
+    const std::string written = checkWriting(type, myValue, myJson);
+    require(written.empty(), written.c_str());
     const omt::Item root = myOther.root();
     constexpr std::size_t theMostOctets = 512;
     if (!root || octets.size() > theMostOctets) return;

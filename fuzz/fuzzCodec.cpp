@@ -3,6 +3,7 @@
 // JSON, and obeys the laws of codecs. A first octet "h" has hints in between as well.
 #include "codecLaws.h"
 #include "omt/omt.h"
+#include "writerLaws.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -75,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (hasColumns) require(laws.checkColumns(*type, octets), name);
         require(laws.checkCuts(*type, octets, false), name);
         require(laws.checkText(*type, rest), name);
+        require(checkCalls(*type, octets), name);
     }
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include "omt/codec/codec.h"
 #include "omt/codec/overlay.h"
+#include "omt/codec/valueWriter.h"
 #include "omt/model/read.h"
 #include "omt/recording/updateDecoder.h"
 #include "omt/recording/updateWriter.h"

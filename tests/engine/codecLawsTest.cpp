@@ -2,6 +2,7 @@
 // The laws of codecs on values of published models, before a page that cannot be read, with numbers
 // at their edges; HLA 1.3 beside the XML edition.
 #include "../../fuzz/codecLaws.h"
+#include "../../fuzz/writerLaws.h"
 #include "omt/codec/layout.h"
 #include "omt/omt.h"
 #include "slowCodec.h"
@@ -208,6 +209,8 @@ TEST(CodecLawsTest, AgreesWithASlowDecoderOfHla13)
             const omt::Value value = codec.type(data.name).decode(octets);
             EXPECT_EQ(value.fault() ? "" : value.json(), json) << data.name;
             EXPECT_TRUE(value.fault() || value.left() == left) << data.name;
+            if (value.isWhole() && value.notes().empty())
+                EXPECT_EQ(checkWriting(codec.type(data.name), value, json), "") << data.name;
             whole += json.empty() ? 0 : 1;
         }
     EXPECT_GE(whole, 1000u);

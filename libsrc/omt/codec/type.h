@@ -97,6 +97,7 @@ private:
     friend class Item;
     friend class Layout;
     friend class Value;
+    friend class ValueWriter;
     Type(std::shared_ptr<const Plan> plan, std::uint32_t node)
         : myPlan(std::move(plan)), myNode(node)
     {

@@ -7,9 +7,8 @@
 namespace omt
 {
 
-std::string rangeComplaint(const Plan& plan, const Node& node, std::int64_t number)
+std::string rangeComplaint(const Plan& plan, const Node& node, std::int64_t number, bool isUnsigned)
 {
-    const bool isUnsigned = node.scalar == Scalar::unsignedInteger;
     return (isUnsigned ? std::to_string(static_cast<std::uint64_t>(number))
                        : std::to_string(number)) +
            " is out of range of " + std::string(plan.text(node.name));

@@ -11,8 +11,9 @@
 namespace omt
 {
 
-/// Of a number for which isInRange() is false; unsigned ones come as two's complement.
-std::string rangeComplaint(const Plan& plan, const Node& node, std::int64_t number);
+/// Of a number that a node cannot be; an unsigned one comes as two's complement.
+std::string rangeComplaint(const Plan& plan, const Node& node, std::int64_t number,
+                           bool isUnsigned);
 
 /// A name that no enumerator of a node has.
 std::string nameComplaint(const Plan& plan, const Node& node, std::string_view name);
@@ -54,8 +55,8 @@ inline bool isAbsent(const Part& part, const Looked* looked)
 /// where the variant record ends, which is before the padding where the alternative has no octets.
 std::size_t closeMeasured(const Node& variant, std::uint8_t* start, std::size_t end);
 
-/// Whether octets that were written for a node are sure to be read as they were meant; where elements
-/// end with the value they may not be.
+/// Whether octets that were written for a node are sure to be read as they were meant; where
+/// elements end with the value they may not be.
 inline bool isSure(const Node& node, std::size_t size)
 {
     return node.ending != Ending::unsure && size <= theLargestSize;
