@@ -130,7 +130,7 @@ TEST(ValueWriterTest, MakesOctets)
         {"Spot",             "{ .K lShort .X d1.5 .V { .D lShort .S i-2 } .N i5 }", theSpot                  },
         {"Choice",           "i3",                                                  "3"                      },
         {"Choice",           "{ i3 }",                                              "3"                      },
-        {"Choices",          "[3 i1 i5 i3 i1 , i6",
+        {"Choices",          "[3 i1 i5 i3 , i1 i6",
          "0 0 0 3 0 0 0 0 1 0 0 0 0 0 0 0 0 5 0 0 0 0 0 0 3 0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 6"               },
         {"Choices",          "[1 , { i2 .L [1 d1.5 ] } ]",
          "0 0 0 1 0 0 0 0 2 0 0 0 0 0 0 0 0 0 0 1 0 0 0 0 3f f8 0 0 0 0 0 0"                                 },

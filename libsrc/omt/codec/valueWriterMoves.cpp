@@ -319,10 +319,11 @@ ValueWriter::Parts::Move ValueWriter::Parts::choose(const std::string_view* name
     }
     if (given >= theUnknown && node.length != Length::none)
         given = name && *name == "octets" ? theUnknown : theNothing;
-    if (!isAlternative(node, wanted, given))
-        return fail(alternativeComplaint(plan, node, number, wanted, given)), Move::failed;
-    if (given < theUnknown && join(given)) return Move::begun;
-    return chooseSlowly(given, start);
+    const bool isRight = isAlternative(node, wanted, given);
+    if (isRight && given < theUnknown && join(given)) return Move::begun;
+    enterVariant(start);
+    if (isRight) return chooseSlowly(node, given);
+    return fail(alternativeComplaint(plan, node, number, wanted, given)), Move::failed;
 }
 
 // Goes on with steps of which the alternative is a part.
@@ -342,35 +343,40 @@ bool ValueWriter::Parts::join(std::uint32_t alternative)
     return true;
 }
 
-// With frames of their own for the variant record and the alternative.
-ValueWriter::Parts::Move ValueWriter::Parts::chooseSlowly(std::uint32_t given, std::size_t start)
+// Gives the variant record that begins here a frame of its own, if it is a field.
+void ValueWriter::Parts::enterVariant(std::size_t start)
 {
-    const Node& node = *top().run->variant;
-    if (nodeOf(top()).form == Form::record)
+    Frame& frame = top();
+    if (nodeOf(frame).form == Form::record)
     {
-        top().stage = Stage::parts;
-        top().index = top().run->fields;
-        Run& run = runOf(plan.parts[nodeOf(top()).first + top().index].node);
+        frame.stage = Stage::parts;
+        frame.index = frame.run->fields;
+        Run& run = runOf(plan.parts[nodeOf(frame).first + frame.index].node);
         ++depth;
         setFrame(run, start, Stage::done);
     }
-    top().index = given;
     top().stage = Stage::done;
-    if (node.length != Length::none) growTo(start + node.lengthOffset + 4);
+}
+
+ValueWriter::Parts::Move ValueWriter::Parts::chooseSlowly(const Node& variant, std::uint32_t given)
+{
+    Frame& frame = top();
+    frame.index = given;
+    const bool isMeasured = variant.length != Length::none;
+    if (isMeasured) growTo(frame.start + variant.lengthOffset + 4);
     if (given == theNothing)
     {
-        if (node.length != Length::none)
-            std::memset(octets.data() + start + node.lengthOffset, 0, 4);
+        if (isMeasured) std::memset(octets.data() + frame.start + variant.lengthOffset, 0, 4);
         return pop();
     }
-    growTo(start + node.body);
+    growTo(frame.start + variant.body);
     if (given == theUnknown)
     {
-        top().stage = Stage::kept;
+        frame.stage = Stage::kept;
         cursor->step = &theKept;
         return Move::begun;
     }
-    return push(plan.parts[node.first + given].node) ? Move::begun : Move::failed;
+    return push(plan.parts[variant.first + given].node) ? Move::begun : Move::failed;
 }
 
 }  // namespace omt

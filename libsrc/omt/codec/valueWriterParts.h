@@ -143,7 +143,8 @@ struct ValueWriter::Parts
     Move nextField(const std::string_view* name);
     Move nextElement();
     Move choose(const std::string_view* name);
-    Move chooseSlowly(std::uint32_t given, std::size_t start);
+    Move chooseSlowly(const Node& variant, std::uint32_t given);
+    void enterVariant(std::size_t start);
     Run& joinedRun(Run& run, std::uint32_t alternative);
     bool join(std::uint32_t alternative);
     bool noteLooked(const Frame& record, const Frame& field);
