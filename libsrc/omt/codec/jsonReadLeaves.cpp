@@ -124,7 +124,9 @@ bool JsonReader::outside(const Node& node, std::string_view text, std::uint32_t 
 
 bool JsonReader::ranged(const Node& node, std::int64_t number, std::uint32_t depth)
 {
-    if (!isInRange(node, number)) return fail(rangeComplaint(myPlan, node, number, node.scalar == Scalar::unsignedInteger), depth);
+    if (!isInRange(node, number))
+        return fail(rangeComplaint(myPlan, node, number, node.scalar == Scalar::unsignedInteger),
+                    depth);
     store(node, static_cast<std::uint64_t>(number));
     return true;
 }
