@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace omt
 {
@@ -107,7 +107,7 @@ namespace
 std::string shortest(double number)
 {
     char text[40];
-    return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.17g", number))};
+    return {text, std::to_chars(text, text + sizeof text, number).ptr};
 }
 
 }  // namespace
