@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/check/check.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/base/nearestNames.h"
 #include "omt/check/checkRun.h"
 #include "omt/model/moduleNames.h"
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <unordered_set>
 
 namespace omt
 {
@@ -69,7 +69,7 @@ constexpr std::string_view theKnownOtherwise[] = {"unknown-datatype", "enumerato
 /// What compiling alone finds.
 void addCodecFindings(const Codec& codec, const Model& model, Findings& findings)
 {
-    std::unordered_set<std::string> builtIn;
+    OwnNameSet builtIn;
     for (const Module& module : model.modules())
         if (module.isBuiltIn) builtIn.insert(module.file.str());
     for (const Finding& finding : codec.findings())

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Rules on classes and their members, those of 1516-2025 included.
+#include "omt/base/nameHash.h"
 #include "omt/check/checkRun.h"
 
 #include <set>
-#include <unordered_map>
 
 namespace omt
 {
@@ -120,7 +120,7 @@ private:
     const std::vector<Class>& myTable;
     std::vector<Frame> myOpen;
     std::vector<std::string_view> myNames;
-    std::unordered_map<std::string_view, First> myFirst;
+    NameMap<First> myFirst;
 };
 
 /// Reports the members that their own class has already, or that one above it has.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/check/diff.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/check/diffItems.h"
 #include "omt/check/diffPairing.h"
 #include "omt/check/partDiff.h"
@@ -9,8 +10,6 @@
 #include "omt/codec/compile.h"
 #include "omt/model/compare.h"
 #include "omt/model/parts.h"
-
-#include <unordered_map>
 
 namespace omt
 {
@@ -128,7 +127,7 @@ public:
         if (myBefores.size() == 1 && myAfters.size() == 1) myBefores[0] = myAfters[0] = 0;
         for (const bool isByFile : {false, true})
         {
-            std::unordered_map<std::string_view, std::uint32_t> places;
+            NameMap<std::uint32_t> places;
             for (std::uint32_t i = 0; i < myAfters.size(); ++i)
                 if (myAfters[i] == theNoItem) places.try_emplace(key(before, i, isByFile), i);
             for (std::uint32_t i = 0; i < myBefores.size(); ++i)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/check/diffItems.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/model/compare.h"
 #include "omt/model/parts.h"
 #include "omt/model/schemaValues.h"
@@ -138,7 +139,7 @@ namespace
 
 void mix(std::uint64_t& content, std::string_view text)
 {
-    content = (content ^ std::hash<std::string_view>()(text)) * 0x9E3779B97F4A7C15;
+    content = (content ^ NameHash()(text)) * 0x9E3779B97F4A7C15;
     content ^= content >> 29;
 }
 

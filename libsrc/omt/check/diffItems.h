@@ -2,13 +2,13 @@
 // DiffItems lists what can come, go and change in a model, all kinds of definitions in one form.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/model.h"
 #include "omt/model/rows.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace omt
@@ -88,7 +88,7 @@ private:
 
     const Model& myModel;
     std::vector<DiffItem> myItems;
-    std::unordered_map<std::string_view, std::uint32_t> myDatatypes;
+    NameMap<std::uint32_t> myDatatypes;
 };
 
 /// A number for what a definition says in the rows and parts that bear on behaviour, but for its

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/check/diffPairing.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/model/parts.h"
 
 #include <algorithm>
 #include <string>
-#include <unordered_set>
 
 namespace omt
 {
@@ -39,7 +39,7 @@ std::uint64_t mixed(std::uint64_t one, std::uint64_t two)
 
 std::uint64_t nameKey(const DiffItem& item)
 {
-    return std::hash<std::string_view>()(item.name());
+    return NameHash()(item.name());
 }
 
 }  // namespace
@@ -109,8 +109,8 @@ void DiffPairing::pairByName(bool isOneKind)
     };
     const auto hash = [](const Key& key)
     {
-        return static_cast<std::size_t>(mixed(std::hash<std::string_view>()(key.name),
-                                              mixed(key.owner, std::uint64_t(key.kind))));
+        return static_cast<std::size_t>(
+            mixed(NameHash()(key.name), mixed(key.owner, std::uint64_t(key.kind))));
     };
     const auto keyOf = [&](const DiffItems& items, Id item)
     {

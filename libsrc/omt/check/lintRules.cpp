@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Rules of taste, which are followed when asked for.
+#include "omt/base/nameHash.h"
 #include "omt/check/checkRun.h"
 #include "omt/model/datatypeReferences.h"
 #include "omt/model/moduleCheck.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace omt
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    std::unordered_map<std::string, const Definition*> myFirst;
+    OwnNameMap<const Definition*> myFirst;
 };
 
 void findTwins(CheckRun& run)
@@ -156,10 +156,8 @@ void findUnknownUnits(CheckRun& run)
              });
 }
 
-using Names = std::unordered_set<std::string_view>;
-
 /// The words of a normalization, which may be names of datatypes.
-void addWords(std::string_view text, Names& words)
+void addWords(std::string_view text, NameSet& words)
 {
     constexpr std::string_view theBetween = " \t\r\n(),[]";
     while (true)
@@ -173,9 +171,9 @@ void addWords(std::string_view text, Names& words)
 }
 
 /// The datatypes that something refers to by name.
-Names usedDatatypes(const Model& model)
+NameSet usedDatatypes(const Model& model)
 {
-    Names used;
+    NameSet used;
     forEachNamedTable(
         [&](auto table)
         {
@@ -202,7 +200,7 @@ Names usedDatatypes(const Model& model)
 
 void findUnusedDatatypes(CheckRun& run)
 {
-    const Names used = usedDatatypes(run.model());
+    const NameSet used = usedDatatypes(run.model());
     forEachNamedTable(
         [&](auto table)
         {
@@ -220,7 +218,7 @@ void findUnusedDatatypes(CheckRun& run)
 
 void findUnusedDimensions(CheckRun& run)
 {
-    Names used;
+    NameSet used;
     const auto addAll = [&](const List<Text>& names) { used.insert(names.begin(), names.end()); };
     for (const ObjectClass& node : run.model().objectClasses())
     {

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Rules on names: what they may be made of, which are reserved, and which stand twice.
 #include "omt/base/character.h"
+#include "omt/base/nameHash.h"
 #include "omt/check/checkRun.h"
-
-#include <unordered_set>
 
 namespace omt
 {
@@ -92,10 +91,8 @@ bool isReserved(std::string_view name)
     return name.size() > 3 && is(name[0], 'h') && is(name[1], 'l') && is(name[2], 'a');
 }
 
-using Names = std::unordered_set<std::string_view>;
-
 /// Every name of the tables of a model, of its attributes and of its parameters.
-void addNames(const Model& model, Names& names)
+void addNames(const Model& model, NameSet& names)
 {
     forEachNamedTable(
         [&](auto table)
@@ -129,7 +126,7 @@ struct MimNames
         return names.count(name) != 0;
     }
     std::vector<Model> models;
-    Names names;
+    NameSet names;
 };
 
 void findReservedNames(CheckRun& run)

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/check/partDiff.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/model/compare.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace omt
 {
@@ -144,7 +144,7 @@ template <typename Key>
 void pairParts(const PartView& before, const PartView& after, std::vector<std::size_t>& befores,
                std::vector<std::size_t>& afters, const Key& key)
 {
-    std::unordered_map<std::string, std::vector<std::size_t>> places;
+    OwnNameMap<std::vector<std::size_t>> places;
     for (std::size_t i = before.size(); i-- > 0;)
         if (afters[i] == theNoPart) places[key(before, i)].push_back(i);
     for (std::size_t i = 0; i < after.size(); ++i)

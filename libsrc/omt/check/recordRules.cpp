@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Rules on fixed records, variant records and the records of HLA 1.3.
+#include "omt/base/nameHash.h"
 #include "omt/check/checkRun.h"
 #include "omt/codec/typeText.h"
 #include "omt/model/datatypeReferences.h"
 
 #include <algorithm>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace omt
 {
@@ -71,7 +71,7 @@ public:
 
 private:
     std::unordered_multimap<std::string_view, std::string_view> myUsers;
-    std::unordered_set<std::string_view> myNames;
+    NameSet myNames;
 };
 
 void findLostEnds(CheckRun& run)
@@ -137,7 +137,7 @@ public:
     static constexpr std::size_t theNowhere = static_cast<std::size_t>(-1);
 
 private:
-    using Places = std::unordered_map<std::string_view, std::size_t>;
+    using Places = NameMap<std::size_t>;
 
     static std::size_t find(const Places& places, std::string_view name)
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Fits the hierarchies: one root, no name twice below a class, dimensions where the edition has
 // them.
+#include "omt/base/nameHash.h"
 #include "omt/model/compare.h"
 #include "omt/model/fitting.h"
 
@@ -85,7 +86,7 @@ void Fitting::dropTwins(T& node, List<Part> T::*list)
     if (std::all_of(all.begin(), all.end(),
                     [this](const Part& part) { return mySeen.add(part.name); }))
         return;
-    std::unordered_set<std::string_view> names;
+    NameSet names;
     std::vector<Part> parts;
     for (const Part& part : std::as_const(all))
     {
@@ -113,7 +114,7 @@ void Fitting::joinSiblings(std::vector<T>& table)
     {
         std::size_t operator()(const std::pair<std::uint32_t, std::string_view>& key) const
         {
-            return std::hash<std::string_view>()(key.second) ^ key.first * 0x9E3779B97F4A7C15U;
+            return NameHash()(key.second) ^ key.first * 0x9E3779B97F4A7C15U;
         }
     };
     std::unordered_map<std::pair<std::uint32_t, std::string_view>, std::uint32_t, Hash> firsts;
@@ -164,7 +165,7 @@ void Fitting::moveDimensions(ObjectClass& node)
     if (isStaying) return;
     std::vector<Attribute> attributes(node.attributes.begin(), node.attributes.end());
     std::vector<Text> all(node.dimensions.begin(), node.dimensions.end());
-    std::unordered_set<std::string_view> known(all.begin(), all.end());
+    NameSet known(all.begin(), all.end());
     // A document may give any number of dimensions to any number of attributes.
     constexpr std::size_t theMostMoved = 1000000;
     bool isMoved = false;

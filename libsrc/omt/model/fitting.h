@@ -2,6 +2,7 @@
 // Fitting turns the tables of any model into ones that the schema of an edition accepts.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/freeNames.h"
 #include "omt/model/modelBuilder.h"
 #include "omt/model/rows.h"
@@ -9,7 +10,6 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -39,7 +39,7 @@ private:
     void fitRows();
 
     /// XML attributes of the root, by name.
-    using Seen = std::unordered_map<std::string_view, std::string_view>;
+    using Seen = NameMap<std::string_view>;
     bool isLeftOut(const Section& root, const Aside& aside, Seen& seen);
     void addSchemaPlace(std::vector<Aside>& asides, Seen& seen);
 
@@ -102,13 +102,13 @@ private:
     /// Names of the definitions that stand side by side.
     SeenNames mySeen;
 
-    std::unordered_map<std::string, std::string> myNames;
+    OwnNameMap<std::string> myNames;
     FreeNames myTaken;
     bool isTakenFilled = false;
     /// Labels of notes and identifiers of elements that are in use.
     FreeNames myIds;
     /// What labels have become: by module and label, and by label alone for the first.
-    std::unordered_map<std::string, std::string> myLabels;
+    OwnNameMap<std::string> myLabels;
     /// References to notes that are written or were reported, by where the model has their texts.
     std::unordered_set<const char*> myNoteReferences;
 };

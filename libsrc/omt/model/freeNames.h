@@ -2,9 +2,9 @@
 // FreeNames makes names that nothing else has.
 #pragma once
 
+#include "omt/base/nameHash.h"
+
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 
 namespace omt
 {
@@ -28,8 +28,8 @@ public:
     }
 
 private:
-    std::unordered_set<std::string> myTaken;
-    std::unordered_map<std::string, std::size_t> myNumbers;
+    OwnNameSet myTaken;
+    OwnNameMap<std::size_t> myNumbers;
 };
 
 }  // namespace omt

@@ -2,6 +2,7 @@
 // Lowering13 turns the definitions of HLA 1.3 into ones that 1516 has, with the same octets.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/freeNames.h"
 #include "omt/model/modelBuilder.h"
 
@@ -9,8 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace omt
@@ -138,17 +137,17 @@ private:
     ModelBuilder& myBuilder;
     Edition myEdition;
     Findings& myFindings;
-    std::unordered_map<std::string, Laid> myLaid;
-    std::unordered_map<std::string, std::string> myMade;
-    std::unordered_map<std::string, std::vector<Text>> mySpaces;
+    OwnNameMap<Laid> myLaid;
+    OwnNameMap<std::string> myMade;
+    OwnNameMap<std::vector<Text>> mySpaces;
     std::size_t myReplaced = 0;
     FreeNames myNames;
-    std::unordered_set<std::string_view> myBusy;
+    NameSet myBusy;
     /// Of the record that is being lowered: its fields, and the last component that each name
     /// decides about.
     std::vector<RecordField> myFields;
-    std::unordered_map<std::string_view, std::size_t> myLastDecided;
-    std::unordered_set<std::string_view> myFieldNames;
+    NameMap<std::size_t> myLastDecided;
+    NameSet myFieldNames;
     Model myMim;
     std::uint32_t myModule = 0;
 };

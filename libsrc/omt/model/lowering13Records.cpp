@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Lowering13: complex datatypes to fixed records, variant records and arrays.
+#include "omt/base/nameHash.h"
 #include "omt/model/lowering13.h"
 #include "omt/model/rprNames.h"
 
@@ -60,7 +61,7 @@ struct Lowering13::Run
 void Lowering13::lowerComplex()
 {
     std::vector<ComplexRecord>& records = myBuilder.tables().complexRecords;
-    std::unordered_map<std::string_view, const ComplexRecord*> byName;
+    NameMap<const ComplexRecord*> byName;
     for (const ComplexRecord& record : records) byName.try_emplace(record.name, &record);
     std::vector<std::pair<const ComplexRecord*, std::size_t>> open;
     for (const ComplexRecord& record : records)
@@ -333,7 +334,7 @@ bool Lowering13::placeVariant(const ComplexRecord& record, const Run& run, Laid&
     Extent extent;
     std::uint32_t boundary = 1;
     bool isTail = false;
-    std::unordered_set<std::string_view> values;
+    NameSet values;
     for (std::size_t i = run.first; i < run.end; ++i)
     {
         const Component& from = record.components[i];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Merges models: finds which definition meets which. What IEEE 1516.2-2025 lets a module add is
 // added, everything else that differs is a finding, and the first definition stands.
+#include "omt/base/nameHash.h"
 #include "omt/model/mergeReport.h"
 #include "omt/model/partGrowth.h"
 #include "omt/model/read.h"
@@ -27,7 +28,7 @@ struct KeyHash
 {
     std::size_t operator()(const Key& key) const
     {
-        return std::hash<std::string_view>()(key.name) ^ (key.group * 0x9E3779B97F4A7C15U);
+        return NameHash()(key.name) ^ (key.group * 0x9E3779B97F4A7C15U);
     }
 };
 
@@ -98,7 +99,7 @@ private:
     MergeReport myReport;
     PartGrowth myGrowth{myMerging, myReport};
     std::unordered_map<Key, Slot, KeyHash> myNames;
-    std::unordered_map<std::string_view, std::uint32_t> myNotes;
+    NameMap<std::uint32_t> myNotes;
     /// The places of the classes of the model that is being added.
     std::vector<std::uint32_t> myClasses;
 };

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/model/mergeReport.h"
 
+#include "omt/base/nameHash.h"
+
 #include <algorithm>
 #include <map>
 #include <sstream>
-#include <unordered_map>
 
 namespace omt
 {
@@ -200,7 +201,7 @@ void MergeReport::reportMissing(Kind kind, const std::string& names, const Repet
 void MergeReport::reportMovedNotes()
 {
     if (myMerging.movedNotes.empty()) return;
-    std::unordered_map<std::string_view, std::size_t> counts;
+    NameMap<std::size_t> counts;
     for (const Note& note : myMerging.tables().notes) ++counts[note.name];
     for (const auto& [labels, module] : myMerging.movedNotes)
     {

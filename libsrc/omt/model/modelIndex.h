@@ -2,11 +2,11 @@
 // Model::Index finds the definitions of a model by name.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/model.h"
 
 #include <cstdint>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -24,7 +24,7 @@ struct Model::Index
         for (const T& definition : table) datatypes.try_emplace(definition.name, definition);
     }
 
-    using Names = std::unordered_map<std::string_view, std::uint32_t>;
+    using Names = NameMap<std::uint32_t>;
     template <typename T>
     static void addNames(Names& names, const std::vector<T>& table)
     {
@@ -51,7 +51,7 @@ struct Model::Index
         std::vector<std::uint32_t> next;
     };
 
-    std::unordered_map<std::string_view, Datatype> datatypes;
+    NameMap<Datatype> datatypes;
     Names notes;
     /// The notes of each module, where there are several modules.
     std::vector<Names> notesOfModule;

@@ -2,6 +2,7 @@
 #include "omt/model/modelJson.h"
 
 #include "omt/base/jsonWriter.h"
+#include "omt/base/nameHash.h"
 #include "omt/model/classNames.h"
 #include "omt/model/datatypeReferences.h"
 #include "omt/model/rows.h"
@@ -376,7 +377,7 @@ void writeDatatypeNames(const Tables& tables, JsonWriter& json)
 {
     json.key("datatypes");
     json.beginObject();
-    std::unordered_set<std::string_view> seen;
+    NameSet seen;
     const auto writeTable = [&](const auto& table)
     {
         for (const auto& definition : table)
@@ -568,7 +569,7 @@ std::string datatypeJson(const Model& model, const Datatype& datatype, JsonLayou
     json.beginObject();
     std::vector<Datatype> known = {datatype};
     std::vector<std::string_view> undefined;
-    std::unordered_set<std::string_view> seen = {datatype.definition().name};
+    NameSet seen = {datatype.definition().name};
     for (std::size_t i = 0; i < known.size(); ++i)
     {
         const Datatype next = known[i];

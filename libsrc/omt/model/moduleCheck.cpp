@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/model/moduleCheck.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/model/compare.h"
 #include "omt/model/rows.h"
 
 #include <algorithm>
 #include <charconv>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -67,7 +67,7 @@ private:
     void checkEnumerators(const EnumeratedData& data)
     {
         checkNames(data.enumerators);
-        std::unordered_map<std::string_view, const Enumerator*> names;
+        NameMap<const Enumerator*> names;
         names.reserve(data.enumerators.size());
         myNumbers.clear();
         for (const Enumerator& enumerator : data.enumerators)

@@ -2,11 +2,11 @@
 // ModuleNames finds the modules that dependencies name.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/model.h"
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace omt
@@ -36,8 +36,8 @@ private:
     std::vector<std::size_t> look(const std::string& wanted);
 
     std::vector<Entry> myEntries;
-    std::unordered_map<std::string, std::vector<std::size_t>> myExact;
-    std::unordered_map<std::string, std::vector<std::size_t>> myFound;
+    OwnNameMap<std::vector<std::size_t>> myExact;
+    OwnNameMap<std::vector<std::size_t>> myFound;
     std::size_t myComparisons = 0;
 };
 

@@ -2,6 +2,7 @@
 // PartGrowth keeps the parts of definitions that several modules have until all modules are merged.
 #pragma once
 
+#include "omt/base/nameHash.h"
 #include "omt/model/mergeReport.h"
 
 #include <cstdint>
@@ -50,8 +51,8 @@ private:
         void add(const Part& part);
 
         std::vector<Part> parts;
-        std::unordered_map<std::string_view, std::uint32_t> byKey;
-        std::unordered_map<std::string, std::uint32_t> byClaim;
+        NameMap<std::uint32_t> byKey;
+        OwnNameMap<std::uint32_t> byClaim;
         /// How many parts came with the definition itself; these are the first.
         std::size_t own = 0;
         bool isChanged = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "omt/model/references.h"
 
+#include "omt/base/nameHash.h"
 #include "omt/model/compare.h"
 #include "omt/model/moduleNames.h"
 #include "omt/model/parts.h"
@@ -11,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 namespace omt
@@ -137,7 +137,7 @@ private:
     {
         std::size_t operator()(const Key& key) const
         {
-            return std::hash<std::string_view>()(key.second) ^ (key.first * 0x9E3779B97F4A7C15U);
+            return NameHash()(key.second) ^ (key.first * 0x9E3779B97F4A7C15U);
         }
     };
 
@@ -407,14 +407,14 @@ private:
     const Model& myModel;
     const std::function<Model()>& myReadMim;
     Findings& myFindings;
-    std::unordered_set<std::string_view> myRoutingSpaces;
+    NameSet myRoutingSpaces;
     std::optional<ClassNames> myObjectClasses;
     std::optional<ClassNames> myInteractionClasses;
     std::optional<Mim> myMim;
     bool myHasMim = false;
     ModuleNames myModuleNames;
     std::vector<Missing> myMissing;
-    std::unordered_map<std::string_view, std::size_t> myPlaces[std::size(theTargets)];
+    NameMap<std::size_t> myPlaces[std::size(theTargets)];
     std::vector<Dependency> myDependencies;
 };
 

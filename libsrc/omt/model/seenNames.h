@@ -2,6 +2,8 @@
 // SeenNames tells which names were there before, without memory of its own for each.
 #pragma once
 
+#include "omt/base/nameHash.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -27,7 +29,7 @@ public:
     bool add(std::string_view name, std::uint32_t owner = 0)
     {
         const std::size_t mask = mySlots.size() - 1;
-        std::size_t at = std::hash<std::string_view>()(name) + owner * 0x9E3779B97F4A7C15U;
+        std::size_t at = NameHash()(name) + owner * 0x9E3779B97F4A7C15U;
         for (;; ++at)
         {
             Slot& slot = mySlots[at & mask];

@@ -2,6 +2,7 @@
 #include "omt/recording/updateDecoder.h"
 
 #include "omt/base/jsonWriter.h"
+#include "omt/base/nameHash.h"
 #include "omt/codec/overlay.h"
 #include "omt/recording/flatColumns.h"
 #include "omt/recording/octetText.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <unordered_map>
 
 namespace omt
 {
@@ -109,7 +109,7 @@ struct UpdateDecoder::Parts
     std::string name;
     std::vector<std::uint8_t> octets;
     Value value;
-    std::unordered_map<std::string, Target> targets;
+    OwnNameMap<Target> targets;
 };
 
 UpdateDecoder::Parts::Parts(const Codec& aCodec, UpdateOptions someOptions)
