@@ -199,6 +199,8 @@ TEST(ValueWriterTest, SaysWhatIsWrongAndWhere)
         {"Spot",             "i1 d1 i3 i1 i1",       ": something follows the value"                            },
         {"Spot",             "i-1",                  "K: -1 is out of range of Kind"                            },
         {"Spot",             "d0.5",                 "K: 0.5 is no whole number"                                },
+        {"HLAinteger64BE",   "i1 }",                 ": the record does not end here"                           },
+        {"Choice",           "i3 } }",               ": the record does not end here"                           },
         {"Choice",           "i1 .L",                ": another alternative goes with the discriminant: \"S\""  },
         {"Choice",           "i1",                   "S: a number is missing"                                   },
         {"Choices",          "[2 i1 i5 i2 [1 tA",    "[1].L[0]: a number is expected"                           },

@@ -76,7 +76,9 @@ void ValueWriter::element()
 // Whether a record, or an array, that is all steps ends with the step before this one.
 bool ValueWriter::Parts::endsBefore(const Step& step, bool isArray) const
 {
-    if (!isInSteps() || &step == top().run->steps.data()) return false;
+    // The steps of a value that is complete are left.
+    const bool isOfRun = isInSteps() && step.kind <= Kind::end && &step != &theEnd;
+    if (!isOfRun || &step == top().run->steps.data()) return false;
     const Step& last = *(&step - 1);
     if (last.kind == Kind::fixedArray) return false;
     const std::uint32_t end = last.offset + nodeOf(last).size;
@@ -104,12 +106,13 @@ void ValueWriter::endRecord()
         const Step& step = *myCursor.step;
         if (step.kind == Kind::failed || parts.endsBefore(step, false)) return;
         if (step.kind != Kind::end) return parts.fail("the record does not end here");
-        const Node& node = parts.nodeOf(parts.top());
+        const Form form = parts.nodeOf(parts.top()).form;
         const Node* const variant = parts.isInSteps() ? parts.top().run->variant : nullptr;
         const std::string_view none;
         const bool isLeftOut = variant && variant->length == Length::extendable;
         const Parts::Move move = parts.move(isLeftOut ? &none : nullptr);
-        if (move == Parts::Move::ended && node.form != Form::array) return;
+        const bool isRecord = form == Form::record || form == Form::variant;
+        if (move == Parts::Move::ended && isRecord) return;
     }
 }
 
