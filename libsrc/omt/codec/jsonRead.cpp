@@ -84,6 +84,27 @@ bool JsonReader::piece(std::uint32_t id, std::uint32_t depth)
 
 // Records ----------------------------------------------------------------------------------------
 
+namespace
+{
+
+// A whole number of up to five digits; null for any other.
+const char* smallNumber(const char* at, const char* end, std::uint32_t& number)
+{
+    constexpr std::ptrdiff_t theMost = 5;
+    const char* const first = at;
+    for (; at != end && at - first <= theMost; ++at)
+    {
+        const auto digit = static_cast<unsigned>(*at) - '0';
+        if (digit > 9) break;
+        number = 10 * number + digit;
+    }
+    const std::ptrdiff_t size = at - first;
+    const bool isUsual = size == 1 || (size > 1 && size <= theMost && *first != '0');
+    return isUsual ? at : nullptr;
+}
+
+}  // namespace
+
 // Reads the fields of a script as they are written, letter for letter; else nothing happens.
 bool JsonReader::script(const Node& record, std::uint32_t depth)
 {
@@ -115,15 +136,16 @@ bool JsonReader::script(const Node& record, std::uint32_t depth)
 const char* JsonReader::leaf(const ScriptStep& step, const char* at, std::uint8_t* octets) const
 {
     const Node& node = myPlan.nodes[step.node];
-    if (step.leaf == Leaf::octet)
+    if (step.leaf == Leaf::octet || step.leaf == Leaf::pair)
     {
-        // One or two digits, which most of them are.
-        const unsigned first = at == myText.end() ? 10U : static_cast<unsigned>(*at - '0');
-        const unsigned second = myText.end() - at < 2 ? 10U : static_cast<unsigned>(at[1] - '0');
-        if (first <= 9 && second > 9)
+        const bool isOctet = step.leaf == Leaf::octet;
+        std::uint32_t number = 0;
+        const char* const last = smallNumber(at, myText.end(), number);
+        if (last != nullptr && number <= (isOctet ? 0xFFU : 0xFFFFU))
         {
-            *octets = static_cast<std::uint8_t>(first);
-            return at + 1;
+            if (!isOctet) *octets++ = static_cast<std::uint8_t>(number >> 8);
+            *octets = static_cast<std::uint8_t>(number);
+            return last;
         }
     }
     if (step.leaf == Leaf::text) return quickText(node, at, octets);

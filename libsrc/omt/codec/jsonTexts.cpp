@@ -18,7 +18,13 @@ constexpr std::array<std::uint8_t, 256> theDigits = []
     return digits;
 }();
 
-// Letters of ASCII that stand for themselves, in blocks; gives how many.
+bool isPlain(char letter)
+{
+    const auto code = static_cast<unsigned char>(letter);
+    return code >= 0x20 && code < 0x80 && letter != '"' && letter != '\\';
+}
+
+// Letters of ASCII that stand for themselves, in blocks and at the end one by one; gives how many.
 std::size_t readPlain(const Node& element, std::string_view letters, std::uint8_t* octets)
 {
     const bool isWide = element.size == 2;
@@ -36,7 +42,16 @@ std::size_t readPlain(const Node& element, std::string_view letters, std::uint8_
         std::memcpy(octets + count * (isWide ? 2 : 1), &shown, 8);
         const auto plain = static_cast<std::size_t>(std::countr_zero(specialOctets(block)) / 8);
         count += std::min(plain, size);
-        if (plain < size) break;
+        if (plain < size) return count;
+    }
+    for (; count < letters.size() && isPlain(letters[count]); ++count)
+    {
+        const auto letter = static_cast<std::uint16_t>(letters[count]);
+        const std::uint16_t unit = element.isLittleEndian ? letter : __builtin_bswap16(letter);
+        if (isWide)
+            std::memcpy(octets + 2 * count, &unit, sizeof unit);
+        else
+            octets[count] = static_cast<std::uint8_t>(letter);
     }
     return count;
 }
