@@ -218,7 +218,8 @@ CheckedSet readCheckedSet(const std::vector<std::string>& arguments)
     return set;
 }
 
-std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim)
+std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim,
+                                     FileContents* contents)
 {
     std::vector<std::string> files;
     for (const std::string& argument : arguments)
@@ -232,7 +233,11 @@ std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, 
             CheckedSet folder;
             addFolder(folder, argument);
             some.clear();
-            for (const CheckedFile& file : folder.files) some.push_back(file.name);
+            for (CheckedFile& file : folder.files)
+            {
+                some.push_back(file.name);
+                if (contents) (*contents)[file.name] = std::move(file.content);
+            }
         }
         files.insert(files.end(), some.begin(), some.end());
     }

@@ -4,6 +4,7 @@
 
 #include "omt/check/check.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,11 @@ struct CheckedSet
 /// holds no model, and where the JSON is none or names something that there is not.
 CheckedSet readCheckedSet(const std::vector<std::string>& arguments);
 
+/// What files hold, by their names.
+using FileContents = std::map<std::string, std::string>;
+
 /// The files that such arguments name, in the order in which they are merged. `withMim` becomes
-/// true where a set asks for the standard MIM. Throws as above.
-std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim);
+/// true where a set asks for the standard MIM. Those of folders are read to find their order; what
+/// they hold goes to `contents`, for who would read them again. Throws as above.
+std::vector<std::string> filesOfSets(const std::vector<std::string>& arguments, bool& withMim,
+                                     FileContents* contents = nullptr);

@@ -31,17 +31,28 @@ struct DiffChoice
     DiffView view;
 };
 
-/// The files of one of the two models, and the revision of git that they are taken from, if any.
+/// The files of one of the two models, what those hold that were read already, and the revision of
+/// git that they are taken from, if any.
 struct Side
 {
     std::vector<std::string> files;
+    FileContents contents;
     std::string revision = {};
 };
+
+Side sideOf(const std::vector<std::string>& words, bool& withMim)
+{
+    Side side;
+    side.files = filesOfSets(words, withMim, &side.contents);
+    return side;
+}
 
 /// What a file of a side holds; nothing where its revision does not have it.
 std::optional<std::string> readFile(const Side& side, const std::string& name)
 {
     if (!side.revision.empty()) return contentInGit(side.revision, name);
+    if (const auto found = side.contents.find(name); found != side.contents.end())
+        return found->second;
     return name == "-" ? contentOf(stdin, "standard input") : contentOf(placeOfModel(name));
 }
 
@@ -81,8 +92,8 @@ omt::Model readSide(const Side& side, bool withMim)
 Result diff(const DiffChoice& choice)
 {
     bool withMim = choice.withMim;
-    Side before{filesOfSets(choice.words, withMim)};
-    Side after{filesOfSets(choice.wordsAfter.value_or(choice.words), withMim)};
+    Side before = sideOf(choice.words, withMim);
+    const Side after = choice.wordsAfter ? sideOf(*choice.wordsAfter, withMim) : before;
     if (!choice.against.empty()) before.revision = choice.against.substr(theGit.size());
     const omt::Model modelBefore = readSide(before, withMim);
     const omt::Model modelAfter = readSide(after, withMim);
