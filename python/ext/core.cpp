@@ -2,6 +2,7 @@
 // The module omtreader._core: models, codecs, fields and tables of libomt for Python.
 #include "dicts.h"
 #include "omt/base/nearestNames.h"
+#include "omt/c.h"
 #include "omt/check/check.h"
 #include "omt/check/diff.h"
 #include "omt/codec/layout.h"
@@ -465,6 +466,7 @@ NB_MODULE(_core, module)
 {
     // What a program still holds when it ends is no fault of the program.
     nb::set_leak_warnings(false);
+    module.attr("__version__") = omt_version();
     // The words of _core.pyi, which a test compares.
     nb::class_<Model>(module, "Model", "What documents say, merged; made by load().")
         .def_prop_ro(

@@ -163,6 +163,11 @@ def test_checks_and_differences() -> None:
     assert found_by[0] - found_by[1] == {"unknown-datatype"}
 
 
+def test_version_is_that_of_the_build() -> None:
+    lists = Path(__file__).parents[2] / "CMakeLists.txt"
+    assert f"set(OMT_VERSION {omt.__version__})" in lists.read_text()
+
+
 def test_help_says_what_the_stubs_say() -> None:
     stubs = ast.parse(Path(omt.__file__).with_name("_core.pyi").read_text())
     for node in ast.walk(stubs):

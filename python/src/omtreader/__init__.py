@@ -12,13 +12,14 @@ cluster. The first takes pyarrow, the second pyspark too.
 import os
 from collections.abc import Iterable
 
-from ._core import Codec, Field, Model, Table, check_documents, diff, read_documents
+from ._core import (Codec, Field, Model, Table, __version__, check_documents, diff,
+                    read_documents)
 from ._types import (DecodeError, Detail, Difference, Differences, EncodeError, Enumerator,
                      Finding, ModelError, OctetChange, OmtError, UnknownName)
 
 __all__ = ["Codec", "DecodeError", "Detail", "Difference", "Differences", "EncodeError",
            "Enumerator", "Field", "Finding", "Model", "ModelError", "OctetChange", "OmtError",
-           "Table", "UnknownName", "check", "diff", "load"]
+           "Table", "UnknownName", "__version__", "check", "diff", "load"]
 
 
 Source = str | os.PathLike[str] | bytes | bytearray | memoryview

@@ -6,6 +6,8 @@ from typing_extensions import Buffer
 
 from ._types import Differences, Finding
 
+__version__: str
+
 class ArrowColumn(Protocol):
     def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]: ...
 
