@@ -158,32 +158,35 @@ TEST_F(FrontEndTest, TheDialectIsToldByNamespaceThenContent)
         std::string attributes = "";
         std::string prefix = "";
     };
-    // clang-format off
     const std::vector<Case> cases = {
         {"the namespace", true, unreliable, theNamespace},
         {"the namespace with a prefix", true, "",
          "xmlns:p=\"http://standards.ieee.org/IEEE1516-2010\"", "p:"},
         {"another namespace", false, "", "xmlns=\"http://standards.ieee.org/\""},
-        {"reliable", true, "<transportations><transportation><reliable>Yes</reliable>"
+        {"reliable", true,
+         "<transportations><transportation><reliable>Yes</reliable>"
          "</transportation></transportations>"},
         {"only the first transportation counts, whatever follows", false,
          unreliable + rates + root},
-        {"reliable without text", false, "<transportations><transportation><reliable/>"
-         "</transportation></transportations>" + rates},
+        {"reliable without text", false,
+         "<transportations><transportation><reliable/>"
+         "</transportation></transportations>" +
+             rates},
         {"rates", true, rates + "<objects/>"},
         {"the object root", true, root},
         {"the first text counts", true,
          "<objects><objectClass><name/><name><!-- A --></name><name>HLAobjectRoot</name>"
          "</objectClass></objects>"},
         {"no classes, which settles it", false, "<objects/>" + interactions},
-        {"another first class", false, "<objects><objectClass><name>A</name></objectClass>"
-         "<objectClass><name>HLAobjectRoot</name></objectClass></objects>" + interactions},
+        {"another first class", false,
+         "<objects><objectClass><name>A</name></objectClass>"
+         "<objectClass><name>HLAobjectRoot</name></objectClass></objects>" +
+             interactions},
         {"the root of 2000", false, "<objects><objectClass name=\"HLAobjectRoot\"/></objects>"},
         {"the interaction root", true, interactions},
         {"no interaction classes", false, "<interactions/>"},
         {"nothing", false, ""},
     };
-    // clang-format on
     xmlNode* none = nullptr;
     EXPECT_FALSE(DtXMLFileReader::isEvolvedFormat(none));
     for (const Case& c : cases)

@@ -150,6 +150,7 @@ TEST(ManagerTest, MapsNames)
     const TreePtr tree = modelOf("simple A base;simple B base;simple C other");
     Manager manager;
     manager.initOMTData(tree.get());
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const struct
     {
@@ -271,6 +272,7 @@ TEST(MappingFileTest, MayHoldAnything)
 {
     const std::string theDeep(1000000, '(');
     const std::string theEnd(1000000, ')');
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const struct
     {

@@ -81,6 +81,7 @@ struct Words
     }
 };
 
+// Rows of several lines, which clang-format would run into each other.
 // clang-format off
 const Words theWords[] = {
     {"%", "", "Name=name;VersionNumber=versionNo;Type=type;Purpose=purpose;"

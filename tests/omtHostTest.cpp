@@ -38,6 +38,7 @@ void expectEach(const std::string& head, const std::vector<Case>& cases)
     }
 }
 
+// Tables among arguments, which clang-format would break at every text.
 // clang-format off
 
 TEST(OmtHostTest, DecodesToALine)

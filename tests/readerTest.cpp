@@ -266,6 +266,7 @@ constexpr char theNoObjectRoot[] = "Warning: HLAobjectRoot is missing from 1516 
 constexpr char theNoInteractionRoot[] =
     "Warning: HLAinteractionRoot is missing from 1516 Evolved XML file\n";
 
+// Rows of several lines, which clang-format would run into each other.
 // clang-format off
 const std::vector<Case> theEvolvedCases = {
     {"nothing at all", "", ""},

@@ -376,6 +376,7 @@ TEST(WalkerTest, StopsAtItsBoundsAndSaysSoOnce)
         while (times-- > 0) all += text;
         return all;
     };
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     struct
     {

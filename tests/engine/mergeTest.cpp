@@ -74,6 +74,7 @@ std::string around(std::string tables, const std::string& content)
     return before + "\n" + content + after;
 }
 
+// Rows of several lines, which clang-format would run into each other.
 // clang-format off
 const Pair thePairs[] = {
     {"equal but for prose, blanks, NA and order of dimensions", "dimensions",

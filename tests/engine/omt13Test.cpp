@@ -257,6 +257,7 @@ TEST(Hla13, saysWhatIsWrongAndKeepsTheRest)
                     std::to_string(i - 1) + "))";
         return text + ")";
     }();
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const Faulty theFaults[] = {
         {"open string", "(ObjectModel\n(Name \"a)\n)", {"x.omd:2: error: ends within the string that begins here [malformed]"}, 0},

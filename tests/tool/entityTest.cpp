@@ -33,6 +33,7 @@ protected:
     }
 };
 
+// Tables among arguments, which clang-format would break at every text.
 // clang-format off
 
 TEST_F(EntityTest, GivesTheNamesOfAKey)

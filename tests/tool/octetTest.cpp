@@ -28,6 +28,7 @@ protected:
     }
 };
 
+// Tables among arguments, which clang-format would break at every text.
 // clang-format off
 TEST_F(OctetTest, ReadsEveryFormThatTracesHave)
 {

@@ -97,6 +97,7 @@ std::set<std::string> optionsIn(const std::string& text)
 
 TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
 {
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const struct
     {
@@ -145,6 +146,7 @@ TEST_F(ToolTest, BadInputGetsOneMessageAndStatusOne)
 
 TEST_F(ToolTest, OddButSoundInputIsRead)
 {
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const struct
     {
@@ -213,6 +215,7 @@ TEST_F(ToolTest, ShowsAModel)
 
 TEST_F(ToolTest, ShowsOneClassOrDatatypeInFull)
 {
+    // Rows of several lines, which clang-format would run into each other.
     // clang-format off
     const struct
     {
