@@ -108,7 +108,7 @@ TEST(CodecRulesTest, DecodesAndSaysWhatIsOdd)
         {"too many without octets",    "Nothings", "0 f 42 41",                             "[]",
          "octet 4: there are more than 1000000 elements and fields without octets"                                                                                                             },
         {"an end",                     "Kinds",    "1 7 9 0",                               "[\"Short\",{\"name\":\"Long\",\"value\":7},9]", ""                                                },
-        {"no end",                     "Kinds",    "1",                                     "[\"Short\"]",                                   "[1]: octet 1: 1 octets needed, 0 left"           },
+        {"no end",                     "Kinds",    "1",                                     "[\"Short\"]",                                   "[1]: octet 1: 1 octet needed, 0 left"            },
         {"no alternative",             "Choice",   "3",                                     "{\"D\":\"None\"}",                              ""                                                },
         {"padding for none",           "Choice",   "3 0 0 0 0 0 0 0",                       "{\"D\":\"None\"}",
          "octet 1: padding before nothing"                                                                                                                                                     },

@@ -178,6 +178,14 @@ bool Indexer::fail(std::string what, std::size_t at, std::size_t needed, std::si
     return false;
 }
 
+bool Indexer::failShort(std::size_t needed, std::size_t at, std::size_t limit, std::uint32_t depth)
+{
+    const std::size_t left = limit - at;
+    return fail(std::to_string(needed) + (needed == 1 ? " octet" : " octets") + " needed, " +
+                    std::to_string(left) + " left",
+                at, needed, left, depth);
+}
+
 bool Indexer::charge(std::uint64_t empties, std::size_t at, const Around& around)
 {
     if (empties <= theMostEmpties && myEmpties + empties <= theMostEmpties)
@@ -206,12 +214,7 @@ bool Indexer::pad(std::size_t& at, std::size_t start, std::uint32_t boundary, st
     const std::size_t place = start + aligned(at - start, boundary);
     if (place == at) return true;
     if (place > around.limit)
-    {
-        const std::size_t needed = place - at + firstLeaf(next);
-        const std::size_t left = around.limit - at;
-        return fail(std::to_string(needed) + " octets needed, " + std::to_string(left) + " left",
-                    at, needed, left, around.depth);
-    }
+        return failShort(place - at + firstLeaf(next), at, around.limit, around.depth);
     checkZero(at, place, around.depth);
     at = place;
     return true;
@@ -295,12 +298,7 @@ std::size_t Indexer::firstLeaf(std::uint32_t id) const
 bool Indexer::missing(std::uint32_t id, std::size_t at, const Around& around)
 {
     const Node& node = myPlan.nodes[id];
-    if (node.form == Form::number)
-    {
-        const std::size_t left = around.limit - at;
-        return fail(std::to_string(node.size) + " octets needed, " + std::to_string(left) + " left",
-                    at, node.size, left, around.depth);
-    }
+    if (node.form == Form::number) return failShort(node.size, at, around.limit, around.depth);
     myFrames[around.depth].node = id;
     Around inner = around.inner();
     std::size_t end = at;
@@ -319,9 +317,7 @@ bool Indexer::missing(std::uint32_t id, std::size_t at, const Around& around)
         const std::size_t place = at + (isArray ? i * node.stride : part->offset);
         myFrames[around.depth].index = static_cast<std::uint32_t>(i);
         if (place > around.limit)
-            return fail(std::to_string(place - end + firstLeaf(child)) + " octets needed, " +
-                            std::to_string(around.limit - end) + " left",
-                        end, place - end + firstLeaf(child), around.limit - end, inner.depth);
+            return failShort(place - end + firstLeaf(child), end, around.limit, inner.depth);
         end = place + myPlan.nodes[child].size;
         if (end > around.limit) return missing(child, place, inner);
     }

@@ -404,6 +404,8 @@ private:
     void note(std::string what, std::size_t at, std::uint32_t depth);
     bool fail(std::string what, std::size_t at, std::size_t needed, std::size_t left,
               std::uint32_t depth);
+    /// More octets are needed than there are up to `limit`.
+    bool failShort(std::size_t needed, std::size_t at, std::size_t limit, std::uint32_t depth);
     std::string path(std::uint32_t depth) const;
 
     const Plan& myPlan;

@@ -50,9 +50,7 @@ bool Indexer::counted(std::uint32_t entry, const Node& node, std::size_t& at, co
 {
     const std::size_t start = at;
     const std::size_t left = around.limit - at;
-    if (left < 4)
-        return fail("4 octets needed, " + std::to_string(left) + " left", at, 4, left,
-                    around.depth);
+    if (left < 4) return failShort(4, at, around.limit, around.depth);
     std::uint32_t bits;
     std::memcpy(&bits, myOctets.data() + at, 4);
     bits = __builtin_bswap32(bits);
@@ -202,10 +200,7 @@ bool Indexer::terminated(std::uint32_t entry, const Node& node, std::size_t& at,
         if (place > around.limit || around.limit - place < element.size)
         {
             if (place <= around.limit) return missing(node.element, place, around.inner());
-            const std::size_t needed = place - at + element.size;
-            return fail(std::to_string(needed) + " octets needed, " +
-                            std::to_string(around.limit - at) + " left",
-                        at, needed, around.limit - at, around.depth + 1);
+            return failShort(place - at + element.size, at, around.limit, around.depth + 1);
         }
         checkZero(at, place, around.depth + 1);
         at = place + element.size;

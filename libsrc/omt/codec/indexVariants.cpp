@@ -37,12 +37,7 @@ bool Indexer::variant(std::uint32_t id, std::size_t& at, const Around& around)
     const Around inner = around.inner();
     const std::size_t place = start + node.body;
     if (place > around.limit)
-    {
-        const std::size_t needed = place - at + firstLeaf(part.node);
-        return fail(std::to_string(needed) + " octets needed, " +
-                        std::to_string(around.limit - at) + " left",
-                    at, needed, around.limit - at, inner.depth);
-    }
+        return failShort(place - at + firstLeaf(part.node), at, around.limit, inner.depth);
     checkZero(at, place, inner.depth);
     at = place;
     if (!piece(part.node, at, inner)) return false;
@@ -57,10 +52,7 @@ bool Indexer::measured(std::uint32_t entry, const Node& node, std::size_t start,
     myIndex.entries[entry].count = theNothing;
     const std::size_t place = start + node.lengthOffset;
     const std::size_t header = place + 4;
-    if (header > around.limit)
-        return fail(std::to_string(header - at) + " octets needed, " +
-                        std::to_string(around.limit - at) + " left",
-                    at, header - at, around.limit - at, around.depth);
+    if (header > around.limit) return failShort(header - at, at, around.limit, around.depth);
     checkZero(at, place, around.depth);
     std::uint32_t length;
     std::memcpy(&length, myOctets.data() + place, 4);
@@ -73,10 +65,7 @@ bool Indexer::measured(std::uint32_t entry, const Node& node, std::size_t start,
         return true;
     }
     const std::size_t body = start + node.body;
-    if (body > around.limit)
-        return fail(std::to_string(body - at) + " octets needed, " +
-                        std::to_string(around.limit - at) + " left",
-                    at, body - at, around.limit - at, around.depth);
+    if (body > around.limit) return failShort(body - at, at, around.limit, around.depth);
     checkZero(at, body, around.depth);
     at = body;
     if (alternative < theUnknown)
