@@ -6,7 +6,7 @@
 #include "textTable.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <set>
 
 namespace
 {
@@ -94,7 +94,7 @@ private:
     }
 
     const omt::Model& myModel;
-    std::unordered_set<std::string_view> mySeen;
+    std::set<std::string_view> mySeen;
     std::vector<Pending> myPending;
     TextTable myTable{
         {exact("Part"), whole("Datatype"), whole("Representation"), wrap("")}

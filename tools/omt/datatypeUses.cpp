@@ -6,7 +6,7 @@
 #include "omt/model/datatypeReferences.h"
 
 #include <functional>
-#include <unordered_map>
+#include <map>
 
 namespace
 {
@@ -80,11 +80,11 @@ void forEachHolder(const omt::Model& model, const Visit& visit)
 }
 
 /// For each datatype that holds values of one, the next on the way down to that.
-using NextDown = std::unordered_map<std::string_view, std::string_view>;
+using NextDown = std::map<std::string_view, std::string_view>;
 
 NextDown holdersOf(const omt::Model& model, std::string_view name)
 {
-    std::unordered_multimap<std::string_view, std::string_view> users;
+    std::multimap<std::string_view, std::string_view> users;
     forEachDatatype(model.tables(),
                     [&](const omt::Datatype& datatype)
                     {

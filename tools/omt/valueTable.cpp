@@ -7,7 +7,7 @@
 #include "textTable.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <map>
 
 namespace
 {
@@ -50,7 +50,7 @@ private:
     const omt::Value& myValue;
     const TableChoice& myChoice;
     TextTable myTable;
-    std::unordered_map<std::string, const omt::Overlay*> myOverlays;  // by path
+    std::map<std::string, const omt::Overlay*> myOverlays;  // by path
     std::string myPath;
 };
 

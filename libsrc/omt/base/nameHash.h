@@ -26,6 +26,17 @@ struct NameHash
     std::uint64_t key = nameKey();
 };
 
+/// The same for numbers, which octets and files hold as well.
+struct NumberHash
+{
+    std::size_t operator()(std::uint64_t number) const
+    {
+        return hash({reinterpret_cast<const char*>(&number), sizeof number});
+    }
+
+    NameHash hash;
+};
+
 /// The views of names live elsewhere.
 template <typename Value>
 using NameMap = std::unordered_map<std::string_view, Value, NameHash>;

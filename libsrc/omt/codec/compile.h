@@ -157,7 +157,7 @@ private:
     std::vector<Hinted> myHinted;
     std::unordered_map<const NumberTable*, std::uint32_t> myTables;
     /// Hints about fields, by the names of their records.
-    std::unordered_map<std::string_view, std::vector<std::size_t>> myFieldHints;
+    NameMap<std::vector<std::size_t>> myFieldHints;
 };
 
 }  // namespace omt

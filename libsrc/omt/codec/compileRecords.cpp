@@ -4,7 +4,6 @@
 #include "omt/model/rprNames.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace omt
 {
@@ -13,8 +12,8 @@ namespace omt
 void Compiler::nameParts(const Definition& data, std::vector<Part>& parts,
                          const std::vector<std::string_view>& names)
 {
-    std::unordered_set<std::string> taken;
-    std::unordered_set<std::string_view> given(names.begin(), names.end());
+    OwnNameSet taken;
+    const NameSet given(names.begin(), names.end());
     for (std::size_t i = 0; i < parts.size(); ++i)
     {
         std::string name(names[i]);

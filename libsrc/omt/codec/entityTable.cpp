@@ -2,6 +2,7 @@
 #include "omt/codec/entityTable.h"
 
 #include "omt/base/inputFile.h"
+#include "omt/base/nameHash.h"
 
 #include <algorithm>
 #include <charconv>
@@ -177,10 +178,10 @@ struct EntityTable::Contents
     std::string text;
     std::vector<Row> rows;
     /// Indices of rows by packed codes.
-    std::unordered_map<std::uint64_t, std::size_t> byCodes;
+    std::unordered_map<std::uint64_t, std::size_t, NumberHash> byCodes;
     /// Which levels are open together in any row, what says more first.
     std::vector<unsigned> patterns;
-    std::unordered_map<std::int32_t, std::string_view> countries;
+    std::unordered_map<std::int32_t, std::string_view, NumberHash> countries;
 };
 
 EntityTable::EntityTable() : myContents(std::make_shared<const Contents>()) {}

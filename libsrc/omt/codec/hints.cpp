@@ -3,12 +3,12 @@
 
 #include "omt/base/character.h"
 #include "omt/base/inputFile.h"
+#include "omt/base/nameHash.h"
 #include "omt/codec/hintsData.h"
 #include "omt/codec/typeText.h"
 
 #include <charconv>
 #include <optional>
-#include <unordered_set>
 
 namespace omt
 {
@@ -205,7 +205,7 @@ private:
 
     void checkTables()
     {
-        std::unordered_set<std::string_view> names;
+        NameSet names;
         for (const NumberTable& one : myResult.hints.tables) names.insert(one.name);
         for (const Hint& hint : myResult.hints.hints)
         {

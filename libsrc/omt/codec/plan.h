@@ -5,11 +5,12 @@
 // and padding count from the start of the node; only padding arrays look at the start of the value.
 #pragma once
 
+#include "omt/base/nameHash.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace omt
@@ -459,7 +460,7 @@ struct Plan
     /// Texts, and octets after them so that any text may be copied in blocks of 32.
     std::string pool;
     /// Nodes by the names of datatypes.
-    std::unordered_map<std::string, std::uint32_t> names;
+    OwnNameMap<std::uint32_t> names;
 
     std::string_view text(Name name) const { return {pool.data() + name.at, name.size}; }
     std::string_view keyAfterComma(const Part& part) const

@@ -41,7 +41,7 @@ struct Cells
     Ends ends;
     /// Numbers without a label, in the order of the places after the labels.
     std::vector<std::int64_t> strangers;
-    std::unordered_map<std::int64_t, std::int32_t> strangerPlaces;
+    std::unordered_map<std::int64_t, std::int32_t, NumberHash> strangerPlaces;
 
     void clear();
 };

@@ -4,7 +4,6 @@
 #include "omt/codec/index.h"
 
 #include <algorithm>
-#include <bit>
 #include <unordered_map>
 
 namespace omt
@@ -193,16 +192,18 @@ private:
         if (!isNew) return place->second;
         const Enumeration& from = myPlan.enumerations[enumeration];
         LabelTable& table = myColumns.tables.emplace_back();
-        std::unordered_map<std::string, std::int32_t> labels;
-        table.slots.resize(std::bit_ceil(2 * from.entries.size() + 1));
-        table.dense.resize(from.dense.size(), -1);
+        table.names = &from;
+        NameMap<std::int32_t> labels;
         for (const Enumeration::Entry& entry : from.entries)
         {
-            const std::string name(myPlan.text(entry.name));
-            const auto label = static_cast<std::int32_t>(labels.size());
-            if (labels.try_emplace(name, label).second) table.labels.push_back(name);
-            table.add(entry.number, labels[name]);
+            const std::string_view name = myPlan.text(entry.name);
+            const auto next = static_cast<std::int32_t>(labels.size());
+            const auto [label, isFirst] = labels.try_emplace(name, next);
+            if (isFirst) table.labels.emplace_back(name);
+            table.ofEntries.push_back(label->second);
         }
+        for (const std::uint32_t entry : from.dense)
+            table.dense.push_back(entry == theNone ? -1 : table.ofEntries[entry]);
         return place->second;
     }
 
@@ -314,19 +315,6 @@ WriteNumbers numberWriter(const Node& node, std::uint8_t width)
         default:
             return width == 4 ? writeOdd<std::uint32_t> : writeOdd<std::uint64_t>;
     }
-}
-
-void LabelTable::add(std::int64_t number, std::int32_t label)
-{
-    if (find(number) >= 0) return;
-    if (static_cast<std::uint64_t>(number) < dense.size())
-    {
-        dense[static_cast<std::size_t>(number)] = label;
-        return;
-    }
-    std::size_t at = slotOf(static_cast<std::uint64_t>(number), slots.size());
-    while (slots[at].label >= 0) at = (at + 1) & (slots.size() - 1);
-    slots[at] = {number, label};
 }
 
 ColumnPlan::ColumnPlan(std::shared_ptr<const Plan> ofPlan, std::uint32_t node,

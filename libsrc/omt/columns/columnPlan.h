@@ -77,19 +77,12 @@ struct Column
 struct LabelTable
 {
     std::vector<std::string> labels;
-    /// From a number to its label, those from 0 on and any other.
+    /// Of the plan.
+    const Enumeration* names = nullptr;
+    /// The label of each number from 0 on as far as Enumeration::dense goes, and of each entry.
     std::vector<std::int32_t> dense;
-    /// A power of two many, of which some are free; each number stands in the first free one from
-    /// that of slotOf() on.
-    struct Slot
-    {
-        std::int64_t number = 0;
-        std::int32_t label = -1;
-    };
-    std::vector<Slot> slots = std::vector<Slot>(1);
+    std::vector<std::int32_t> ofEntries;
 
-    /// The first label of a number is its label.
-    void add(std::int64_t number, std::int32_t label);
     /// -1 for a number without a name.
     std::int32_t find(std::int64_t number) const;
 };
@@ -114,10 +107,8 @@ inline std::int32_t LabelTable::find(std::int64_t number) const
 {
     if (static_cast<std::uint64_t>(number) < dense.size())
         return dense[static_cast<std::size_t>(number)];
-    const std::size_t last = slots.size() - 1;
-    std::size_t at = slotOf(static_cast<std::uint64_t>(number), slots.size());
-    while (slots[at].label >= 0 && slots[at].number != number) at = (at + 1) & last;
-    return slots[at].label;
+    const std::uint32_t entry = Plan::findSparse(*names, number);
+    return entry == theNone ? -1 : ofEntries[entry];
 }
 
 }  // namespace omt
