@@ -279,14 +279,18 @@ TEST(CodecRulesTest, SetChangesWhatIsNamed)
         const char* json;
         const char* octets;  ///< or what is said, where it cannot be set
     } cases[] = {
-        {"X",   "2",    "1 9 0 0 0 0 0 0 40 0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 2"             },
-        {"K",   "Long", "2 9 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 2"            },
-        {"V.S", "-1",   "1 9 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 ff ff"          },
-        {"V.D", "Long", "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
-        {"V.L", "1",    "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 1"},
-        {"V.D", "None", "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 3"                              },
-        {"V.S", "x",    "V.S: \"x\" is no whole number"                                    },
-        {"V.Q", "1",    "V.Q: the variant record has no such alternative"                  },
+        {"X",      "2",    "1 9 0 0 0 0 0 0 40 0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 2"             },
+        {"K",      "Long", "2 9 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 0 2"            },
+        {"V.S",    "-1",   "1 9 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 1 0 0 0 0 0 0 0 ff ff"          },
+        {"V.D",    "Long", "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
+        {"V.L",    "1",    "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 1"},
+        {"V.D",    "None", "1 0 0 0 0 0 0 0 3f f0 0 0 0 0 0 0 3"                              },
+        {"V.S",    "x",    "V.S: \"x\" is no whole number"                                    },
+        {"V.Q",    "1",    "V.Q: no alternative \"Q\"; did you mean D?"                       },
+        {"V.L[0]", "1",    "V.L[0]: D chooses another alternative, and has to be set before"  },
+        {"S",      "1",    "S: no field \"S\"; it is at V.S"                                  },
+        {"V.S.T",  "1",    "V.S.T: \"HLAinteger16BE\" has no parts"                           },
+        {"V..S",   "1",    "V..S: this is no path"                                            },
     };
     const omt::Type type = codec().type("Spot");
     for (const auto& one : cases)

@@ -214,7 +214,8 @@ std::optional<ValueError> Type::read(std::string_view json, Value& value) const
 Field Type::field(std::string_view path) const
 {
     if (std::optional<Field> found = findField(path)) return *found;
-    throw UnknownName(std::string(name()) + " has no \"" + std::string(path) + "\"");
+    throw UnknownName(std::string(name()) + " has no \"" + std::string(path) +
+                      "\": " + whyNoPiece(*myPlan, myNode, path));
 }
 
 }  // namespace omt

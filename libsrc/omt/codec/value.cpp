@@ -75,30 +75,6 @@ std::optional<std::string> textOf(const Plan& plan, std::uint32_t id, const std:
     return text;
 }
 
-std::optional<PathStep> takeStep(std::string_view& path, bool& isWrong)
-{
-    isWrong = false;
-    if (path.empty()) return std::nullopt;
-    if (path.front() == '[')
-    {
-        PathStep step;
-        const std::size_t end = path.find(']');
-        const char* const last = path.data() + std::min(end, path.size());
-        const auto [stop, error] = std::from_chars(path.data() + 1, last, step.index);
-        isWrong = end == std::string_view::npos || error != std::errc() || stop != last ||
-                  step.index == theNone;
-        if (isWrong) return std::nullopt;
-        path.remove_prefix(end + 1);
-        if (!path.empty() && path.front() == '.') path.remove_prefix(1);
-        return step;
-    }
-    const std::size_t end = std::min(path.find_first_of(".["), path.size());
-    const PathStep step{path.substr(0, end)};
-    isWrong = end == 0;
-    path.remove_prefix(end < path.size() && path[end] == '.' ? end + 1 : end);
-    return isWrong ? std::nullopt : std::optional(step);
-}
-
 // Value ------------------------------------------------------------------------------------------
 
 Octets Value::Parts::octetsOf(const Spot& spot) const

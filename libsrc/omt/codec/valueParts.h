@@ -2,6 +2,7 @@
 // Value::Parts is what a value holds: its type, its octets and its index.
 #pragma once
 
+#include "omt/codec/piecePath.h"
 #include "omt/codec/value.h"
 #include "omt/codec/walk.h"
 
@@ -32,13 +33,13 @@ struct Value::Parts
 };
 
 ValueKind kindOf(const Plan& plan, const Node& node);
-/// Characters in UTF-8, appended.
 /// How many octets stand before the first zero.
 inline std::size_t textSize(const std::uint8_t* octets, std::size_t count)
 {
     const void* const zero = count > 0 ? std::memchr(octets, 0, count) : nullptr;
     return zero ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - octets) : count;
 }
+/// Characters in UTF-8, appended.
 void appendLatin1(std::string& text, const std::uint8_t* octets, std::size_t count);
 /// A lone surrogate takes three octets, as any other unit.
 void appendUtf16(std::string& text, const Node& element, const std::uint8_t* octets,
@@ -50,14 +51,5 @@ void appendJsonOf(const Plan& plan, const std::uint8_t* octets, const Index& ind
 /// Reads JSON as the octets of a node; appends nothing where it is none.
 std::optional<ValueError> readJson(const Plan& plan, std::uint32_t node, std::string_view json,
                                    std::vector<std::uint8_t>& octets);
-
-/// A step of a path: a name, or an index.
-struct PathStep
-{
-    std::string_view name;
-    std::uint32_t index = theNone;
-};
-/// Takes the next step off a path; nothing at its end, or where `isWrong` tells that it is none.
-std::optional<PathStep> takeStep(std::string_view& path, bool& isWrong);
 
 }  // namespace omt

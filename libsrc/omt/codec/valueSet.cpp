@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // Value::set(): one piece changed, in place where nothing else moves.
-#include "omt/base/nearestNames.h"
 #include "omt/codec/valueParts.h"
 
 #include <charconv>
@@ -41,7 +40,7 @@ public:
     {
         bool isWrong = false;
         const std::optional<PathStep> step = takeStep(path, isWrong);
-        if (isWrong) return fail("this is no path");
+        if (isWrong) return false;
         if (!step)
         {
             text += myJson;
@@ -53,10 +52,11 @@ public:
         if (node.form == Form::variant && !isIndex) return variant(spot, *step, path);
         if (node.form == Form::array && node.look == Look::elements && isIndex)
             return array(spot, *step, path);
-        return fail("the value has no such piece");
+        return false;
     }
 
     std::string text;
+    /// Empty where the path is to blame.
     std::string complaint;
 
 private:
@@ -64,14 +64,6 @@ private:
     {
         complaint = why;
         return false;
-    }
-
-    bool failUnknown(const Node& node, std::string_view name)
-    {
-        std::vector<std::string_view> names;
-        for (std::uint32_t i = 0; i < node.parts; ++i)
-            names.push_back(myPlan.text(myPlan.parts[node.first + i].name));
-        return fail(unknownName("field", name, names));
     }
 
     void keep(const Spot& spot) { appendJsonOf(myPlan, myOctets, mySteps.index, spot, text, {}); }
@@ -96,7 +88,7 @@ private:
                                  return isWritten;
                              });
         text += '}';
-        return isWritten && (isFound || failUnknown(myPlan.nodes[spot.node], step.name));
+        return isWritten && isFound;
     }
 
     bool array(const Spot& spot, const PathStep& step, std::string_view path)
@@ -122,7 +114,7 @@ private:
     {
         const Node& node = myPlan.nodes[spot.node];
         const std::uint32_t wanted = myPlan.findPart(node, step.name);
-        if (wanted == theNone) return fail("the variant record has no such alternative");
+        if (wanted == theNone) return false;
         const Part* present = nullptr;
         const Spot alternative = mySteps.alternative(spot, present);
         text += '{';
@@ -138,7 +130,9 @@ private:
         }
         else
         {
-            if (!path.empty()) return fail("another alternative is there");
+            if (!path.empty())
+                return fail(std::string(myPlan.text(myPlan.parts[node.first].name)) +
+                            " chooses another alternative, and has to be set before");
             if (!numberOf(node, wanted)) return fail("no number stands for this alternative");
             text += ',';
             text += myPlan.text(part.key);
@@ -281,7 +275,9 @@ std::optional<ValueError> Value::set(std::string_view path, std::string_view jso
     }
     Replacement replacement(parts.steps(), parts.octets.data(), wanted);
     if (!root() || !replacement.write(parts.root(), path))
-        return ValueError{replacement.complaint, std::string(path)};
+        return ValueError{replacement.complaint.empty() ? whyNoPiece(plan, parts.node, path)
+                                                        : replacement.complaint,
+                          std::string(path)};
     std::optional<ValueError> error = Type(parts.plan, parts.node).read(replacement.text, *this);
     if (error) error->line = error->column = 0;
     return error;
