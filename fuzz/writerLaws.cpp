@@ -63,8 +63,12 @@ private:
 /// One call for two octets.
 void call(omt::ValueWriter& writer, const omt::Type& type, unsigned what, unsigned with)
 {
-    const std::int64_t edges[] = {
-        with, -1, INT64_MIN, INT64_MAX, 1LL << with % 63, -(1LL << with % 63)};
+    const std::int64_t edges[] = {with,
+                                  -1,
+                                  INT64_MIN,
+                                  INT64_MAX,
+                                  std::int64_t{1} << with % 63,
+                                  -(std::int64_t{1} << with % 63)};
     const std::int64_t number = edges[with % 8 < 6 ? with % 8 : 0];
     const std::string text(with % 16, static_cast<char>('A' + with % 3));
     switch (what % 16)
