@@ -50,12 +50,13 @@ fuzzFrom()
     done < <(find "$all" -type f -printf '%f\n' | sort | grep -vxFf "$scratch/old")
 }
 
-# replay NAME FOLDER: runs the inputs of a folder.
+# replay NAME FOLDER: runs the inputs of a folder, those of all datatypes of large models among them,
+# which take 12 seconds; a slow one is no fault.
 replay()
 {
     echo "--- $1, $(find "$2" -type f | wc -l) seeds of models"
-    "$root/build/sanitize/bin/fuzz${1^}" -runs=0 -timeout=30 -rss_limit_mb=2048 -verbosity=0 \
-        -artifact_prefix="$new/faults/$1-" "$2" || status=1
+    "$root/build/sanitize/bin/fuzz${1^}" -runs=0 -timeout=120 -report_slow_units=120 \
+        -rss_limit_mb=2048 -verbosity=0 -artifact_prefix="$new/faults/$1-" "$2" || status=1
 }
 
 # keepNew: packs what was found, and says how much it is.
