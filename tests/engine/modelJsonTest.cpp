@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// JSON: what is written reads back, whole models lose nothing, and hostile ones stay small.
+// JSON: what is written reads back, whole models lose nothing, and hostile ones stay small. Names:
+// the nearest ones, and that none are made to collide.
 #include "omt/base/jsonWriter.h"
+#include "omt/base/nameHash.h"
 #include "omt/base/nearestNames.h"
 #include "omt/model/modelBuilder.h"
 #include "omt/model/modelJson.h"
@@ -8,7 +10,9 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <set>
 
 namespace
 {
@@ -71,6 +75,26 @@ TEST(JsonWriter, NestsOnOneLineAndIndented)
     writeNested(indented);
     EXPECT_THAT(page, HasSubstr("{\n \"a\": [\n  -9223372036854775808,\n  0.1,"));
     EXPECT_THAT(page, HasSubstr("\n  []\n ],\n \"b\": true\n}"));
+}
+
+// Names that meet under one key, as whoever knows it can make them, do not under that of the
+// process.
+TEST(NameHash, NamesCollideForWhoKnowsTheKeyOnly)
+{
+    constexpr std::uint64_t known = 65536;
+    std::set<std::size_t> byKnown;
+    std::set<std::size_t> byOwn;
+    for (std::uint64_t i = 0; i < 100; ++i)
+    {
+        const std::uint64_t words[] = {i, known * (100 - i)};
+        std::string name(14, '\0');
+        std::memcpy(name.data(), &words[0], 7);
+        std::memcpy(name.data() + 7, &words[1], 7);
+        byKnown.insert(omt::NameHash{known}(name));
+        byOwn.insert(omt::NameHash()(name));
+    }
+    EXPECT_EQ(byKnown.size(), 1u);
+    EXPECT_EQ(byOwn.size(), 100u);
 }
 
 TEST(NearestNames, TheNearestAndOthersWhereTheyAreNear)
